@@ -1,0 +1,61 @@
+#ifndef PIMTLV_TLV_ITLV_H
+#define PIMTLV_TLV_ITLV_H
+
+#include "platform/PalExport.h"
+
+namespace ParserCreatorCollection {
+
+// Element class: the top four bits of an element's header word. The numbers
+// are the wire values; Node is 8 and the 32-bit classes come after it, so the
+// order is not that of the names.
+enum eClass : unsigned int {
+    Int8 = 0,
+    Int16 = 1,
+    UInt8 = 2,
+    UInt16 = 3,
+    Bitfield8 = 4,
+    Bitfield16 = 5,
+    String = 6,
+    ByteStream = 7,
+    Node = 8,
+    UInt32 = 9,
+    Int32 = 10,
+    // 11 to 15 are not defined; a reader hands them to ITLV::Unknown.
+};
+
+// The event interface of a TLV stream: one call per node opening and closing,
+// one per leaf with its decoded value, one per element of an undefined class.
+// A parser reports to it; the creator implements it, so a walk can rebuild a
+// stream. Every operation answers true to go on.
+class PIMTLV_API ITLV {
+public:
+    virtual bool Unknown(const eClass& elementClass, const unsigned int& typeId, const void* value,
+                         const unsigned int& length) = 0;
+    virtual bool NodeBegin(const unsigned int& typeId) = 0;
+    virtual bool NodeEnd(const unsigned int& typeId) = 0;
+    virtual bool LeafInt8(const unsigned int& typeId, const signed char& value) = 0;
+    virtual bool LeafInt16(const unsigned int& typeId, const short& value) = 0;
+    virtual bool LeafUInt8(const unsigned int& typeId, const unsigned char& value) = 0;
+    virtual bool LeafUInt16(const unsigned int& typeId, const unsigned short& value) = 0;
+    virtual bool LeafBitfield8(const unsigned int& typeId, const unsigned char& value) = 0;
+    virtual bool LeafBitfield16(const unsigned int& typeId, const unsigned short& value) = 0;
+    virtual bool LeafString(const unsigned int& typeId, const char* text) = 0;
+    virtual bool LeafByteStream(const unsigned int& typeId, const void* data,
+                                const unsigned int& length) = 0;
+    virtual bool LeafUInt32(const unsigned int& typeId, const unsigned int& value) = 0;
+    virtual bool LeafInt32(const unsigned int& typeId, const int& value) = 0;
+    virtual ~ITLV() = default;
+
+protected:
+    ITLV() = default;
+    ITLV(const ITLV&) = default;
+    ITLV& operator=(const ITLV&) = default;
+};
+
+// The display name of a class as diagnostics print it ("Byte Stream" for 7;
+// "Node Begin" for 8), or null for 11 to 15.
+PIMTLV_API const char* ClassDisplayName(unsigned int elementClass) noexcept;
+
+}  // namespace ParserCreatorCollection
+
+#endif

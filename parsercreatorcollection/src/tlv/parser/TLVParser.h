@@ -1,0 +1,86 @@
+#ifndef PIMTLV_TLV_TLVPARSER_H
+#define PIMTLV_TLV_TLVPARSER_H
+
+#include <memory>
+#include <vector>
+
+#include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "platform/PalExport.h"
+
+namespace ParserCreatorCollection {
+
+// Walks a TLV stream and reports every element, in stream order, to an ITLV.
+//
+// The walk trusts nothing in the stream. Every element must fit in what is
+// left of its enclosing node (and of the stream); an element whose header,
+// length field or value would run past that limit ends the walk with false at
+// that element, without any call for it, exactly like a fixed-size leaf whose
+// length is not its size. Open nodes still get their NodeEnd, innermost first,
+// so a target always sees balanced events. String values must end with their
+// zero byte, so no target can read past a value.
+//
+// The walk is iterative: nesting depth costs heap memory linear in the depth
+// (one small frame per open node, kept between parses), never call stack.
+class PIMTLV_API CTLVParser {
+public:
+    explicit CTLVParser(ITLV& target);
+    virtual ~CTLVParser();
+    CTLVParser(const CTLVParser&) = delete;
+    CTLVParser& operator=(const CTLVParser&) = delete;
+
+    // Walks length bytes at data. consumed is set to how far reading got (on
+    // success, the size of all top-level elements); errorText points at this
+    // parser's text, always empty after a plain walk, valid until the next
+    // Parse. A null data pointer returns false and calls nothing. Texts that had
+    // to be repaired stay valid until Parse returns.
+    virtual bool Parse(const void* data, const unsigned int& length, const char*& errorText,
+                       unsigned int& consumed);
+
+    // Size of the error text buffer, terminating zero included.
+    static constexpr unsigned int ErrorTextSize = 512;
+
+protected:
+    // Each reader takes bytes at the position and advances it only on success.
+    // REQUIRES: size is the declared value length; fails unless it is exactly
+    // 1, 2 or 4 respectively, and unless that many bytes are left.
+    bool readU8(const unsigned int& size, unsigned char& value);
+    bool readU16(const unsigned int& size, unsigned short& value);
+    bool readU32(const unsigned int& size, unsigned int& value);
+    // Reads a length field. Fails on the first byte 0x80 or a truncated field.
+    bool readL(unsigned int& length, unsigned int& fieldSize);
+    // Reads a header word and its length field; on failure the position is
+    // back at the element's first byte.
+    bool parseTL(eClass& elementClass, unsigned int& typeId, unsigned int& headerSize,
+                 unsigned int& length);
+    // Walks limit bytes from the position (clipped to the stream's end).
+    bool parseBuffer(const unsigned int& limit);
+
+    // Bytes left between the position and limitEnd.
+    unsigned int remaining(unsigned int limitEnd) const noexcept {
+        return limitEnd > m_position ? limitEnd - m_position : 0;
+    }
+
+    const unsigned char* m_data = nullptr;
+    unsigned int m_length = 0;
+    unsigned int m_position = 0;
+    ITLV& m_target;
+    char m_errorText[ErrorTextSize] = {};
+
+private:
+    struct Frame {
+        unsigned int typeId;
+        unsigned int end;  // offset one past the node's value
+    };
+    // REQUIRES: the header was read; length bytes of value start at the position.
+    bool walkLeaf(eClass elementClass, unsigned int typeId, unsigned int length);
+    bool deliverString(unsigned int typeId, const unsigned char* value, unsigned int length);
+
+    unsigned int m_end = 0;  // no read goes at or past this offset (innermost node's end)
+
+    std::vector<Frame> m_stack;                       // open nodes of the current walk
+    std::vector<std::unique_ptr<char[]>> m_repaired;  // repaired texts, freed when Parse returns
+};
+
+}  // namespace ParserCreatorCollection
+
+#endif
