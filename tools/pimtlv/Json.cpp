@@ -1,0 +1,80 @@
+#include "Json.h"
+
+#include <stdexcept>
+
+#include "Input.h"
+
+namespace pimtlv_tool {
+
+void ThrowArgError(const ArgPlace& place, const std::string& what) {
+    throw UsageError("call " + std::to_string(place.call) + " (" + place.op + "): argument '" +
+                     place.arg + "' " + what);
+}
+
+std::string HexOf(const void* data, std::size_t size) {
+    return EncodeHex(static_cast<const std::uint8_t*>(data), size, 0);
+}
+
+bool BytesOfHex(const std::string& text, std::vector<std::uint8_t>& out) {
+    try {
+        out = DecodeHex(text);
+        return true;
+    } catch (const UsageError&) {
+        return false;
+    }
+}
+
+Json Codec<PAL::CDateAndTime>::ToJson(const PAL::CDateAndTime& v) {
+    PAL::CString text;
+    PAL::DateAndTimeUtilities::ToString(v, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar, 0,
+                                        PAL::DateAndTimeUtilities::STimeZoneOffset(), text);
+    return Json(text.c_str());
+}
+
+void Codec<PAL::CDateAndTime>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+    if (!j.is_string() || !PAL::DateAndTimeUtilities::FromString(
+                              h.value, j.get<std::string>().c_str(),
+                              PAL::DateAndTimeUtilities::eDateTimeFormatICalendar)) {
+        ThrowArgError(place, "must be a date-time text such as \"20261122T093000Z\"");
+    }
+}
+
+void Codec<PimShared::tXParam>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+    if (!j.is_object()) ThrowArgError(place, "must hold objects {\"name\": ..., \"value\": ...}");
+    for (const auto& entry : j.items()) {
+        if (entry.key() == "name") {
+            Codec<const char*>::FromJson(entry.value(), h.name, place);
+        } else if (entry.key() == "value") {
+            Codec<const char*>::FromJson(entry.value(), h.value, place);
+        } else {
+            ThrowArgError(place, "has an unknown field '" + entry.key() + "'");
+        }
+    }
+}
+
+void Codec<const void*>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+    if (j.is_null()) return;
+    if (!j.is_string() || !BytesOfHex(j.get<std::string>(), h.bytes)) {
+        ThrowArgError(place, "must be a hex string or null");
+    }
+    h.null = false;
+}
+
+bool Recorder::Trace(int code, const char* text) {
+    Json d = Json::object();
+    d["code"] = code;
+    d["text"] = text == nullptr ? "" : text;
+    d["call"] = m_calls.size();
+    m_diagnostics.push_back(std::move(d));
+    return true;
+}
+
+const OpSpec& Recorder::Find(const void* key) const {
+    for (const OpSpec& op : m_ops) {
+        if (op.key == key) return op;
+    }
+    // A receiver slot without a table row is a mistake in the tool itself.
+    throw std::logic_error("receiver operation missing from the item's table");
+}
+
+}  // namespace pimtlv_tool

@@ -1,0 +1,351 @@
+#ifndef PIMTLV_TOOL_JSON_H
+#define PIMTLV_TOOL_JSON_H
+
+// The JSON form of an item: the receiver calls of a parse, each with its
+// operation name and named arguments, and the same calls replayed into the
+// item's creator. One table per item names every operation and argument once;
+// the argument types come from the operation's own signature, so a table
+// entry cannot disagree with the interface it describes.
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "Tool.h"
+#include "pimshared/common/XParam.h"
+#include "platform/CDateAndTime.h"
+#include "platform/TVector.h"
+
+namespace pimtlv_tool {
+
+using Json = nlohmann::ordered_json;
+
+// Where an argument came from, for error messages.
+struct ArgPlace {
+    std::size_t call;
+    const char* op;
+    const char* arg;
+};
+[[noreturn]] void ThrowArgError(const ArgPlace& place, const std::string& what);
+
+std::string HexOf(const void* data, std::size_t size);
+// Hex text (white space ignored) to bytes; false when it is not hex.
+bool BytesOfHex(const std::string& text, std::vector<std::uint8_t>& out);
+
+// Codec<T>: T to JSON, and a Holder that owns what a T decoded from JSON
+// points into. Items add specialisations for their own records.
+template <typename T, typename Enable = void>
+struct Codec;
+
+template <>
+struct Codec<const char*> {
+    static Json ToJson(const char* text) { return text == nullptr ? Json(nullptr) : Json(text); }
+    struct Holder {
+        std::string text;
+        bool null = true;
+        const char* Get() const { return null ? nullptr : text.c_str(); }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        if (j.is_null()) return;
+        if (!j.is_string()) ThrowArgError(place, "must be a string or null");
+        h.text = j.get<std::string>();
+        h.null = false;
+    }
+};
+
+template <>
+struct Codec<bool> {
+    static Json ToJson(bool v) { return Json(v); }
+    struct Holder {
+        bool value = false;
+        bool Get() const { return value; }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        if (!j.is_boolean()) ThrowArgError(place, "must be true or false");
+        h.value = j.get<bool>();
+    }
+};
+
+// Reads an integer of type T, refusing non-integers and values out of range.
+template <typename T>
+T IntegerFromJson(const Json& j, const ArgPlace& place) {
+    using Limits = std::numeric_limits<T>;
+    const auto range = [&place] {
+        ThrowArgError(place, "must be an integer from " + std::to_string(Limits::min()) + " to " +
+                                 std::to_string(Limits::max()));
+    };
+    if (j.is_number_unsigned()) {
+        const auto v = j.get<std::uint64_t>();
+        if (v > static_cast<std::uint64_t>(Limits::max())) range();
+        return static_cast<T>(v);
+    }
+    if (j.is_number_integer()) {
+        const auto v = j.get<std::int64_t>();
+        if (v < static_cast<std::int64_t>(Limits::min()) ||
+            (v > 0 && static_cast<std::uint64_t>(v) > static_cast<std::uint64_t>(Limits::max()))) {
+            range();
+        }
+        return static_cast<T>(v);
+    }
+    range();
+    return T{};
+}
+
+template <typename T>
+struct Codec<T, std::enable_if_t<std::is_integral_v<T> && !std::is_same_v<T, bool>>> {
+    static Json ToJson(T v) { return Json(v); }
+    struct Holder {
+        T value{};
+        T Get() const { return value; }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        h.value = IntegerFromJson<T>(j, place);
+    }
+};
+
+// Enumerations travel as their numbers: the codec carries them as given.
+template <typename T>
+struct Codec<T, std::enable_if_t<std::is_enum_v<T>>> {
+    using Number = std::underlying_type_t<T>;
+    static Json ToJson(T v) { return Json(static_cast<Number>(v)); }
+    struct Holder {
+        T value{};
+        T Get() const { return value; }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        h.value = static_cast<T>(IntegerFromJson<Number>(j, place));
+    }
+};
+
+template <>
+struct Codec<PAL::CDateAndTime> {
+    static Json ToJson(const PAL::CDateAndTime& v);
+    struct Holder {
+        PAL::CDateAndTime value;
+        const PAL::CDateAndTime& Get() const { return value; }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
+};
+
+template <>
+struct Codec<PimShared::tXParam> {
+    static Json ToJson(const PimShared::tXParam& x) {
+        Json j = Json::object();
+        j["name"] = Codec<const char*>::ToJson(x.name);
+        j["value"] = Codec<const char*>::ToJson(x.value);
+        return j;
+    }
+    struct Holder {
+        Codec<const char*>::Holder name, value;
+        PimShared::tXParam Get() const { return {name.Get(), value.Get()}; }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
+};
+
+// Lists: a JSON array of the element's form.
+template <typename T>
+struct Codec<PAL::TVector<T>> {
+    static Json ToJson(const PAL::TVector<T>& list) {
+        Json j = Json::array();
+        for (const T& item : list) j.push_back(Codec<T>::ToJson(item));
+        return j;
+    }
+    struct Holder {
+        std::vector<typename Codec<T>::Holder> items;
+        PAL::TVector<T> value;
+        const PAL::TVector<T>& Get() {
+            value.clear();
+            for (auto& item : items) value.pushBack(item.Get());
+            return value;
+        }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        if (!j.is_array()) ThrowArgError(place, "must be an array");
+        h.items.resize(j.size());
+        for (std::size_t i = 0; i < j.size(); ++i) Codec<T>::FromJson(j[i], h.items[i], place);
+    }
+};
+
+// Binary data: a pointer argument followed by its length argument, written
+// as one hex string (null for a null pointer). The length slot has no name
+// in an operation's table; it is taken from the data.
+struct ByteHolder {
+    std::vector<std::uint8_t> bytes;
+    bool null = true;
+};
+template <>
+struct Codec<const void*> {
+    struct Holder : ByteHolder {
+        const void* Get() const { return null ? nullptr : bytes.data(); }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
+};
+template <>
+struct Codec<const unsigned char*> {
+    struct Holder : ByteHolder {
+        const unsigned char* Get() const { return null ? nullptr : bytes.data(); }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        Codec<const void*>::Holder tmp;
+        Codec<const void*>::FromJson(j, tmp, place);
+        h.bytes = std::move(tmp.bytes);
+        h.null = tmp.null;
+    }
+};
+
+template <typename T>
+using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
+
+template <typename T>
+constexpr bool kIsBytePointer =
+    std::is_same_v<Bare<T>, const void*> || std::is_same_v<Bare<T>, const unsigned char*>;
+
+template <typename F>
+struct MemberFn;
+template <typename C, typename... P>
+struct MemberFn<bool (C::*)(P...)> {
+    using Class = C;
+    using Params = std::tuple<P...>;
+    static constexpr std::size_t kArity = sizeof...(P);
+};
+template <typename F, std::size_t I>
+using ParamAt = Bare<std::tuple_element_t<I, typename MemberFn<F>::Params>>;
+
+// One operation of an item: its name, its argument names in order (null for
+// the length that follows a data pointer) and the replay into the creator.
+struct OpSpec {
+    const char* name;
+    std::vector<const char*> args;
+    // Calls the operation on target (the item's Attributes interface) with
+    // arguments read from JSON; null for an operation that only a parser has.
+    bool (*invoke)(void* target, const Json& args, const OpSpec& spec, std::size_t call);
+    const void* key;  // identifies the member function, for the receiver side
+};
+
+namespace detail {
+
+template <auto Fn>
+struct Key {
+    static constexpr char id = 0;
+};
+
+template <auto Fn, std::size_t... I>
+bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t call,
+                std::index_sequence<I...>) {
+    using F = decltype(Fn);
+    using C = typename MemberFn<F>::Class;
+    std::tuple<typename Codec<ParamAt<F, I>>::Holder...> holders;
+    if (!args.is_null() && !args.is_object()) {
+        ThrowArgError({call, spec.name, "args"}, "must be an object");
+    }
+    if (args.is_object()) {
+        for (const auto& entry : args.items()) {
+            bool known = false;
+            for (const char* name : spec.args)
+                known = known || (name != nullptr && entry.key() == name);
+            if (!known) {
+                throw UsageError("call " + std::to_string(call) + " (" + spec.name +
+                                 "): unknown argument '" + entry.key() + "'");
+            }
+        }
+    }
+    // Arguments left out take their empty value: null text, empty list, 0.
+    const auto fill = [&](auto index) {
+        constexpr std::size_t i = decltype(index)::value;
+        const char* name = spec.args[i];
+        if (name != nullptr && args.is_object() && args.contains(name)) {
+            Codec<ParamAt<F, i>>::FromJson(args[name], std::get<i>(holders),
+                                           {call, spec.name, name});
+        }
+        if constexpr (i > 0) {
+            if constexpr (kIsBytePointer<ParamAt<F, i - 1>> && std::is_integral_v<ParamAt<F, i>>) {
+                std::get<i>(holders).value =
+                    static_cast<ParamAt<F, i>>(std::get<i - 1>(holders).bytes.size());
+            }
+        }
+    };
+    (fill(std::integral_constant<std::size_t, I>{}), ...);
+    return (static_cast<C*>(target)->*Fn)(std::get<I>(holders).Get()...);
+}
+
+template <auto Fn>
+bool Invoke(void* target, const Json& args, const OpSpec& spec, std::size_t call) {
+    return InvokeWith<Fn>(target, args, spec, call,
+                          std::make_index_sequence<MemberFn<decltype(Fn)>::kArity>{});
+}
+
+}  // namespace detail
+
+// A table entry for member function Fn, with one name per argument (null
+// for a length that follows a data pointer).
+template <auto Fn, typename... Names>
+OpSpec Op(const char* name, Names... argNames) {
+    static_assert(sizeof...(Names) == MemberFn<decltype(Fn)>::kArity,
+                  "one name per argument of the operation");
+    return OpSpec{name, {argNames...}, &detail::Invoke<Fn>, &detail::Key<Fn>::id};
+}
+
+// The JSON document of one parse: receiver calls and diagnostics in order.
+class Recorder {
+  public:
+    explicit Recorder(const std::vector<OpSpec>& ops) : m_ops(ops) {}
+
+    // Records receiver operation Fn (the Attributes member the receiver slot
+    // mirrors) with its arguments; answers true so that parsing goes on.
+    template <auto Fn, typename... A>
+    bool Put(const A&... args) {
+        const OpSpec& spec = Find(&detail::Key<Fn>::id);
+        Json call = Json::object();
+        call["op"] = spec.name;
+        Json named = Json::object();
+        PutArgs<Fn>(named, spec, std::make_index_sequence<sizeof...(A)>{}, args...);
+        if (!named.empty()) call["args"] = std::move(named);
+        m_calls.push_back(std::move(call));
+        return true;
+    }
+
+    bool Trace(int code, const char* text);
+
+    const Json& Calls() const { return m_calls; }
+    // Every diagnostic as {code, text, call}: call is the index of the
+    // receiver call that follows it.
+    const Json& Diagnostics() const { return m_diagnostics; }
+
+  private:
+    const OpSpec& Find(const void* key) const;
+
+    template <auto Fn, std::size_t... I, typename... A>
+    void PutArgs(Json& named, const OpSpec& spec, std::index_sequence<I...>, const A&... args) {
+        static_assert(sizeof...(A) == MemberFn<decltype(Fn)>::kArity, "receiver slot arity");
+        const auto all = std::forward_as_tuple(args...);
+        const auto put = [&](auto index) {
+            constexpr std::size_t i = decltype(index)::value;
+            using P = ParamAt<decltype(Fn), i>;
+            if constexpr (kIsBytePointer<P>) {
+                if constexpr (i + 1 < sizeof...(A)) {
+                    const auto* data = std::get<i>(all);
+                    const auto size = static_cast<std::size_t>(std::get<i + 1>(all));
+                    named[spec.args[i]] = data == nullptr ? Json(nullptr) : Json(HexOf(data, size));
+                }
+            } else {
+                if (spec.args[i] != nullptr)
+                    named[spec.args[i]] = Codec<P>::ToJson(std::get<i>(all));
+            }
+        };
+        (put(std::integral_constant<std::size_t, I>{}), ...);
+    }
+
+    const std::vector<OpSpec>& m_ops;
+    Json m_calls = Json::array();
+    Json m_diagnostics = Json::array();
+};
+
+}  // namespace pimtlv_tool
+
+#endif
