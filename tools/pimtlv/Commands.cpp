@@ -101,6 +101,33 @@ Json ParseJson(const std::string& text) {
     }
 }
 
+std::string Compact(const Json& j) {
+    return j.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// The decode document with one call and one diagnostic a line: long enough
+// to read as a list, short enough to diff.
+std::string DocumentText(const Json& document) {
+    std::string text = "{\n";
+    bool first = true;
+    for (const auto& entry : document.items()) {
+        text += first ? "  " : ",\n  ";
+        first = false;
+        text += Compact(entry.key()) + ": ";
+        const Json& value = entry.value();
+        if (!value.is_array() || value.empty()) {
+            text += Compact(value);
+            continue;
+        }
+        text += "[\n";
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            text += "    " + Compact(value[i]) + (i + 1 < value.size() ? ",\n" : "\n");
+        }
+        text += "  ]";
+    }
+    return text + "\n}\n";
+}
+
 }  // namespace
 
 int Dump(const Options& options, std::ostream& out, std::ostream& err) {
@@ -134,7 +161,7 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
 int Decode(const Options& options, std::ostream& out, std::ostream& err) {
     const Bytes data = LoadStream(options);
     const Decoded d = RunDecode(options, data, options.trace, err);
-    out << d.document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    out << DocumentText(d.document);
     return d.failed ? kExitProblem : 0;
 }
 

@@ -63,6 +63,11 @@ const ItemAdapter* FindAdapter(const std::string& kind);
 const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsigned int id,
                    unsigned int depth);
 
+// Invokes every call of calls (a JSON array) on target, the Attributes
+// interface the ops were made for; refused calls are listed in refused.
+void ReplayCalls(const std::vector<OpSpec>& ops, const Json& calls, void* target,
+                 std::vector<std::string>& refused);
+
 // Replays calls through a creator whose Attributes interface is Iface:
 // every call's op is looked up in ops and invoked; then GetData.
 template <typename Iface, typename Creator>
@@ -81,8 +86,6 @@ Bytes EncodeWith(const std::vector<OpSpec>& ops, const Json& calls,
     const auto* bytes = static_cast<const std::uint8_t*>(data);
     return Bytes(bytes, bytes + length);
 }
-void ReplayCalls(const std::vector<OpSpec>& ops, const Json& calls, void* target,
-                 std::vector<std::string>& refused);
 
 // Runs Parser over data with Receiver (constructed from the recorder).
 template <typename Parser, typename Receiver>

@@ -271,6 +271,7 @@ bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t 
         }
     };
     (fill(std::integral_constant<std::size_t, I>{}), ...);
+    (void)fill;  // operations without arguments
     return (static_cast<C*>(target)->*Fn)(std::get<I>(holders).Get()...);
 }
 
@@ -339,6 +340,7 @@ class Recorder {
             }
         };
         (put(std::integral_constant<std::size_t, I>{}), ...);
+        (void)put;  // operations without arguments
     }
 
     const std::vector<OpSpec>& m_ops;
