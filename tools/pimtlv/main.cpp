@@ -85,6 +85,13 @@ int Run(int argc, char** argv) {
     check->add_flag("--hex", options.hex, "the input is hex text");
     item(check);
 
+    if (argc > 1 && argv[1][0] != '-' &&
+        app.get_subcommands([&argv](const CLI::App* c) { return c->get_name() == argv[1]; })
+            .empty()) {
+        std::cerr << "error: unknown command '" << argv[1]
+                  << "' (expected dump, decode, encode or check)\n";
+        return kExitUsage;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
