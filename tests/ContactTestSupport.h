@@ -23,7 +23,7 @@ using XParams = PAL::TVector<tXParam>;
 // <class>id=value with s String, b ByteStream (#length), f8/f16 Bitfield,
 // u8/u16/u32 unsigned, i8/i16/i32 signed.
 class Dumper : public ParserCreatorCollection::ITLV {
-public:
+  public:
     std::string out;
     bool Unknown(const ParserCreatorCollection::eClass& c, const unsigned int& id, const void*,
                  const unsigned int&) override {
@@ -31,9 +31,13 @@ public:
     }
     bool NodeBegin(const unsigned int& id) override { return Add("{" + std::to_string(id)); }
     bool NodeEnd(const unsigned int&) override { return Add("}"); }
-    bool LeafInt8(const unsigned int& id, const signed char& v) override { return Num("i8", id, v); }
+    bool LeafInt8(const unsigned int& id, const signed char& v) override {
+        return Num("i8", id, v);
+    }
     bool LeafInt16(const unsigned int& id, const short& v) override { return Num("i16", id, v); }
-    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override { return Num("u8", id, v); }
+    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override {
+        return Num("u8", id, v);
+    }
     bool LeafUInt16(const unsigned int& id, const unsigned short& v) override {
         return Num("u16", id, v);
     }
@@ -49,17 +53,20 @@ public:
     bool LeafByteStream(const unsigned int& id, const void*, const unsigned int& n) override {
         return Add("b" + std::to_string(id) + "#" + std::to_string(n));
     }
-    bool LeafUInt32(const unsigned int& id, const unsigned int& v) override { return Num("u32", id, v); }
+    bool LeafUInt32(const unsigned int& id, const unsigned int& v) override {
+        return Num("u32", id, v);
+    }
     bool LeafInt32(const unsigned int& id, const int& v) override { return Num("i32", id, v); }
 
-private:
+  private:
     bool Add(const std::string& token) {
         out += out.empty() ? token : " " + token;
         return true;
     }
     template <typename T>
     bool Num(const char* cls, unsigned int id, T v) {
-        return Add(cls + std::string(":") + std::to_string(id) + "=" + std::to_string(static_cast<long long>(v)));
+        return Add(cls + std::string(":") + std::to_string(id) + "=" +
+                   std::to_string(static_cast<long long>(v)));
     }
 };
 
@@ -74,7 +81,7 @@ inline std::string Dump(const void* data, unsigned int length) {
 
 // A creator whose left-open nodes a test can close, to see what was written.
 class OpenCreator : public PimShared::CTLVContactCreator {
-public:
+  public:
     bool CloseNode(unsigned int id) { return Tlv()->NodeEnd(id); }
     std::string Bytes() {
         const void* data = nullptr;
@@ -95,7 +102,7 @@ constexpr unsigned int HugeLength = 16777216u;
 // Logs each receiver call as Name(arg|arg|...): "~" for a null text or data,
 // [a,b] for lists, [n=v] for x-parameters, #length:hex for data.
 class RecordingReceiver : public PimShared::IContactReceiver {
-public:
+  public:
     std::vector<std::string> calls;
     bool traceAnswer = true;
 
@@ -155,7 +162,9 @@ public:
     bool Title(const char* a, const char* p, const XParams& x) override {
         return Log("Title", a, p, x);
     }
-    bool Role(const char* a, const char* p, const XParams& x) override { return Log("Role", a, p, x); }
+    bool Role(const char* a, const char* p, const XParams& x) override {
+        return Log("Role", a, p, x);
+    }
     bool Logo(const char* a, const char* b, const void* d, const unsigned int& n,
               const char* c) override {
         return Log("Logo", a, b, Data{d, n}, c);
@@ -165,7 +174,9 @@ public:
     bool Categories(const Texts& l, const char* p, const XParams& x) override {
         return Log("Categories", l, p, x);
     }
-    bool Note(const char* a, const char* p, const XParams& x) override { return Log("Note", a, p, x); }
+    bool Note(const char* a, const char* p, const XParams& x) override {
+        return Log("Note", a, p, x);
+    }
     bool Revision(const char* a, const char* b) override { return Log("Revision", a, b); }
     bool SortString(const char* a, const char* p, const XParams& x) override {
         return Log("SortString", a, p, x);
@@ -193,7 +204,7 @@ public:
         return Log("NonStandardProperty", a, b, Data{d, n}, x);
     }
 
-protected:
+  protected:
     struct Data {
         const void* data;
         unsigned int length;
@@ -218,7 +229,8 @@ protected:
     }
     static std::string Arg(const XParams& l) {
         std::string s = "[";
-        for (const tXParam& x : l) s += (s.size() > 1 ? "," : "") + Arg(x.name) + "=" + Arg(x.value);
+        for (const tXParam& x : l)
+            s += (s.size() > 1 ? "," : "") + Arg(x.name) + "=" + Arg(x.value);
         return s + "]";
     }
     template <typename... Args>

@@ -13,7 +13,7 @@ namespace PimShared {
 // integers passed by reference are read through the reference. Every
 // operation answers true when it took effect.
 class PIMTLV_API IContactAttributes {
-public:
+  public:
     using tXParam = PimShared::tXParam;
 
     virtual bool Begin(const unsigned int& instance) = 0;
@@ -28,10 +28,10 @@ public:
     virtual bool Photo(const char* mediaText1, const char* mediaType, const void* data,
                        const unsigned int& length, const char* mediaText3) = 0;
     virtual bool Birthday(const char* dateTime, const char* dateTimeAlt) = 0;
-    virtual bool Address(const char* part1, const char* part2, const char* part3,
-                         const char* part4, const char* part5, const char* part6,
-                         const char* part7, const unsigned char& addressType,
-                         const char* textParameter, const PAL::TVector<tXParam>& xParams) = 0;
+    virtual bool Address(const char* part1, const char* part2, const char* part3, const char* part4,
+                         const char* part5, const char* part6, const char* part7,
+                         const unsigned char& addressType, const char* textParameter,
+                         const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool Label(const char* text, const unsigned char& addressType,
                        const char* textParameter, const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool Telephone(const char* number, const unsigned short& telephoneType,
@@ -82,7 +82,7 @@ public:
                                      const unsigned int& length,
                                      const PAL::TVector<tXParam>& xParams) = 0;
 
-protected:
+  protected:
     IContactAttributes() = default;
     IContactAttributes(const IContactAttributes&) = default;
     IContactAttributes& operator=(const IContactAttributes&) = default;
@@ -92,7 +92,7 @@ protected:
 // A contact writer: the properties, then the reset for the next contact and
 // the bytes of the finished one (owned by the writer).
 class PIMTLV_API IContactCreator : public IContactAttributes {
-public:
+  public:
     virtual bool Reset() = 0;
     virtual bool GetData(const void*& data, unsigned int& length) = 0;
     virtual ~IContactCreator() = default;

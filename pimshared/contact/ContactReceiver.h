@@ -12,7 +12,7 @@ namespace PimShared {
 // irregularity, with a numeric code and, except for a broken stream, the
 // empty text. Answer true to let parsing go on.
 class PIMTLV_API IContactReceiver : public IContactAttributes {
-public:
+  public:
     virtual bool TraceMessage(const int& code, const char* text) = 0;
     virtual ~IContactReceiver() = default;
 };

@@ -11,7 +11,7 @@ using ContactLayout::eProperty;
 // One property node: NodeBegin, then each step only while every earlier one
 // succeeded, then the close that the property's failure rule prescribes.
 class CTLVContactCreator::CPropertyWriter {
-public:
+  public:
     CPropertyWriter(CTLVContactCreator& owner, eProperty property)
         : m_owner(owner), m_tlv(owner.Tlv()), m_row(ContactLayout::Row(property)) {
         m_open = m_tlv != nullptr && m_tlv->NodeBegin(m_row.node);
@@ -28,7 +28,8 @@ public:
     // Consecutive IDs from firstId, one per text that is set.
     template <std::size_t N>
     CPropertyWriter& TextsIfSet(unsigned int firstId, const char* const (&texts)[N]) {
-        for (std::size_t i = 0; i < N; ++i) TextIfSet(firstId + static_cast<unsigned int>(i), texts[i]);
+        for (std::size_t i = 0; i < N; ++i)
+            TextIfSet(firstId + static_cast<unsigned int>(i), texts[i]);
         return *this;
     }
     CPropertyWriter& TextList(unsigned int id, const PAL::TVector<const char*>& texts) {
@@ -84,7 +85,7 @@ public:
         return m_open && m_tlv->NodeEnd(m_row.node);
     }
 
-private:
+  private:
     CTLVContactCreator& m_owner;
     ParserCreatorCollection::CTLVCreator* m_tlv;
     const ContactLayout::tProperty& m_row;
@@ -141,8 +142,7 @@ bool CTLVContactCreator::Name(const char* part1, const char* part2, const char* 
 }
 
 bool CTLVContactCreator::Nickname(const PAL::TVector<const char*>& nicknames,
-                                  const char* textParameter,
-                                  const PAL::TVector<tXParam>& xParams) {
+                                  const char* textParameter, const PAL::TVector<tXParam>& xParams) {
     // An empty list still carries its parameter and x-parameters.
     return CPropertyWriter(*this, ContactLayout::Nickname)
         .TextList(TypeIdValTypeNickname, nicknames)
@@ -174,8 +174,7 @@ bool CTLVContactCreator::Birthday(const char* dateTime, const char* dateTimeAlt)
 bool CTLVContactCreator::Address(const char* part1, const char* part2, const char* part3,
                                  const char* part4, const char* part5, const char* part6,
                                  const char* part7, const unsigned char& addressType,
-                                 const char* textParameter,
-                                 const PAL::TVector<tXParam>& xParams) {
+                                 const char* textParameter, const PAL::TVector<tXParam>& xParams) {
     const char* const parts[] = {part1, part2, part3, part4, part5, part6, part7};
     CPropertyWriter w(*this, ContactLayout::Address);
     w.Bits8(TypeIdValTypeAddressType, addressType);
@@ -330,8 +329,8 @@ bool CTLVContactCreator::SortString(const char* text, const char* textParameter,
 bool CTLVContactCreator::Sound(const char* mediaText1, const char* mediaType, const void* data,
                                const unsigned int& length, const char* mediaText3,
                                const char* formattedName, const char* namePart1,
-                               const char* namePart2, const char* namePart3,
-                               const char* namePart4, const char* namePart5) {
+                               const char* namePart2, const char* namePart3, const char* namePart4,
+                               const char* namePart5) {
     const char* const nameParts[] = {namePart1, namePart2, namePart3, namePart4, namePart5};
     // The sound's data comes first, before its texts, unlike the other media.
     return CPropertyWriter(*this, ContactLayout::Sound)
@@ -407,8 +406,8 @@ bool CTLVContactCreator::PhotoAvailability(const bool& available) {
         .Done();
 }
 
-bool CTLVContactCreator::NonStandardProperty(const char* name, const char* value,
-                                             const void* data, const unsigned int& length,
+bool CTLVContactCreator::NonStandardProperty(const char* name, const char* value, const void* data,
+                                             const unsigned int& length,
                                              const PAL::TVector<tXParam>& xParams) {
     return CPropertyWriter(*this, ContactLayout::NonStandardProperty)
         .Text(TypeIdValTypeNonStandardName, name)
@@ -418,7 +417,9 @@ bool CTLVContactCreator::NonStandardProperty(const char* name, const char* value
         .Done();
 }
 
-bool CTLVContactCreator::Reset() { return FrameReset(); }
+bool CTLVContactCreator::Reset() {
+    return FrameReset();
+}
 
 bool CTLVContactCreator::GetData(const void*& data, unsigned int& length) {
     return FrameGetData(data, length);

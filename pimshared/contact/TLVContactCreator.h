@@ -10,7 +10,7 @@ namespace PimShared {
 // Writes one contact as node 0 { UInt32 10 = instance, property nodes ... }:
 // no component node, one node per property call, in call order.
 class PIMTLV_API CTLVContactCreator : public IContactCreator, public CTLVCreatorFrame {
-public:
+  public:
     CTLVContactCreator() = default;
     ~CTLVContactCreator() override = default;
     CTLVContactCreator(const CTLVContactCreator&) = delete;
@@ -84,7 +84,7 @@ public:
     // value); false at the first refused leaf; an empty list writes nothing.
     virtual bool AddXParams(const PAL::TVector<tXParam>& xParams);
 
-private:
+  private:
     // Writes one property node under its failure rule.
     class CPropertyWriter;
 };

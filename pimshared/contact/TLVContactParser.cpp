@@ -12,7 +12,7 @@ using namespace ContactLayout;
 
 class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection::ITLV,
                                                  public ParserCreatorCollection::CTLVParser {
-public:
+  public:
     explicit CTLVContactParserImpl(IContactReceiver& receiver)
         : CTLVParser(static_cast<ITLV&>(*this)), m_receiver(receiver) {}
     ~CTLVContactParserImpl() override = default;
@@ -130,7 +130,7 @@ public:
         return LeafNode(ParserCreatorCollection::Int32, typeId, Number(value));
     }
 
-private:
+  private:
     static constexpr unsigned int ParsingStateBegin = 0;
     static constexpr unsigned int ParsingStateContactContext = 1;
     static constexpr unsigned int ParsingStatePropertyContext = 2;
@@ -259,8 +259,7 @@ private:
                     slot.u8 = static_cast<unsigned char>(NumberOf(elementClass, value) & 0xFFu);
                     break;
                 case eValueKind::UInt16:
-                    slot.u16 =
-                        static_cast<unsigned short>(NumberOf(elementClass, value) & 0xFFFFu);
+                    slot.u16 = static_cast<unsigned short>(NumberOf(elementClass, value) & 0xFFFFu);
                     break;
                 case eValueKind::Flag:
                     slot.flag = (NumberOf(elementClass, value) & 0xFFu) != 0;
@@ -288,9 +287,8 @@ private:
     // (only a new parse clears them); readers have relied on that.
     void ResetStore(unsigned int index, bool everything) {
         tPropertyStore& store = m_store[index];
-        const bool keepNumbers =
-            !everything &&
-            Row(static_cast<eProperty>(index)).store == eStorePolicy::DropQuietlyKeepNumbers;
+        const bool keepNumbers = !everything && Row(static_cast<eProperty>(index)).store ==
+                                                    eStorePolicy::DropQuietlyKeepNumbers;
         for (tSlot& slot : store.slots) {
             slot.text = nullptr;
             slot.data = nullptr;
@@ -411,8 +409,8 @@ CTLVContactParser::CTLVContactParser(IContactReceiver& receiver)
 
 CTLVContactParser::~CTLVContactParser() = default;
 
-bool CTLVContactParser::Parse(const void* data, const unsigned int& length,
-                              const char*& errorText, unsigned int& consumed) {
+bool CTLVContactParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
+                              unsigned int& consumed) {
     return m_impl && m_impl->Parse(data, length, errorText, consumed);
 }
 

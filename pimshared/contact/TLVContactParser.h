@@ -22,7 +22,7 @@ namespace PimShared {
 //      that stores none
 // One parser object can read any number of streams, one after another.
 class PIMTLV_API CTLVContactParser {
-public:
+  public:
     explicit CTLVContactParser(IContactReceiver& receiver);
     ~CTLVContactParser();
     CTLVContactParser(const CTLVContactParser&) = delete;
@@ -36,7 +36,7 @@ public:
 
     class CTLVContactParserImpl;
 
-private:
+  private:
     std::unique_ptr<CTLVContactParserImpl> m_impl;
 };
 
