@@ -25,38 +25,23 @@ using XParams = PAL::TVector<tXParam>;
 class Dumper : public ParserCreatorCollection::ITLV {
   public:
     std::string out;
-    bool Unknown(const ParserCreatorCollection::eClass& c, const unsigned int& id, const void*,
-                 const unsigned int&) override {
-        return Add("?" + std::to_string(c) + ":" + std::to_string(id));
-    }
+    // clang-format off
+    bool Unknown(const ParserCreatorCollection::eClass& c, const unsigned int& id, const void*, const unsigned int&) override {
+        return Add("?" + std::to_string(c) + ":" + std::to_string(id)); }
     bool NodeBegin(const unsigned int& id) override { return Add("{" + std::to_string(id)); }
     bool NodeEnd(const unsigned int&) override { return Add("}"); }
-    bool LeafInt8(const unsigned int& id, const signed char& v) override {
-        return Num("i8", id, v);
-    }
+    bool LeafInt8(const unsigned int& id, const signed char& v) override { return Num("i8", id, v); }
     bool LeafInt16(const unsigned int& id, const short& v) override { return Num("i16", id, v); }
-    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override {
-        return Num("u8", id, v);
-    }
-    bool LeafUInt16(const unsigned int& id, const unsigned short& v) override {
-        return Num("u16", id, v);
-    }
-    bool LeafBitfield8(const unsigned int& id, const unsigned char& v) override {
-        return Num("f8", id, v);
-    }
-    bool LeafBitfield16(const unsigned int& id, const unsigned short& v) override {
-        return Num("f16", id, v);
-    }
-    bool LeafString(const unsigned int& id, const char* t) override {
-        return Add("s" + std::to_string(id) + "=" + t);
-    }
+    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override { return Num("u8", id, v); }
+    bool LeafUInt16(const unsigned int& id, const unsigned short& v) override { return Num("u16", id, v); }
+    bool LeafBitfield8(const unsigned int& id, const unsigned char& v) override { return Num("f8", id, v); }
+    bool LeafBitfield16(const unsigned int& id, const unsigned short& v) override { return Num("f16", id, v); }
+    bool LeafString(const unsigned int& id, const char* t) override { return Add("s" + std::to_string(id) + "=" + t); }
     bool LeafByteStream(const unsigned int& id, const void*, const unsigned int& n) override {
-        return Add("b" + std::to_string(id) + "#" + std::to_string(n));
-    }
-    bool LeafUInt32(const unsigned int& id, const unsigned int& v) override {
-        return Num("u32", id, v);
-    }
+        return Add("b" + std::to_string(id) + "#" + std::to_string(n)); }
+    bool LeafUInt32(const unsigned int& id, const unsigned int& v) override { return Num("u32", id, v); }
     bool LeafInt32(const unsigned int& id, const int& v) override { return Num("i32", id, v); }
+    // clang-format on
 
   private:
     bool Add(const std::string& token) {
@@ -65,7 +50,7 @@ class Dumper : public ParserCreatorCollection::ITLV {
     }
     template <typename T>
     bool Num(const char* cls, unsigned int id, T v) {
-        return Add(cls + std::string(":") + std::to_string(id) + "=" +
+        return Add(cls + (":" + std::to_string(id)) + "=" +
                    std::to_string(static_cast<long long>(v)));
     }
 };
@@ -122,70 +107,39 @@ class RecordingReceiver : public PimShared::IContactReceiver {
         calls.push_back(line + ")");
         return traceAnswer;
     }
+    // clang-format off
     bool Begin(const unsigned int& i) override { return Log("Begin", i); }
     bool End() override { return Log("End"); }
-    bool FormattedName(const char* a, const char* b, const XParams& x) override {
-        return Log("FormattedName", a, b, x);
-    }
-    bool Name(const char* a, const char* b, const char* c, const char* d, const char* e,
-              const char* f, const XParams& x) override {
-        return Log("Name", a, b, c, d, e, f, x);
-    }
-    bool Nickname(const Texts& l, const char* b, const XParams& x) override {
-        return Log("Nickname", l, b, x);
-    }
-    bool Photo(const char* a, const char* b, const void* d, const unsigned int& n,
-               const char* c) override {
-        return Log("Photo", a, b, Data{d, n}, c);
-    }
+    bool FormattedName(const char* a, const char* p, const XParams& x) override { return Log("FormattedName", a, p, x); }
+    bool Name(const char* a, const char* b, const char* c, const char* d, const char* e, const char* p,
+              const XParams& x) override { return Log("Name", a, b, c, d, e, p, x); }
+    bool Nickname(const Texts& l, const char* p, const XParams& x) override { return Log("Nickname", l, p, x); }
+    bool Photo(const char* a, const char* b, const void* d, const unsigned int& n, const char* c) override {
+        return Log("Photo", a, b, Data{d, n}, c); }
     bool Birthday(const char* a, const char* b) override { return Log("Birthday", a, b); }
-    bool Address(const char* a, const char* b, const char* c, const char* d, const char* e,
-                 const char* f, const char* g, const unsigned char& t, const char* p,
-                 const XParams& x) override {
-        return Log("Address", a, b, c, d, e, f, g, t, p, x);
-    }
-    bool Label(const char* a, const unsigned char& t, const char* p, const XParams& x) override {
-        return Log("Label", a, t, p, x);
-    }
-    bool Telephone(const char* a, const unsigned short& t, const unsigned char& b,
-                   const unsigned short& f, const char* c, const XParams& x) override {
-        return Log("Telephone", a, t, b, f, c, x);
-    }
+    bool Address(const char* a, const char* b, const char* c, const char* d, const char* e, const char* f,
+                 const char* g, const unsigned char& t, const char* p, const XParams& x) override {
+        return Log("Address", a, b, c, d, e, f, g, t, p, x); }
+    bool Label(const char* a, const unsigned char& t, const char* p, const XParams& x) override { return Log("Label", a, t, p, x); }
+    bool Telephone(const char* a, const unsigned short& t, const unsigned char& b, const unsigned short& f,
+                   const char* c, const XParams& x) override { return Log("Telephone", a, t, b, f, c, x); }
     bool Email(const char* a, const unsigned char& t) override { return Log("Email", a, t); }
-    bool Mailer(const char* a, const char* p, const XParams& x) override {
-        return Log("Mailer", a, p, x);
-    }
+    bool Mailer(const char* a, const char* p, const XParams& x) override { return Log("Mailer", a, p, x); }
     bool Timezone(const char* a, const char* b) override { return Log("Timezone", a, b); }
-    bool GeographicPosition(const char* a, const char* b) override {
-        return Log("GeographicPosition", a, b);
-    }
-    bool Title(const char* a, const char* p, const XParams& x) override {
-        return Log("Title", a, p, x);
-    }
-    bool Role(const char* a, const char* p, const XParams& x) override {
-        return Log("Role", a, p, x);
-    }
-    bool Logo(const char* a, const char* b, const void* d, const unsigned int& n,
-              const char* c) override {
-        return Log("Logo", a, b, Data{d, n}, c);
-    }
+    bool GeographicPosition(const char* a, const char* b) override { return Log("GeographicPosition", a, b); }
+    bool Title(const char* a, const char* p, const XParams& x) override { return Log("Title", a, p, x); }
+    bool Role(const char* a, const char* p, const XParams& x) override { return Log("Role", a, p, x); }
+    bool Logo(const char* a, const char* b, const void* d, const unsigned int& n, const char* c) override {
+        return Log("Logo", a, b, Data{d, n}, c); }
     bool Agent(const char* a, const char* b) override { return Log("Agent", a, b); }
     bool Organization(const char* a, const Texts& l) override { return Log("Organization", a, l); }
-    bool Categories(const Texts& l, const char* p, const XParams& x) override {
-        return Log("Categories", l, p, x);
-    }
-    bool Note(const char* a, const char* p, const XParams& x) override {
-        return Log("Note", a, p, x);
-    }
+    bool Categories(const Texts& l, const char* p, const XParams& x) override { return Log("Categories", l, p, x); }
+    bool Note(const char* a, const char* p, const XParams& x) override { return Log("Note", a, p, x); }
     bool Revision(const char* a, const char* b) override { return Log("Revision", a, b); }
-    bool SortString(const char* a, const char* p, const XParams& x) override {
-        return Log("SortString", a, p, x);
-    }
-    bool Sound(const char* a, const char* b, const void* d, const unsigned int& n, const char* c,
-               const char* f, const char* n1, const char* n2, const char* n3, const char* n4,
-               const char* n5) override {
-        return Log("Sound", a, b, Data{d, n}, c, f, n1, n2, n3, n4, n5);
-    }
+    bool SortString(const char* a, const char* p, const XParams& x) override { return Log("SortString", a, p, x); }
+    bool Sound(const char* a, const char* b, const void* d, const unsigned int& n, const char* c, const char* f,
+               const char* n1, const char* n2, const char* n3, const char* n4, const char* n5) override {
+        return Log("Sound", a, b, Data{d, n}, c, f, n1, n2, n3, n4, n5); }
     bool UID(const char* a) override { return Log("UID", a); }
     bool SpeedDial(const char* a) override { return Log("SpeedDial", a); }
     bool XUID(const char* a) override { return Log("XUID", a); }
@@ -195,14 +149,11 @@ class RecordingReceiver : public PimShared::IContactReceiver {
     bool Version(const char* a) override { return Log("Version", a); }
     bool Classification(const char* a) override { return Log("Classification", a); }
     bool ProdID(const char* a) override { return Log("ProdID", a); }
-    bool Key(const char* a, const char* b, const void* d, const unsigned int& n) override {
-        return Log("Key", a, b, Data{d, n});
-    }
+    bool Key(const char* a, const char* b, const void* d, const unsigned int& n) override { return Log("Key", a, b, Data{d, n}); }
     bool PhotoAvailability(const bool& b) override { return Log("PhotoAvailability", b ? 1 : 0); }
     bool NonStandardProperty(const char* a, const char* b, const void* d, const unsigned int& n,
-                             const XParams& x) override {
-        return Log("NonStandardProperty", a, b, Data{d, n}, x);
-    }
+                             const XParams& x) override { return Log("NonStandardProperty", a, b, Data{d, n}, x); }
+    // clang-format on
 
   protected:
     struct Data {
