@@ -233,7 +233,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
             handleXParamValue(store, TextOf(elementClass, value));
             return;
         }
-        for (unsigned int c = 0; c < row.count; ++c) {
+        for (unsigned int c = 0, n = ColumnCount(row); c < n; ++c) {
             if (row.values[c].id != typeId) continue;
             tSlot& slot = store.slots[c];
             switch (row.values[c].kind) {
