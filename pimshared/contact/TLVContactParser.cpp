@@ -22,7 +22,9 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed) override {
         consumed = 0;
-        for (unsigned int i = 0; i < PropertyCount; ++i) ResetStore(i, true);
+        for (unsigned int i = 0; i < PropertyCount; ++i) {
+            if ((m_written >> i) & 1u) ResetStore(i, true);
+        }
         m_pendingXParamName = nullptr;
         if (data == nullptr) {
             errorText = m_emptyText;
@@ -30,6 +32,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
         }
         m_parsingState = ParsingStateBegin;
         m_currentProperty = TypeIdNone;
+        m_currentIndex = PropertyCount;
         m_instanceSeen = false;
         m_skip = false;
         if (!CTLVParser::Parse(data, length, errorText, consumed)) {
@@ -58,12 +61,14 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
                 if (isContactPropertyType(typeId, known)) {
                     m_pendingXParamName = nullptr;
                     m_currentProperty = typeId;
+                    m_currentIndex = IndexOfNode(typeId);
                     m_parsingState = ParsingStatePropertyContext;
                     return true;
                 }
                 if (!known) return Report(2);
                 m_skip = true;
                 m_currentProperty = typeId;
+                m_currentIndex = IndexOfNode(typeId);
                 m_parsingState = ParsingStatePropertyContext;
                 return Report(4);
             }
@@ -87,6 +92,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
                 callPropertyCallbackAndResetDataMemebr(typeId);
             }
             m_currentProperty = TypeIdNone;
+            m_currentIndex = PropertyCount;
             m_parsingState = ParsingStateContactContext;
             return true;
         }
@@ -214,7 +220,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
     }
 
     void storePropertyValue(eClass elementClass, unsigned int typeId, const uTlvValue& value) {
-        const unsigned int index = IndexOfNode(m_currentProperty);
+        const unsigned int index = m_currentIndex;
         if (index == PropertyCount) {
             Report(6);
             return;
@@ -225,6 +231,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
             return;
         }
         tPropertyStore& store = m_store[index];
+        m_written |= 1ull << index;
         if (row.xParams && typeId == TypeIdValTypeXparamName) {
             handleXParamName(TextOf(elementClass, value));
             return;
@@ -301,6 +308,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
         }
         store.list.clear();
         store.xParams.clear();
+        if (!keepNumbers) m_written &= ~(1ull << index);
     }
 
     bool callPropertyCallbackAndResetDataMemebr(unsigned int typeId) {
@@ -397,11 +405,16 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
     IContactReceiver& m_receiver;
     unsigned int m_parsingState = ParsingStateBegin;
     unsigned int m_currentProperty = TypeIdNone;
+    unsigned int m_currentIndex = PropertyCount;  // the current property's row, looked up once
     const char* m_pendingXParamName = nullptr;
     bool m_instanceSeen = false;
     bool m_skip = false;
     char m_emptyText[1] = {0};
     tPropertyStore m_store[PropertyCount] = {};
+    // Stores holding anything since their last reset: a parse starts by
+    // emptying only those, not the whole store.
+    unsigned long long m_written = 0;
+    static_assert(PropertyCount <= 64, "one bit per property store");
 };
 
 CTLVContactParser::CTLVContactParser(IContactReceiver& receiver)
