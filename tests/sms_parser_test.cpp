@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "pim_stream_text.h"
+#include "pimshared/sms/TLVSMSParser.h"
+#include "sms_recorder.h"
+
+namespace {
+
+using pimtest::Bytes;
+using pimtest::Stream;
+
+struct Outcome {
+    bool result;
+    std::string log;
+};
+
+Outcome Parse(PimShared::CTLVSMSParser& parser, pimtest::SmsRecorder& receiver,
+              const Bytes& bytes) {
+    receiver.log.clear();
+    const char* error = nullptr;
+    unsigned int consumed = 0;
+    const bool result = parser.Parse(bytes.data(), bytes.size(), error, consumed);
+    return {result, receiver.log};
+}
+
+// A stream, and the receiver calls it makes on a fresh parser.
+struct Case {
+    const char* name;
+    const char* stream;
+    const char* calls;
+};
+
+const Case kCases[] = {
+    {"SecondObjectNode", "{2 {2 } }",
+     "Trace(2,Unexpected Node Begin with type ID = 2) End() "
+     "Trace(2,Unexpected Node End with type ID = 2)"},
+    {"ObjectNodeClosedInsideMessage", "{2 {700 {2 } } }",
+     "Begin(0) Trace(2,Unexpected Node Begin with type ID = 2) "
+     "Trace(2,Unexpected Node End with type ID = 2) End()"},
+    {"InstanceInsideMessageKeepsTheFirst", "{2 u32:10=4 {700 u32:10=9 } }",
+     "Begin(4) Trace(2,Unexpected UInt32 with type ID = 10) End()"},
+    {"LastInstanceBeforeTheMessageCounts", "{2 u32:10=4 u32:10=5 {700 } }", "Begin(5) End()"},
+    {"MessageOutsideObject", "{700 }",
+     "Trace(2,Unexpected Node Begin with type ID = 700) "
+     "Trace(2,Unexpected Node End with type ID = 700)"},
+    {"AttributeOutsideMessage", "{2 s:740=hi u8:725=1 u16:715=1 {700 } }",
+     "Trace(2,Unexpected String with type ID = 740) Trace(2,Unexpected UInt8 with type ID = 725) "
+     "Trace(2,Unexpected UInt16 with type ID = 715) Begin(0) End()"},
+    {"AttributeWithWrongClass", "{2 {700 b8:725=1 s:715=x u16:740=1 } }",
+     "Begin(0) Trace(2,Unexpected Bitfield8 with type ID = 725) "
+     "Trace(2,Unexpected String with type ID = 715) Trace(2,Unexpected UInt16 with type ID = 740) "
+     "End()"},
+    {"ClassesTheLayoutHasNot", "{2 {700 i8:1=1 i16:2=1 b16:3=1 bs:4=ab i32:5=1 } }",
+     "Begin(0) Trace(2,Unexpected Int8 with type ID = 1) Trace(2,Unexpected Int16 with type ID = "
+     "2) "
+     "Trace(2,Unexpected Bitfield16 with type ID = 3) "
+     "Trace(2,Unexpected Byte Stream with type ID = 4) Trace(2,Unexpected Int32 with type ID = 5) "
+     "End()"},
+    {"UnknownAttributeId", "{2 {700 s:717=x u8:726=1 {731 } } }",
+     "Begin(0) Trace(2,Unexpected String with type ID = 717) "
+     "Trace(2,Unexpected UInt8 with type ID = 726) Trace(2,Unexpected Node Begin with type ID = "
+     "731) Trace(2,Unexpected Node End with type ID = 731) End()"},
+    {"ConcatBytesOutsideTheirNode", "{2 {700 u8:731=1 } }",
+     "Begin(0) Trace(2,Unexpected UInt8 with type ID = 731) End()"},
+    {"ConcatMissingBytesAreZeroAndDoNotLinger",
+     "{2 {700 {730 u8:732=5 } {730 u8:733=6 u8:733=7 } } }",
+     "Begin(0) Concat(0,5,0) Concat(0,0,7) End()"},
+    {"NestedConcat", "{2 {700 {730 {730 } } } }",
+     "Begin(0) Trace(2,Unexpected Node Begin with type ID = 730) Concat(0,0,0) "
+     "Trace(2,Unexpected Node End with type ID = 730) End()"},
+    {"ConcatOutsideMessage", "{2 {730 } }",
+     "Trace(2,Unexpected Node Begin with type ID = 730) "
+     "Trace(2,Unexpected Node End with type ID = 730) End()"},
+    {"UnknownClass", "{2 {700 x:77 } }",
+     "Begin(0) Trace(1,Unexpected class ID = 12 with type ID = 77) End()"},
+    {"MalformedStream", "{2 {700 s:740=a bad:5 s:716=b } }", "Begin(0) Body(a) End() Trace(3,)"},
+};
+
+class SmsParse : public testing::TestWithParam<Case> {};
+
+TEST_P(SmsParse, ReportsWhatIsOutOfPlace) {
+    pimtest::SmsRecorder receiver;
+    PimShared::CTLVSMSParser parser(receiver);
+    const Bytes bytes = Stream(GetParam().stream);
+    ASSERT_FALSE(bytes.empty());
+    EXPECT_EQ(Parse(parser, receiver, bytes).log, GetParam().calls);
+}
+
+INSTANTIATE_TEST_SUITE_P(Streams, SmsParse, testing::ValuesIn(kCases),
+                         [](const testing::TestParamInfo<Case>& row) { return row.param.name; });
+
+TEST(SmsParser, InstanceCarriesOverToAStreamWithoutOne) {
+    pimtest::SmsRecorder receiver;
+    PimShared::CTLVSMSParser parser(receiver);
+    const Bytes bare = Stream("{2 {700 } }");
+    EXPECT_EQ(Parse(parser, receiver, bare).log, "Begin(0) End()");
+    EXPECT_TRUE(Parse(parser, receiver, Stream("{2 u32:10=7 {700 } }")).result);
+    EXPECT_EQ(Parse(parser, receiver, bare).log, "Begin(7) End()");
+}
+
+TEST(SmsParser, FalseAnswersEndTheWalk) {
+    pimtest::SmsRecorder receiver;
+    PimShared::CTLVSMSParser parser(receiver);
+    receiver.stopAt = "Body";
+    Outcome run = Parse(parser, receiver, Stream("{2 {700 s:740=a s:716=b } }"));
+    EXPECT_FALSE(run.result);
+    EXPECT_EQ(run.log, "Begin(0) Body(a) End() Trace(3,)");
+
+    receiver.stopAt.clear();
+    receiver.traceAnswer = false;
+    run = Parse(parser, receiver, Stream("{2 {700 i8:1=1 s:716=b } }"));
+    EXPECT_FALSE(run.result);
+    EXPECT_EQ(run.log, "Begin(0) Trace(2,Unexpected Int8 with type ID = 1) End() Trace(3,)");
+
+    // The object is usable again after a stopped walk.
+    receiver.traceAnswer = true;
+    run = Parse(parser, receiver, Stream("{2 {700 s:716=b } }"));
+    EXPECT_TRUE(run.result);
+    EXPECT_EQ(run.log, "Begin(0) Subject(b) End()");
+}
+
+TEST(SmsParser, NullStreamCallsNothing) {
+    pimtest::SmsRecorder receiver;
+    PimShared::CTLVSMSParser parser(receiver);
+    Parse(parser, receiver, Stream("{2 {700 i8:1=1 } }"));  // a diagnostic first
+    receiver.log.clear();
+    const char* error = nullptr;
+    unsigned int consumed = 5;
+    EXPECT_FALSE(parser.Parse(nullptr, 10, error, consumed));
+    ASSERT_NE(error, nullptr);
+    EXPECT_STREQ(error, "");
+    EXPECT_EQ(consumed, 0u);
+    EXPECT_EQ(receiver.log, "");
+}
+
+}  // namespace
