@@ -20,20 +20,20 @@ TEST(Utf8, StrictRfc3629) {
         const char* purged;
     } const cases[] = {
         {"plain", true, "plain"},
-        {"\xC3\xA9t\xC3\xA9", true, "\xC3\xA9t\xC3\xA9"},        // two-byte
-        {"\xE2\x82\xAC", true, "\xE2\x82\xAC"},                  // euro sign
-        {"\xF0\x9F\x98\x80", true, "\xF0\x9F\x98\x80"},          // four-byte
-        {"\xF4\x8F\xBF\xBF", true, "\xF4\x8F\xBF\xBF"},          // U+10FFFF
-        {"\xC0\xAF", false, "??"},                               // overlong '/'
-        {"\xE0\x80\xAF", false, "???"},                          // overlong three-byte
-        {"\xF0\x80\x80\xAF", false, "????"},                     // overlong four-byte
-        {"\xED\xA0\x80", false, "???"},                          // surrogate D800
-        {"\xF4\x90\x80\x80", false, "????"},                     // above U+10FFFF
-        {"\xF8\x88\x80\x80\x80", false, "?????"},                // five-byte form
-        {"ab\xE2\x82", false, "ab??"},                           // truncated at the end
-        {"\xE2\x82x", false, "??x"},                             // truncated in the middle
-        {"\x80", false, "?"},                                    // lone continuation
-        {"ok\xFF\xC3\xA9", false, "ok?\xC3\xA9"},                // valid after invalid kept
+        {"\xC3\xA9t\xC3\xA9", true, "\xC3\xA9t\xC3\xA9"},  // two-byte
+        {"\xE2\x82\xAC", true, "\xE2\x82\xAC"},            // euro sign
+        {"\xF0\x9F\x98\x80", true, "\xF0\x9F\x98\x80"},    // four-byte
+        {"\xF4\x8F\xBF\xBF", true, "\xF4\x8F\xBF\xBF"},    // U+10FFFF
+        {"\xC0\xAF", false, "??"},                         // overlong '/'
+        {"\xE0\x80\xAF", false, "???"},                    // overlong three-byte
+        {"\xF0\x80\x80\xAF", false, "????"},               // overlong four-byte
+        {"\xED\xA0\x80", false, "???"},                    // surrogate D800
+        {"\xF4\x90\x80\x80", false, "????"},               // above U+10FFFF
+        {"\xF8\x88\x80\x80\x80", false, "?????"},          // five-byte form
+        {"ab\xE2\x82", false, "ab??"},                     // truncated at the end
+        {"\xE2\x82x", false, "??x"},                       // truncated in the middle
+        {"\x80", false, "?"},                              // lone continuation
+        {"ok\xFF\xC3\xA9", false, "ok?\xC3\xA9"},          // valid after invalid kept
     };
     for (const Case& c : cases) {
         std::string text = c.bytes;
@@ -49,8 +49,10 @@ TEST(Utf8, StrictRfc3629) {
 TEST(DateAndTime, ICalendarTextBothWays) {
     using namespace DateAndTimeUtilities;
     const STimeZoneOffset zero;
-    EXPECT_STREQ(ToString(CDateAndTime(2026, 11, 22, 9, 30, 0, 123), eDateTimeFormatICalendar, 0, zero).c_str(),
-                 "20261122T093000Z");
+    EXPECT_STREQ(
+        ToString(CDateAndTime(2026, 11, 22, 9, 30, 0, 123), eDateTimeFormatICalendar, 0, zero)
+            .c_str(),
+        "20261122T093000Z");
     EXPECT_STREQ(ToString(CDateAndTime(7, 1, 2), eDateTimeFormatICalendar, 0, zero).c_str(),
                  "00070102T000000Z");
     EXPECT_TRUE(ToString(CDateAndTime(2026, 1, 1), eDateTimeFormatNone, 0, zero).isEmpty());
@@ -84,7 +86,8 @@ TEST(Containers, BufferVectorAndString) {
     CBuffer buffer(0, 4);
     EXPECT_TRUE(buffer.copyTo("ab", 2, 3));  // gap before the position is zero-filled
     ASSERT_EQ(buffer.getSize(), 5u);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(buffer.getData()), 5), std::string("\0\0\0ab", 5));
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(buffer.getData()), 5),
+              std::string("\0\0\0ab", 5));
     EXPECT_FALSE(buffer.copyTo("x", 2, 0xFFFFFFFFu));  // position + count overflows
     buffer.shrink(1);
     EXPECT_EQ(buffer.getSize(), 1u);

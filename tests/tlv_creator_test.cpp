@@ -35,10 +35,18 @@ TEST(WireLength, ShortestFormForEachSize) {
     struct Case {
         unsigned int length;
         const char* field;
-    } const cases[] = {{0, "00"},          {5, "05"},          {127, "7F"},
-                       {128, "81 80"},     {201, "81 C9"},     {255, "81 FF"},
-                       {256, "82 01 00"},  {300, "82 01 2C"},  {65535, "82 FF FF"},
-                       {65536, "83 01 00 00"}, {70000, "83 01 11 70"}, {0xFFFFFF, "83 FF FF FF"}};
+    } const cases[] = {{0, "00"},
+                       {5, "05"},
+                       {127, "7F"},
+                       {128, "81 80"},
+                       {201, "81 C9"},
+                       {255, "81 FF"},
+                       {256, "82 01 00"},
+                       {300, "82 01 2C"},
+                       {65535, "82 FF FF"},
+                       {65536, "83 01 00 00"},
+                       {70000, "83 01 11 70"},
+                       {0xFFFFFF, "83 FF FF FF"}};
     for (const Case& c : cases) {
         unsigned char out[5] = {};
         const unsigned int size = CTLVObject::WriteLengthField(c.length, out);
@@ -71,11 +79,16 @@ TEST(ElementObjects, EachLeafClassWritesHeaderAndValue) {
         eClass cls;
         const char* bytes;
     } const cases[] = {
-        {&i8, Int8, "00 01 01 FE"},           {&i16, Int16, "10 02 02 FF FE"},
-        {&u8, UInt8, "20 03 01 C8"},          {&u16, UInt16, "30 04 02 AB CD"},
-        {&b8, Bitfield8, "40 05 01 81"},      {&b16, Bitfield16, "50 06 02 80 01"},
-        {&s, String, "61 2E 03 41 42 00"},    {&empty, String, "61 2E 01 00"},
-        {&bytes, ByteStream, "70 07 03 01 02 03"}, {&u32, UInt32, "90 0A 04 00 00 00 05"},
+        {&i8, Int8, "00 01 01 FE"},
+        {&i16, Int16, "10 02 02 FF FE"},
+        {&u8, UInt8, "20 03 01 C8"},
+        {&u16, UInt16, "30 04 02 AB CD"},
+        {&b8, Bitfield8, "40 05 01 81"},
+        {&b16, Bitfield16, "50 06 02 80 01"},
+        {&s, String, "61 2E 03 41 42 00"},
+        {&empty, String, "61 2E 01 00"},
+        {&bytes, ByteStream, "70 07 03 01 02 03"},
+        {&u32, UInt32, "90 0A 04 00 00 00 05"},
         {&i32, Int32, "AF FF 04 FF FF FF FF"},
     };
     for (const Case& c : cases) {
@@ -172,7 +185,9 @@ TEST(Creator, TopLevelLeavesAndRepeatedGetData) {
 TEST(Creator, InvalidUtf8IsRepairedWithWarning) {
     TraceCapture trace;
     CTLVCreator c;
-    EXPECT_TRUE(c.LeafString(1, "a\xFF" "b\xC0\x80"));
+    EXPECT_TRUE(c.LeafString(1,
+                             "a\xFF"
+                             "b\xC0\x80"));
     EXPECT_EQ(Output(c), "60 01 06 61 3F 62 3F 3F 00");
     ASSERT_EQ(trace.entries.size(), 1u);
     EXPECT_EQ(trace.entries[0].level, 2);

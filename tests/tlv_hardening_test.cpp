@@ -41,7 +41,6 @@ Walk WalkBytes(const Bytes& bytes) {
 
 using Events = std::vector<std::string>;
 
-
 }  // namespace
 
 TEST(Hardening, ElementsThatDoNotFitEndTheWalk) {
@@ -56,11 +55,12 @@ TEST(Hardening, ElementsThatDoNotFitEndTheWalk) {
         {"header past the stream", "80", 0, {}},
         {"node past the stream", "80 01 10 20 01 01 01", 3, {}},
         {"child past its node", "80 01 03 80 02 04 20 03 01 05", 6, {"NodeBegin(1)", "NodeEnd(1)"}},
-        {"leaf straddling its node's end", "80 01 02 20 03 01 05", 3,
+        {"leaf straddling its node's end",
+         "80 01 02 20 03 01 05",
+         3,
          {"NodeBegin(1)", "NodeEnd(1)"}},
         {"fixed-size leaf cut by the stream end", "90 01 04 00 00", 3, {}},
-        {"string without terminator", "80 01 05 60 02 02 41 42", 6,
-         {"NodeBegin(1)", "NodeEnd(1)"}},
+        {"string without terminator", "80 01 05 60 02 02 41 42", 6, {"NodeBegin(1)", "NodeEnd(1)"}},
         {"empty string value", "60 02 00", 3, {}},
         {"huge declared length", "70 01 84 FF FF FF FF 00", 7, {}},
     };
@@ -105,7 +105,7 @@ TEST(Hardening, EveryTruncationOfAValidStream) {
 TEST(Hardening, RepairedTextsLiveUntilParseReturns) {
     // Keeps every text pointer and reads them all after the walk's last event.
     class Keeper : public TlvRecorder {
-    public:
+      public:
         std::vector<const char*> kept;
         std::vector<std::string> atEnd;
         bool LeafString(const unsigned int& id, const char* t) override {
@@ -137,11 +137,13 @@ TEST(Hardening, MillionNestedNodesWithoutRecursion) {
     ASSERT_TRUE(creator.GetData(data, length));
 
     class Counter : public TlvRecorder {
-    public:
+      public:
         unsigned long begins = 0, ends = 0, leaves = 0;
         bool NodeBegin(const unsigned int&) override { return ++begins, true; }
         bool NodeEnd(const unsigned int&) override { return ++ends, true; }
-        bool LeafUInt8(const unsigned int&, const unsigned char&) override { return ++leaves, true; }
+        bool LeafUInt8(const unsigned int&, const unsigned char&) override {
+            return ++leaves, true;
+        }
     } counter;
     CTLVParser parser(counter);
     const char* errorText = nullptr;

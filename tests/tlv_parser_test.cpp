@@ -31,8 +31,8 @@ Walk WalkBytes(const Bytes& bytes, int refuseAt = 0) {
     CTLVParser parser(recorder);
     const char* errorText = nullptr;
     unsigned int consumed = 99;
-    const bool ok = parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), errorText,
-                                 consumed);
+    const bool ok =
+        parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), errorText, consumed);
     return Walk{ok, consumed, errorText, recorder.events};
 }
 
@@ -68,9 +68,9 @@ TEST(Parser, CalendarStreamEvents) {
     EXPECT_TRUE(w.ok);
     EXPECT_EQ(w.consumed, 22u);
     EXPECT_EQ(w.errorText, "");
-    EXPECT_EQ(w.events, (Events{"NodeBegin(1)", "NodeBegin(103)", "LeafUInt32(10,5)",
-                                "NodeBegin(202)", "LeafString(302,AB)", "NodeEnd(202)",
-                                "NodeEnd(103)", "NodeEnd(1)"}));
+    EXPECT_EQ(w.events,
+              (Events{"NodeBegin(1)", "NodeBegin(103)", "LeafUInt32(10,5)", "NodeBegin(202)",
+                      "LeafString(302,AB)", "NodeEnd(202)", "NodeEnd(103)", "NodeEnd(1)"}));
 }
 
 TEST(Parser, TargetRefusalStopsTheWalkButClosesNodes) {
@@ -91,7 +91,8 @@ TEST(Parser, RefusalAtEveryEvent) {
         const bool leaf = full.events[k - 1].rfind("Node", 0) != 0;
         EXPECT_EQ(w.ok, !leaf) << k;
         int depth = 0;
-        for (const std::string& e : w.events) depth += e.rfind("NodeBegin", 0) == 0 ? 1 : e.rfind("NodeEnd", 0) == 0 ? -1 : 0;
+        for (const std::string& e : w.events)
+            depth += e.rfind("NodeBegin", 0) == 0 ? 1 : e.rfind("NodeEnd", 0) == 0 ? -1 : 0;
         EXPECT_EQ(depth, 0) << k;
     }
 }
@@ -104,22 +105,39 @@ TEST(Parser, MalformedAndEdgeStreams) {
         unsigned int consumed;
         Events events;
     } const cases[] = {
-        {"UInt16 with length 1 inside a node", "80 01 04 30 02 01 05", false, 6,
+        {"UInt16 with length 1 inside a node",
+         "80 01 04 30 02 01 05",
+         false,
+         6,
          {"NodeBegin(1)", "NodeEnd(1)"}},
         {"Int16 with length 3", "10 02 03 00 00 00", false, 3, {}},
         {"length byte 80 is refused", "20 01 80 05", false, 0, {}},
-        {"non-minimal long length is read", "70 07 82 00 02 AA BB", true, 7,
+        {"non-minimal long length is read",
+         "70 07 82 00 02 AA BB",
+         true,
+         7,
          {"LeafByteStream(7,AA BB)"}},
-        {"unknown class 12 is reported and skipped", "C0 05 03 01 02 03 20 01 01 09", true, 10,
+        {"unknown class 12 is reported and skipped",
+         "C0 05 03 01 02 03 20 01 01 09",
+         true,
+         10,
          {"Unknown(12,5,01 02 03)", "LeafUInt8(1,9)"}},
-        {"several top-level elements", "20 01 01 01 80 02 00", true, 7,
+        {"several top-level elements",
+         "20 01 01 01 80 02 00",
+         true,
+         7,
          {"LeafUInt8(1,1)", "NodeBegin(2)", "NodeEnd(2)"}},
-        {"every signed and bitfield class", "00 01 01 FF 10 02 02 80 00 40 03 01 81 50 04 02 00 01 A0 05 04 FF FF FF FE",
-         true, 25,
+        {"every signed and bitfield class",
+         "00 01 01 FF 10 02 02 80 00 40 03 01 81 50 04 02 00 01 A0 05 04 FF FF FF FE",
+         true,
+         25,
          {"LeafInt8(1,-1)", "LeafInt16(2,-32768)", "LeafBitfield8(3,129)", "LeafBitfield16(4,1)",
           "LeafInt32(5,-2)"}},
-        {"long field over four bytes wraps instead of widening", "70 01 85 01 00 00 00 02 AA BB CC",
-         true, 11, {"LeafByteStream(1,AA BB CC)"}},
+        {"long field over four bytes wraps instead of widening",
+         "70 01 85 01 00 00 00 02 AA BB CC",
+         true,
+         11,
+         {"LeafByteStream(1,AA BB CC)"}},
     };
     for (const Case& c : cases) {
         const Walk w = WalkBytes(FromHex(c.hex));

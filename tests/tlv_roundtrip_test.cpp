@@ -18,7 +18,7 @@ namespace {
 // Feeds the same random calls to the creator and to a recorder, so the
 // recorder holds the events the stream must give back.
 class RandomTree {
-public:
+  public:
     explicit RandomTree(unsigned int seed) : m_rng(seed) {}
 
     void Build(CTLVCreator& creator, TlvRecorder& expected) {
@@ -46,7 +46,7 @@ public:
         }
     }
 
-private:
+  private:
     int Pick(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(m_rng); }
 
     std::string Text() {

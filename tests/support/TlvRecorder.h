@@ -21,10 +21,14 @@ inline Bytes FromHex(const std::string& hex) {
     int high = -1;
     for (char c : hex) {
         int v;
-        if (c >= '0' && c <= '9') v = c - '0';
-        else if (c >= 'A' && c <= 'F') v = c - 'A' + 10;
-        else if (c >= 'a' && c <= 'f') v = c - 'a' + 10;
-        else continue;
+        if (c >= '0' && c <= '9')
+            v = c - '0';
+        else if (c >= 'A' && c <= 'F')
+            v = c - 'A' + 10;
+        else if (c >= 'a' && c <= 'f')
+            v = c - 'a' + 10;
+        else
+            continue;
         if (high < 0) {
             high = v;
         } else {
@@ -49,14 +53,14 @@ inline std::string ToHex(const void* data, unsigned int length) {
 // Records events as "NodeBegin(1)", "LeafString(302,AB)", ... Leaf and
 // Unknown events answer false from the refuseAt-th event on (1-based), once.
 class TlvRecorder : public ParserCreatorCollection::ITLV {
-public:
+  public:
     std::vector<std::string> events;
     int refuseAt = 0;
 
     bool Unknown(const ParserCreatorCollection::eClass& c, const unsigned int& id, const void* v,
                  const unsigned int& n) override {
-        return Leaf("Unknown(" + std::to_string(c) + "," + std::to_string(id) + "," +
-                    ToHex(v, n) + ")");
+        return Leaf("Unknown(" + std::to_string(c) + "," + std::to_string(id) + "," + ToHex(v, n) +
+                    ")");
     }
     bool NodeBegin(const unsigned int& id) override {
         Record("NodeBegin(" + std::to_string(id) + ")");
@@ -66,9 +70,13 @@ public:
         Record("NodeEnd(" + std::to_string(id) + ")");
         return true;
     }
-    bool LeafInt8(const unsigned int& id, const signed char& v) override { return Num("Int8", id, v); }
+    bool LeafInt8(const unsigned int& id, const signed char& v) override {
+        return Num("Int8", id, v);
+    }
     bool LeafInt16(const unsigned int& id, const short& v) override { return Num("Int16", id, v); }
-    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override { return Num("UInt8", id, v); }
+    bool LeafUInt8(const unsigned int& id, const unsigned char& v) override {
+        return Num("UInt8", id, v);
+    }
     bool LeafUInt16(const unsigned int& id, const unsigned short& v) override {
         return Num("UInt16", id, v);
     }
@@ -89,7 +97,7 @@ public:
     }
     bool LeafInt32(const unsigned int& id, const int& v) override { return Num("Int32", id, v); }
 
-private:
+  private:
     void Record(std::string e) { events.push_back(std::move(e)); }
     bool Leaf(std::string e) {
         Record(std::move(e));
@@ -111,7 +119,7 @@ struct TraceEntry {
 
 // Installs itself as the platform trace sink for its lifetime.
 class TraceCapture {
-public:
+  public:
     std::vector<TraceEntry> entries;
     TraceCapture() { Velmor_TraceOut_setSink(&Sink, this); }
     ~TraceCapture() { Velmor_TraceOut_setSink(nullptr, nullptr); }
@@ -123,7 +131,7 @@ public:
         return lines;
     }
 
-private:
+  private:
     static void Sink(const VelmorTraceRecord* r, void* context) {
         static_cast<TraceCapture*>(context)->entries.push_back(
             TraceEntry{r->level, r->moduleName, r->sourcePath, r->moduleId, r->line});
