@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "pim_stream_text.h"
 #include "pimshared/callstack/TLVCallstackParser.h"
+#include "support/TlvStreamText.h"
 
 namespace {
 
-using pimtest::Bytes;
-using pimtest::Stream;
+using testsupport::Bytes;
+using testsupport::Stream;
 
 // Writes every call as "Name(args)", blank-separated; answers traceAnswer to
 // reports and stopAnswer to everything else.

@@ -2,17 +2,17 @@
 
 #include <string>
 
-#include "pim_stream_text.h"
 #include "pimshared/sms/TLVSMSCreator.h"
 #include "pimshared/sms/TLVSMSParser.h"
-#include "sms_recorder.h"
+#include "support/SmsRecorder.h"
+#include "support/TlvStreamText.h"
 
 namespace {
 
 using PimShared::ISMSAttributes;
 using PimShared::ISMSCreator;
-using pimtest::Bytes;
-using pimtest::Stream;
+using testsupport::Bytes;
+using testsupport::Stream;
 
 Bytes Take(ISMSCreator& creator) {
     const void* data = nullptr;
@@ -32,7 +32,7 @@ void Check(Write write, bool answer, const std::string& layout, const std::strin
     ASSERT_TRUE(creator.End());
     const Bytes bytes = Take(creator);
     EXPECT_EQ(bytes, Stream("{2 u32:10=1 {700 " + layout + " } }"));
-    pimtest::SmsRecorder receiver;
+    testsupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     const char* error = nullptr;
     unsigned int consumed = 0;

@@ -2,21 +2,21 @@
 
 #include <string>
 
-#include "pim_stream_text.h"
 #include "pimshared/sms/TLVSMSParser.h"
-#include "sms_recorder.h"
+#include "support/SmsRecorder.h"
+#include "support/TlvStreamText.h"
 
 namespace {
 
-using pimtest::Bytes;
-using pimtest::Stream;
+using testsupport::Bytes;
+using testsupport::Stream;
 
 struct Outcome {
     bool result;
     std::string log;
 };
 
-Outcome Parse(PimShared::CTLVSMSParser& parser, pimtest::SmsRecorder& receiver,
+Outcome Parse(PimShared::CTLVSMSParser& parser, testsupport::SmsRecorder& receiver,
               const Bytes& bytes) {
     receiver.log.clear();
     const char* error = nullptr;
@@ -65,7 +65,7 @@ const Case kCases[] = {
 class SmsParse : public testing::TestWithParam<Case> {};
 
 TEST_P(SmsParse, ReportsWhatIsOutOfPlace) {
-    pimtest::SmsRecorder receiver;
+    testsupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     if (GetParam().before != nullptr) Parse(parser, receiver, Stream(GetParam().before));
     const Bytes bytes = Stream(GetParam().stream);
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Streams, SmsParse, testing::ValuesIn(kCases),
                          [](const testing::TestParamInfo<Case>& row) { return row.param.name; });
 
 TEST(SmsParser, FalseAnswersEndTheWalk) {
-    pimtest::SmsRecorder receiver;
+    testsupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     receiver.stopAt = "Body";
     Outcome run = Parse(parser, receiver, Stream("{2 {700 s:740=a s:716=b } }"));
@@ -98,7 +98,7 @@ TEST(SmsParser, FalseAnswersEndTheWalk) {
 }
 
 TEST(SmsParser, NullStreamCallsNothing) {
-    pimtest::SmsRecorder receiver;
+    testsupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     Parse(parser, receiver, Stream("{2 {700 i8:1=1 } }"));  // a diagnostic first
     receiver.log.clear();

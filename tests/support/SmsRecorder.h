@@ -1,11 +1,11 @@
-#ifndef PIMTLV_TESTS_SMS_RECORDER_H
-#define PIMTLV_TESTS_SMS_RECORDER_H
+#ifndef PIMTLV_TESTS_SUPPORT_SMSRECORDER_H
+#define PIMTLV_TESTS_SUPPORT_SMSRECORDER_H
 
 #include <string>
 
 #include "pimshared/sms/ISMSReceiver.h"
 
-namespace pimtest {
+namespace testsupport {
 
 // Writes every receiver call as "Name(args)" into log, blank-separated; null
 // texts as "-", and a refusal text "Unexpected <kind> with type ID = <id>",
@@ -64,6 +64,6 @@ class SmsRecorder : public PimShared::ISMSReceiver {
     }
 };
 
-}  // namespace pimtest
+}  // namespace testsupport
 
 #endif

@@ -1,5 +1,5 @@
-#ifndef PIMTLV_TESTS_PIM_STREAM_TEXT_H
-#define PIMTLV_TESTS_PIM_STREAM_TEXT_H
+#ifndef PIMTLV_TESTS_SUPPORT_TLVSTREAMTEXT_H
+#define PIMTLV_TESTS_SUPPORT_TLVSTREAMTEXT_H
 
 // Builds TLV streams for item-parser tests from a compact text, so that a
 // table row states its input in one line:
@@ -17,7 +17,7 @@
 
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
 
-namespace pimtest {
+namespace testsupport {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -69,6 +69,6 @@ inline Bytes Stream(const std::string& text) {
     return bytes;
 }
 
-}  // namespace pimtest
+}  // namespace testsupport
 
 #endif
