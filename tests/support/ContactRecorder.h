@@ -1,8 +1,9 @@
-#ifndef PIMTLV_TESTS_CONTACTTESTSUPPORT_H
-#define PIMTLV_TESTS_CONTACTTESTSUPPORT_H
+#ifndef PIMTLV_TESTS_SUPPORT_CONTACTRECORDER_H
+#define PIMTLV_TESTS_SUPPORT_CONTACTRECORDER_H
 
-// Shared by the contact tests: a readable dump of a TLV stream, a receiver
-// that logs every call as one line, and refusal triggers for the creator.
+// Shared by the contact tests: a dump of a TLV stream in the notation that
+// testsupport::Stream reads, a receiver that logs every call as one line,
+// and refusal triggers for the creator.
 
 #include <cstdio>
 #include <string>
@@ -13,15 +14,15 @@
 #include "pimshared/contact/ContactReceiver.h"
 #include "pimshared/contact/TLVContactCreator.h"
 
-namespace contacttest {
+namespace testsupport {
 
 using PimShared::tXParam;
 using Texts = PAL::TVector<const char*>;
 using XParams = PAL::TVector<tXParam>;
 
-// Every element as one token: "{id" opens a node, "}" closes it, leaves are
-// <class>id=value with s String, b ByteStream (#length), f8/f16 Bitfield,
-// u8/u16/u32 unsigned, i8/i16/i32 signed.
+// Every element as one token, as Stream reads them: "{id" opens a node, "}"
+// closes it, leaves are kind:id=value (s, u8, u16, u32, i8, i16, i32, b8,
+// b16); a byte stream shows only its length, bs:id#length.
 class Dumper : public ParserCreatorCollection::ITLV {
   public:
     std::string out;
@@ -34,11 +35,11 @@ class Dumper : public ParserCreatorCollection::ITLV {
     bool LeafInt16(const unsigned int& id, const short& v) override { return Num("i16", id, v); }
     bool LeafUInt8(const unsigned int& id, const unsigned char& v) override { return Num("u8", id, v); }
     bool LeafUInt16(const unsigned int& id, const unsigned short& v) override { return Num("u16", id, v); }
-    bool LeafBitfield8(const unsigned int& id, const unsigned char& v) override { return Num("f8", id, v); }
-    bool LeafBitfield16(const unsigned int& id, const unsigned short& v) override { return Num("f16", id, v); }
-    bool LeafString(const unsigned int& id, const char* t) override { return Add("s" + std::to_string(id) + "=" + t); }
+    bool LeafBitfield8(const unsigned int& id, const unsigned char& v) override { return Num("b8", id, v); }
+    bool LeafBitfield16(const unsigned int& id, const unsigned short& v) override { return Num("b16", id, v); }
+    bool LeafString(const unsigned int& id, const char* t) override { return Add("s:" + std::to_string(id) + "=" + t); }
     bool LeafByteStream(const unsigned int& id, const void*, const unsigned int& n) override {
-        return Add("b" + std::to_string(id) + "#" + std::to_string(n)); }
+        return Add("bs:" + std::to_string(id) + "#" + std::to_string(n)); }
     bool LeafUInt32(const unsigned int& id, const unsigned int& v) override { return Num("u32", id, v); }
     bool LeafInt32(const unsigned int& id, const int& v) override { return Num("i32", id, v); }
     // clang-format on
@@ -84,7 +85,7 @@ inline const char* HugeText() {
 }
 constexpr unsigned int HugeLength = 16777216u;
 
-// Logs each receiver call as Name(arg|arg|...): "~" for a null text or data,
+// Logs each receiver call as Name(arg|arg|...): "-" for a null text or data,
 // [a,b] for lists, [n=v] for x-parameters, #length:hex for data.
 class RecordingReceiver : public PimShared::IContactReceiver {
   public:
@@ -160,10 +161,10 @@ class RecordingReceiver : public PimShared::IContactReceiver {
         const void* data;
         unsigned int length;
     };
-    static std::string Arg(const char* t) { return t == nullptr ? "~" : t; }
+    static std::string Arg(const char* t) { return t == nullptr ? "-" : t; }
     static std::string Arg(long long n) { return std::to_string(n); }
     static std::string Arg(const Data& d) {
-        if (d.data == nullptr) return "~#" + std::to_string(d.length);
+        if (d.data == nullptr) return "-#" + std::to_string(d.length);
         std::string s = "#" + std::to_string(d.length) + ":";
         const unsigned char* p = static_cast<const unsigned char*>(d.data);
         for (unsigned int i = 0; i < d.length && i < 8; ++i) {
@@ -195,6 +196,6 @@ class RecordingReceiver : public PimShared::IContactReceiver {
     }
 };
 
-}  // namespace contacttest
+}  // namespace testsupport
 
 #endif
