@@ -1,5 +1,6 @@
 #include "Json.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "Input.h"
@@ -12,7 +13,11 @@ void ThrowArgError(const ArgPlace& place, const std::string& what) {
 }
 
 std::string HexOf(const void* data, std::size_t size) {
-    return EncodeHex(static_cast<const std::uint8_t*>(data), size, 0);
+    // One unbroken run of digits: compact in a one-line call, and any white
+    // space a person adds when editing is ignored on the way back.
+    std::string hex = EncodeHex(static_cast<const std::uint8_t*>(data), size, 0);
+    hex.erase(std::remove(hex.begin(), hex.end(), ' '), hex.end());
+    return hex;
 }
 
 bool BytesOfHex(const std::string& text, std::vector<std::uint8_t>& out) {
