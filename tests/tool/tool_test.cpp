@@ -309,6 +309,21 @@ const BadInput kBadInputs[] = {
      "event", "error: call 0 (Status): argument 'xParams' has an unknown field 'nom'"},
     {"ArgsNotObject", "encode", R"({"item": "event", "calls": [{"op": "End", "args": [1]}]})",
      "event", "error: call 0 (End): argument 'args' must be an object"},
+    {"NotABoolean", "encode",
+     R"({"item": "contact", "calls": [{"op": "PhotoAvailability", "args": {"available": 1}}]})",
+     "contact", "error: call 0 (PhotoAvailability): argument 'available' must be true or false"},
+    {"DataNotHex", "encode",
+     R"({"item": "contact", "calls": [{"op": "Photo", "args": {"data": "89 5G"}}]})", "contact",
+     "error: call 0 (Photo): argument 'data' must be a hex string or null"},
+    {"LengthIsNotAnArgument", "encode",
+     R"({"item": "contact", "calls": [{"op": "Key", "args": {"length": 3}}]})", "contact",
+     "error: call 0 (Key): unknown argument 'length'"},
+    {"SignedOutOfRange", "encode",
+     R"({"item": "contact", "calls": [{"op": "XUCI", "args": {"number": 2147483648}}]})", "contact",
+     "error: call 0 (XUCI): argument 'number' must be an integer from -2147483648 to 2147483647"},
+    {"EnumerationNegative", "encode",
+     R"({"item": "sms", "calls": [{"op": "ReadStatus", "args": {"status": -1}}]})", "sms",
+     "error: call 0 (ReadStatus): argument 'status' must be an integer from 0 to 4294967295"},
 };
 
 void PrintTo(const BadInput& c, std::ostream* os) {
@@ -357,25 +372,54 @@ TEST(Help, EveryCommandHasIt) {
     }
 }
 
-class EventStreamTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (!Built("event")) GTEST_SKIP() << "event is not in this build";
-    }
+struct CheckCase {
+    const char* name;
+    const char* item;
+    const char* hex;
+    const char* out;
 };
 
 // node 1 { node 103 { UInt32 10 = 1, node 215 { String 999 "x" } } }
 constexpr const char* kUnexpectedValue =
     "80 01 12 80 67 0F 90 0A 04 00 00 00 01 80 D7 05 63 E7 02 78 00";
 
-TEST_F(EventStreamTest, CheckListsDiagnosticsAndExitsOne) {
-    const Result r = Tool("check --hex", kUnexpectedValue);
-    EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.out,
-              "code 2 (before call 1, Summary): Unexpected PropValue-Id (999) for the current "
-              "PropType-Id (215)\n"
-              "calendar event: 3 receiver calls, 1 diagnostic\n");
+const CheckCase kCheckCases[] = {
+    {"EventValueOutOfPlace", "event", kUnexpectedValue,
+     "code 2 (before call 1, Summary): Unexpected PropValue-Id (999) for the current "
+     "PropType-Id (215)\n"
+     "calendar event: 3 receiver calls, 1 diagnostic\n"},
+    {"SmsLeafOutOfPlace", "sms", "80 02 0F 90 0A 04 00 00 00 01 82 BC 05 63 E7 02 78 00",
+     "code 2 (before call 1, End): Unexpected String with type ID = 999\n"
+     "SMS: 2 receiver calls, 1 diagnostic\n"},
+    {"ContactSecondInstance", "contact", "80 00 0E 90 0A 04 00 00 00 01 90 0A 04 00 00 00 02",
+     "code 3 (before call 1, End): (no text)\n"
+     "contact: 2 receiver calls, 1 diagnostic\n"},
+};
+
+void PrintTo(const CheckCase& c, std::ostream* os) {
+    *os << c.name;
 }
+
+class CheckTest : public testing::TestWithParam<CheckCase> {};
+
+TEST_P(CheckTest, ListsDiagnosticsAndExitsOne) {
+    const CheckCase& c = GetParam();
+    if (!Built(c.item)) GTEST_SKIP() << c.item << " is not in this build";
+    const Result r = Tool("check --hex", c.hex);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, c.out);
+    EXPECT_EQ(r.err, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Diagnostics, CheckTest, testing::ValuesIn(kCheckCases),
+                         [](const testing::TestParamInfo<CheckCase>& p) { return p.param.name; });
+
+class EventStreamTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!Built("event")) GTEST_SKIP() << "event is not in this build";
+    }
+};
 
 TEST_F(EventStreamTest, DecodeKeepsTraceLinesOnlyWhenAsked) {
     const Result plain = Tool("decode --hex", kUnexpectedValue);
