@@ -44,19 +44,6 @@ void Codec<PAL::CDateAndTime>::FromJson(const Json& j, Holder& h, const ArgPlace
     }
 }
 
-void Codec<PimShared::tXParam>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-    if (!j.is_object()) ThrowArgError(place, "must hold objects {\"name\": ..., \"value\": ...}");
-    for (const auto& entry : j.items()) {
-        if (entry.key() == "name") {
-            Codec<const char*>::FromJson(entry.value(), h.name, place);
-        } else if (entry.key() == "value") {
-            Codec<const char*>::FromJson(entry.value(), h.value, place);
-        } else {
-            ThrowArgError(place, "has an unknown field '" + entry.key() + "'");
-        }
-    }
-}
-
 void Codec<const void*>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
     if (j.is_null()) return;
     if (!j.is_string() || !BytesOfHex(j.get<std::string>(), h.bytes)) {

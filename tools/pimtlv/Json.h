@@ -38,6 +38,9 @@ std::string HexOf(const void* data, std::size_t size);
 // Hex text (white space ignored) to bytes; false when it is not hex.
 bool BytesOfHex(const std::string& text, std::vector<std::uint8_t>& out);
 
+template <typename T>
+using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
+
 // Codec<T>: T to JSON, and a Holder that owns what a T decoded from JSON
 // points into. Items add specialisations for their own records.
 template <typename T, typename Enable = void>
@@ -133,21 +136,6 @@ struct Codec<PAL::CDateAndTime> {
     static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
 };
 
-template <>
-struct Codec<PimShared::tXParam> {
-    static Json ToJson(const PimShared::tXParam& x) {
-        Json j = Json::object();
-        j["name"] = Codec<const char*>::ToJson(x.name);
-        j["value"] = Codec<const char*>::ToJson(x.value);
-        return j;
-    }
-    struct Holder {
-        Codec<const char*>::Holder name, value;
-        PimShared::tXParam Get() const { return {name.Get(), value.Get()}; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
-};
-
 // Lists: a JSON array of the element's form.
 template <typename T>
 struct Codec<PAL::TVector<T>> {
@@ -170,6 +158,67 @@ struct Codec<PAL::TVector<T>> {
         h.items.resize(j.size());
         for (std::size_t i = 0; i < j.size(); ++i) Codec<T>::FromJson(j[i], h.items[i], place);
     }
+};
+
+// Records (plain structs of an interface): a JSON object with one member
+// per field. Self names the fields in kFields, in the order of Members.
+template <typename Self, typename S, auto... Members>
+struct RecordCodec {
+    template <auto M>
+    using Field = Bare<decltype(std::declval<const S&>().*M)>;
+    using Fields = std::tuple<Field<Members>...>;
+    static constexpr std::size_t kCount = sizeof...(Members);
+
+    static Json ToJson(const S& record) {
+        Json j = Json::object();
+        std::size_t i = 0;
+        ((j[Self::kFields[i++]] = Codec<Field<Members>>::ToJson(record.*Members)), ...);
+        return j;
+    }
+    struct Holder {
+        std::tuple<typename Codec<Field<Members>>::Holder...> fields;
+        S Get() { return Build(std::make_index_sequence<kCount>{}); }
+        template <std::size_t... I>
+        S Build(std::index_sequence<I...>) {
+            S record{};
+            ((record.*Members = std::get<I>(fields).Get()), ...);
+            return record;
+        }
+    };
+    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+        if (!j.is_object()) ThrowArgError(place, "must hold objects with " + FieldList());
+        for (const auto& entry : j.items()) {
+            bool known = false;
+            for (const char* name : Self::kFields) known = known || entry.key() == name;
+            if (!known) ThrowArgError(place, "has an unknown field '" + entry.key() + "'");
+        }
+        Fill(j, h, place, std::make_index_sequence<kCount>{});
+    }
+
+  private:
+    static std::string FieldList() {
+        std::string list;
+        for (const char* name : Self::kFields) list += std::string(list.empty() ? "" : ", ") + name;
+        return list;
+    }
+    template <std::size_t... I>
+    static void Fill(const Json& j, Holder& h, const ArgPlace& place, std::index_sequence<I...>) {
+        const auto one = [&](auto index) {
+            constexpr std::size_t i = decltype(index)::value;
+            using F = std::tuple_element_t<i, Fields>;
+            if (j.contains(Self::kFields[i])) {
+                Codec<F>::FromJson(j[Self::kFields[i]], std::get<i>(h.fields), place);
+            }
+        };
+        (one(std::integral_constant<std::size_t, I>{}), ...);
+    }
+};
+
+template <>
+struct Codec<PimShared::tXParam>
+    : RecordCodec<Codec<PimShared::tXParam>, PimShared::tXParam, &PimShared::tXParam::name,
+                  &PimShared::tXParam::value> {
+    static constexpr const char* kFields[] = {"name", "value"};
 };
 
 // Binary data: a pointer argument followed by its length argument, written
@@ -198,9 +247,6 @@ struct Codec<const unsigned char*> {
         h.null = tmp.null;
     }
 };
-
-template <typename T>
-using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
 
 template <typename T>
 constexpr bool kIsBytePointer =
@@ -235,7 +281,7 @@ struct Key {
     static constexpr char id = 0;
 };
 
-template <auto Fn, std::size_t... I>
+template <auto Fn, typename Target, std::size_t... I>
 bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t call,
                 std::index_sequence<I...>) {
     using F = decltype(Fn);
@@ -272,24 +318,26 @@ bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t 
     };
     (fill(std::integral_constant<std::size_t, I>{}), ...);
     (void)fill;  // operations without arguments
-    return (static_cast<C*>(target)->*Fn)(std::get<I>(holders).Get()...);
+    C* object = static_cast<Target*>(target);
+    return (object->*Fn)(std::get<I>(holders).Get()...);
 }
 
-template <auto Fn>
+template <auto Fn, typename Target>
 bool Invoke(void* target, const Json& args, const OpSpec& spec, std::size_t call) {
-    return InvokeWith<Fn>(target, args, spec, call,
-                          std::make_index_sequence<MemberFn<decltype(Fn)>::kArity>{});
+    return InvokeWith<Fn, Target>(target, args, spec, call,
+                                  std::make_index_sequence<MemberFn<decltype(Fn)>::kArity>{});
 }
 
 }  // namespace detail
 
 // A table entry for member function Fn, with one name per argument (null
-// for a length that follows a data pointer).
-template <auto Fn, typename... Names>
+// for a length that follows a data pointer). Target is the interface the
+// replay hands over, when Fn is declared in a base of it.
+template <auto Fn, typename Target = typename MemberFn<decltype(Fn)>::Class, typename... Names>
 OpSpec Op(const char* name, Names... argNames) {
     static_assert(sizeof...(Names) == MemberFn<decltype(Fn)>::kArity,
                   "one name per argument of the operation");
-    return OpSpec{name, {argNames...}, &detail::Invoke<Fn>, &detail::Key<Fn>::id};
+    return OpSpec{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
 }
 
 // The JSON document of one parse: receiver calls and diagnostics in order.
