@@ -128,6 +128,26 @@ TEST_P(SampleTest, DumpNamesEveryElementAndReadsHexAlike) {
     EXPECT_EQ(fromHex.out, binary.out);
 }
 
+TEST_P(SampleTest, DamagedCopiesAreReportedAndNeverCrashTheTool) {
+    const std::string tlv = Slurp(Sample(GetParam(), ".tlv"));
+    const std::size_t step = tlv.size() / 12 + 1;
+    for (std::size_t cut = 1; cut < tlv.size(); cut += step) {
+        const Result r = Tool("decode --item " + GetParam(), tlv.substr(0, cut));
+        EXPECT_EQ(r.status, 1) << "cut at " << cut;
+        EXPECT_EQ(r.err.rfind("error: malformed stream at offset 0: ", 0), 0u) << r.err;
+    }
+    for (std::size_t at = 0; at < tlv.size(); at += step) {
+        std::string damaged = tlv;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0xA5);
+        for (const char* command : {"dump", "check --item "}) {
+            const std::string args = std::string(command) + (command[0] == 'c' ? GetParam() : "");
+            const Result r = Tool(args, damaged);
+            EXPECT_TRUE(r.status == 0 || r.status == 1) << args << " byte " << at << ": " << r.err;
+            EXPECT_LE(Lines(r.err).size(), 1u) << r.err;
+        }
+    }
+}
+
 std::vector<std::string> SampledItems() {
     std::vector<std::string> items;
     for (const auto& item : BuiltItems()) {
@@ -254,7 +274,7 @@ struct BadInput {
 const BadInput kBadInputs[] = {
     {"NoCommand", "", "", nullptr, "error: A subcommand is required"},
     {"UnknownCommand", "frobnicate", "", nullptr,
-     "error: unknown command 'frobnicate' (expected dump, decode, encode or check)"},
+     "error: unknown command 'frobnicate' (expected dump, decode, encode, check or ops)"},
     {"UnknownOption", "dump --bogus", "", nullptr,
      "error: The following argument was not expected: --bogus"},
     {"BadColourMode", "dump --color=sometimes", "", nullptr, "error: --color"},
@@ -270,6 +290,7 @@ const BadInput kBadInputs[] = {
     {"UndetectableItem", "decode --hex", "80 09 00", nullptr,
      "error: cannot tell the item from the stream (root node 9, no inner node); name it with "
      "--item"},
+    {"OpsOfUnknownItem", "ops fax", "", nullptr, "error: unknown item 'fax'"},
     {"JsonSyntax", "encode", "{\"item\": \"event\",\n \"calls\": [}", nullptr,
      "error: bad JSON at line 2, column 12: syntax error"},
     {"JsonNotObject", "encode", "[1]", nullptr, "error: the JSON document must be an object"},

@@ -216,3 +216,23 @@ int Encode(const Options& options, std::ostream& err) {
 }
 
 }  // namespace pimtlv_tool
+
+namespace pimtlv_tool {
+
+int ListOps(const std::string& item, std::ostream& out) {
+    Options named;
+    named.item = item;
+    for (const OpSpec& op : AdapterFor(*ForcedKind(named))->ops) {
+        std::string line = std::string(op.name) + "(";
+        bool first = true;
+        for (const char* arg : op.args) {
+            if (arg == nullptr) continue;  // a length, carried by its data
+            line += std::string(first ? "" : ", ") + arg;
+            first = false;
+        }
+        out << line << ")\n";
+    }
+    return 0;
+}
+
+}  // namespace pimtlv_tool

@@ -23,6 +23,7 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err);
 int Decode(const Options& options, std::ostream& out, std::ostream& err);
 int Encode(const Options& options, std::ostream& err);
 int Check(const Options& options, std::ostream& out, std::ostream& err);
+int ListOps(const std::string& item, std::ostream& out);
 
 // Formats one dump line (without its newline).
 std::string DumpLine(const Element& element, const char* name, bool color);

@@ -85,13 +85,18 @@ int Run(int argc, char** argv) {
     check->add_flag("--hex", options.hex, "the input is hex text");
     item(check);
 
+    std::string opsItem;
+    CLI::App* ops = app.add_subcommand("ops", "List an item's operations and argument names.");
+    ops->add_option("item", opsItem, "the item kind")->required();
+
     if (argc > 1 && argv[1][0] != '-' &&
         app.get_subcommands([&argv](const CLI::App* c) { return c->get_name() == argv[1]; })
             .empty()) {
         std::cerr << "error: unknown command '" << argv[1]
-                  << "' (expected dump, decode, encode or check)\n";
+                  << "' (expected dump, decode, encode, check or ops)\n";
         return kExitUsage;
     }
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
@@ -108,6 +113,7 @@ int Run(int argc, char** argv) {
     if (dump->parsed()) return Dump(options, std::cout, std::cerr);
     if (decode->parsed()) return Decode(options, std::cout, std::cerr);
     if (encode->parsed()) return Encode(options, std::cerr);
+    if (ops->parsed()) return ListOps(opsItem, std::cout);
     return Check(options, std::cout, std::cerr);
 }
 
