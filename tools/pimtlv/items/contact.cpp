@@ -272,7 +272,9 @@ const ItemAdapter kContactItem = {
     &DecodeWith<PimShared::CTLVContactParser, ContactRecorder>,
     &EncodeWith<I, PimShared::CTLVContactCreator>,
     "XUCI comes back with only the low 16 bits of its signed number and without its unsigned "
-    "number (the parser drops the 528 leaf); a Name or Address without "
+    "number (the parser drops the 528 leaf); XUID comes back with a null text and Handle not "
+    "at all (the parser stores no XUID leaf and refuses the Handle node); a Name or Address "
+    "without "
     "components, and Categories without entries, drop their text parameter and x-parameters; "
     "Agent with both or neither text and Birthday, Revision and Timezone with both texts keep "
     "only what the layout has room for.",

@@ -108,8 +108,9 @@ const ItemAdapter kEmailItem = {
     EmailOps(),
     &DecodeWith<PimShared::CTLVEmailParser, EmailRecorder>,
     &EncodeWith<I, PimShared::CTLVEmailCreator>,
-    "PriorityLevel is written but read back as an unexpected element; a body with both content "
-    "and link is reported, not delivered.",
+    "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
+    "as BodyLink with the default encoding and charset; tokens beside a value other than 1 "
+    "are not written; a body with both content and link is reported, not delivered.",
 };
 
 }  // namespace pimtlv_tool

@@ -185,7 +185,8 @@ const ItemAdapter kImItem = {
     ImOps(),
     &DecodeWith<PimShared::CTLVIMParser, ImRecorder>,
     &EncodeWith<I, PimShared::CTLVIMCreator>,
-    "PriorityLevel is written but read back as an unexpected element; a participant's client "
+    "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
+    "as BodyLink with the default encoding and charset; a participant's client "
     "and a group member's client are not written, so they come back as not given; "
     "not-given enumerations and a 0xFF flag byte are not written.",
 };
