@@ -11,14 +11,6 @@ using namespace CalendarFamily;
 
 namespace {
 
-// Properties an event knows but does not implement: their values are
-// skipped with a code-4 report.
-constexpr tIdRange kUnimplemented[] = {
-    {200, 201}, {204, 204}, {207, 207}, {209, 209}, {211, 211}, {213, 213}, {216, 216}, {218, 218},
-    {220, 227}, {229, 229}, {231, 233}, {235, 241}, {243, 243}, {247, 248}, {251, 251}, {901, 902},
-};
-static_assert(sizeof kUnimplemented / sizeof kUnimplemented[0] == 16, "deny-list ranges");
-
 const tParserItem kEvent = {
     TypeIdObjTypeCalendarTask,
     TypeIdCompTypeVevent,
@@ -32,8 +24,8 @@ const tParserItem kEvent = {
     "NodeBegin(): [state ParsingStateVeventContext] Unimplemented typeId. TypeId: %d.",
     "NodeEnd(): [state ParsingStateVeventContext] Unexpected typeId: %d  Expected: %d "
     "(TypeIdCompTypeVevent)",
-    kUnimplemented,
-    sizeof kUnimplemented / sizeof kUnimplemented[0],
+    kUnimplementedInEventsAndNotes,
+    sizeof kUnimplementedInEventsAndNotes / sizeof kUnimplementedInEventsAndNotes[0],
     SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
         SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
         SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
@@ -50,22 +42,17 @@ const tParserItem kEvent = {
 
 }  // namespace
 
-class CTLVCalendarParser::CTLVCalendarParserImpl final : public CParserEngine {
+class CTLVCalendarParser::CTLVCalendarParserImpl final
+    : public TReceivingEngine<ICalendarReceiver> {
   public:
     // The event's names of the engine's states.
     static constexpr unsigned int ParsingStateCalendarContext = ParsingStateObjectContext;
     static constexpr unsigned int ParsingStateVeventContext = ParsingStateComponentContext;
 
     explicit CTLVCalendarParserImpl(ICalendarReceiver& receiver)
-        : CParserEngine(kEvent), m_receiver(receiver) {}
+        : TReceivingEngine(kEvent, receiver) {}
 
   private:
-    bool ReceiverTrace(const int& code, const char* text) override {
-        return m_receiver.TraceMessage(code, text);
-    }
-    void ReceiverBegin(const unsigned int& instance) override { m_receiver.Begin(instance); }
-    void ReceiverEnd() override { m_receiver.End(); }
-    void ReceiverInstanceName(const char* name) override { m_receiver.InstanceName(name); }
     bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
         switch (property) {
             case TypeIdPropTypeDateTimeEnd:
@@ -78,8 +65,6 @@ class CTLVCalendarParser::CTLVCalendarParserImpl final : public CParserEngine {
                 return DeliverEventAndTask(m_receiver, property, v, answer);
         }
     }
-
-    ICalendarReceiver& m_receiver;
 };
 
 CTLVCalendarParser::CTLVCalendarParser(ICalendarReceiver& receiver)
