@@ -37,7 +37,6 @@ const tParserItem kEvent = {
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
         SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
     true,  // a new stream never pairs with a name left over from the last one
-    true,
 };
 
 }  // namespace

@@ -291,7 +291,7 @@ bool CParserEngine::NodeBegin(const unsigned int& typeId) {
 bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplementedText) {
     if (IsUnimplemented(typeId)) {
         m_skip = true;
-        if (m_item.clearPendingNameOnUnimplemented) m_pendingName = nullptr;
+        m_pendingName = nullptr;
         SetCurrentProperty(typeId);
         return Report(kUnimplemented, unimplementedText, typeId);
     }

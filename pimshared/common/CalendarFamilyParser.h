@@ -63,9 +63,9 @@ inline constexpr tIdRange kUnimplementedInTasks[] = {
 
 // What one item adds to the engine: its frame IDs, the texts that name its
 // states and nodes, the properties it knows but does not implement (their
-// values are skipped), the properties whose values it gathers, and two
-// choices about the pending extension-parameter name that differ between
-// items and that existing peers rely on.
+// values are skipped), the properties whose values it gathers, and whether
+// a new Parse drops an extension-parameter name still pending from the last
+// one (events and notes do, tasks do not).
 struct tParserItem {
     unsigned int root;
     unsigned int component;
@@ -79,7 +79,6 @@ struct tParserItem {
     unsigned int unimplementedCount;
     unsigned int gatheredProperties;  // bit set of slots, see SlotBit
     bool clearPendingNameOnParse;
-    bool clearPendingNameOnUnimplemented;
 };
 
 // Bit of a property in tParserItem::gatheredProperties (0 for an ID that no

@@ -15,8 +15,7 @@ namespace {
 // end text spells it "Vjournal": existing readers match these texts as they
 // stand.
 const tParserItem kNote = {
-    TypeIdObjTypeNote,
-    TypeIdCompTypeVJournal,
+    TypeIdObjTypeNote, TypeIdCompTypeVJournal,
     "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
     "(TypeIdObjTypeNote)",
     "NodeBegin(): [state ParsingStateVJournalContext] Unexpected typeId: %d  Expected: %d "
@@ -42,7 +41,6 @@ const tParserItem kNote = {
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
         SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
     true,  // unlike the task, a new stream starts without a pending name
-    false,
 };
 
 }  // namespace

@@ -36,10 +36,7 @@ const tParserItem kTask = {
         SlotBit(TypeIdPropTypeLastModified) | SlotBit(TypeIdPropTypeSequenceNumber) |
         SlotBit(TypeIdPropTypeAttendee) | SlotBit(TypeIdPropTypeOrganizer) |
         SlotBit(TypeIdPropTypeSendStatus),
-    // Task readers keep a pending extension-parameter name across streams
-    // and across skipped properties; peers rely on that pairing.
-    false,
-    false,
+    false,  // the pending name is kept; the engine copies it out of the old stream
 };
 
 }  // namespace
