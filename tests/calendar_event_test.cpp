@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "CalendarFamilyTestSupport.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
+#include "support/CalendarFamily.h"
 
 using namespace cftest;
 using PimShared::CTLVCalendarCreator;
@@ -14,23 +14,13 @@ using EventRecorder = Recorder<PimShared::ICalendarReceiver>;
 
 namespace {
 
-Bytes Event(std::initializer_list<Bytes> properties) {
+Bytes Event(const std::vector<Bytes>& properties) {
     return Frame(1, 103, 7, properties);
-}
-
-Bytes Take(CTLVCalendarCreator& c) {
-    const void* data = nullptr;
-    unsigned int length = 0;
-    if (!c.GetData(data, length)) return {};
-    const auto* p = static_cast<const std::uint8_t*>(data);
-    return Bytes(p, p + length);
 }
 
 bool ParseInto(EventRecorder& r, const Bytes& bytes) {
     CTLVCalendarParser parser(r);
-    const char* error = nullptr;
-    unsigned int consumed = 0;
-    return parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed);
+    return ParseWith(parser, bytes);
 }
 
 std::vector<Row<CTLVCalendarCreator>> EventRows() {
@@ -63,38 +53,23 @@ std::vector<Row<CTLVCalendarCreator>> EventRows() {
 }  // namespace
 
 TEST(CalendarEvent, EveryOperationWritesItsLayoutAndParsesBack) {
-    for (const auto& row : EventRows()) {
-        SCOPED_TRACE(row.name);
-        CTLVCalendarCreator creator;
-        ASSERT_TRUE(creator.Begin(7));
-        ASSERT_TRUE(row.write(creator));
-        ASSERT_TRUE(creator.End());
-        const Bytes bytes = Take(creator);
-        EXPECT_EQ(bytes, Event({row.property}));
-
-        EventRecorder r;
-        EXPECT_TRUE(ParseInto(r, bytes));
-        EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(7)", row.call, "End()"}));
-        EXPECT_TRUE(r.traces.empty()) << r.traces.front();
-    }
+    CheckRoundTrips<CTLVCalendarCreator, CTLVCalendarParser, EventRecorder>(EventRows(), 1, 103);
 }
 
 TEST(CalendarEvent, WholeEventInOneStream) {
     CTLVCalendarCreator creator;
     std::vector<std::string> expected{"Begin(7)"};
-    Bytes inner;
+    std::vector<Bytes> properties;
     ASSERT_TRUE(creator.Begin(7));
     for (const auto& row : EventRows()) {
         ASSERT_TRUE(row.write(creator)) << row.name;
-        inner.insert(inner.end(), row.property.begin(), row.property.end());
+        properties.push_back(row.property);
         expected.push_back(row.call);
     }
     ASSERT_TRUE(creator.End());
     expected.push_back("End()");
     const Bytes bytes = Take(creator);
-    Bytes want = U32(10, 7);
-    want.insert(want.end(), inner.begin(), inner.end());
-    EXPECT_EQ(bytes, Element(8, 1, Element(8, 103, want)));
+    EXPECT_EQ(bytes, Frame(1, 103, 7, properties));
 
     // The same parser object serves a second stream from a clean store.
     EventRecorder r;
@@ -104,7 +79,7 @@ TEST(CalendarEvent, WholeEventInOneStream) {
     for (int pass = 0; pass < 2; ++pass) {
         r.calls.clear();
         ASSERT_TRUE(
-            parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed));
+            parser.Parse(bytes.data(), static_cast<unsigned>(bytes.size()), error, consumed));
         EXPECT_EQ(consumed, bytes.size());
         EXPECT_EQ(r.calls, expected);
     }
@@ -116,7 +91,7 @@ TEST(CalendarEvent, FixedExamples) {
     ASSERT_TRUE(creator.ProductIdentifier("AB", NoX()));
     ASSERT_TRUE(creator.End());
     EXPECT_EQ(Take(creator),
-              Hex("80 01 13 80 67 10 90 0A 04 00 00 00 05 80 CA 06 61 2E 03 41 42 00"));
+              FromHex("80 01 13 80 67 10 90 0A 04 00 00 00 05 80 CA 06 61 2E 03 41 42 00"));
 
     // InstanceName is read but never written.
     ASSERT_TRUE(creator.Begin(5));
@@ -128,7 +103,7 @@ TEST(CalendarEvent, FixedExamples) {
 TEST(CalendarEvent, TraceLinesPrecedeEveryEvent) {
     EventRecorder r;
     ASSERT_TRUE(
-        ParseInto(r, Hex("80 01 13 80 67 10 90 0A 04 00 00 00 05 80 CA 06 61 2E 03 41 42 00")));
+        ParseInto(r, FromHex("80 01 13 80 67 10 90 0A 04 00 00 00 05 80 CA 06 61 2E 03 41 42 00")));
     EXPECT_EQ(r.all, (std::vector<std::string>{
                          "0:NodeBegin():  typeId: 1", "0:NodeBegin():  typeId: 103",
                          "0:LeafNode():  typeId: 10", "Begin(5)", "0:NodeBegin():  typeId: 202",
@@ -138,17 +113,10 @@ TEST(CalendarEvent, TraceLinesPrecedeEveryEvent) {
                          "0:NodeEnd():  typeId: 1", "End()"}));
 }
 
-struct DiagnosticCase {
-    const char* name;
-    Bytes stream;
-    std::vector<std::string> traces;
-    std::vector<std::string> calls;
-};
-
 TEST(CalendarEvent, Diagnostics) {
-    const DiagnosticCase cases[] = {
+    CheckDiagnostics<CTLVCalendarParser, EventRecorder>({
         {"WrongRoot",
-         N(2, {U32(10, 1)}),
+         N(2, {S(10, "x")}),
          {"1:NodeBegin(): [state ParsingStateBegin] Unexpected typeId: 2  Expected: 1 "
           "(TypeIdObjTypeCalendarTask)",
           "2:LeafNode(): [state ParsingStateBegin] Unexpected typeId: 10",
@@ -180,6 +148,13 @@ TEST(CalendarEvent, Diagnostics) {
           "2:NodeEnd(): [state ParsingStateVeventContext] Unexpected typeId: 215  Expected: 103 "
           "(TypeIdCompTypeVevent)"},
          {"Begin(7)", "End()"}},
+        {"BeginAndEndOnly",
+         Event({}),
+         {"2:NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: 103  Expected: -1 "
+          "(current property)",
+          "2:NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: 1  Expected: -1 "
+          "(current property)"},
+         {"Begin(7)"}},
         {"XParamValueWithoutName",
          Event(
              {N(215, {S(320, "s"), S(1014, "v"), S(1013, "X-N"), S(1014, "w"), S(1014, "again")})}),
@@ -220,30 +195,7 @@ TEST(CalendarEvent, Diagnostics) {
          Event({N(215, {Element(11, 320, {1, 2}), S(320, "s")})}),
          {"6:Unknown(): Unexpected class: 11  TypeId: 320"},
          {"Begin(7)", "Summary('s'nullnull{})", "End()"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EventRecorder r;
-        ParseInto(r, c.stream);
-        EXPECT_EQ(r.traces, c.traces);
-        EXPECT_EQ(r.calls, c.calls);
-    }
-}
-
-TEST(CalendarEvent, BeginAndEndOnlyNeverLeavesThePropertyContext) {
-    CTLVCalendarCreator creator;
-    ASSERT_TRUE(creator.Begin(9));
-    ASSERT_TRUE(creator.End());
-    EventRecorder r;
-    EXPECT_TRUE(ParseInto(r, Take(creator)));
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(9)"}));
-    EXPECT_EQ(r.traces,
-              (std::vector<std::string>{"2:NodeEnd(): [state ParsingStatePropertyContext] "
-                                        "Unexpected typeId: 103  Expected: -1 (current "
-                                        "property)",
-                                        "2:NodeEnd(): [state ParsingStatePropertyContext] "
-                                        "Unexpected typeId: 1  Expected: -1 (current "
-                                        "property)"}));
+    });
 }
 
 TEST(CalendarEvent, FailuresOfTheWalk) {

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "CalendarFamilyTestSupport.h"
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/note/TLVNoteParser.h"
+#include "support/CalendarFamily.h"
 
 using namespace cftest;
 using PimShared::CTLVNoteCreator;
@@ -14,53 +14,19 @@ using NoteRecorder = Recorder<PimShared::INoteReceiver>;
 
 namespace {
 
-Bytes Note(std::initializer_list<Bytes> properties) {
+Bytes Note(const std::vector<Bytes>& properties) {
     return Frame(3, 105, 7, properties);
-}
-
-Bytes Take(CTLVNoteCreator& c) {
-    const void* data = nullptr;
-    unsigned int length = 0;
-    if (!c.GetData(data, length)) return {};
-    const auto* p = static_cast<const std::uint8_t*>(data);
-    return Bytes(p, p + length);
-}
-
-bool ParseWith(CTLVNoteParser& parser, const Bytes& bytes) {
-    const char* error = nullptr;
-    unsigned int consumed = 0;
-    return parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed);
 }
 
 }  // namespace
 
 TEST(Note, EveryOperationWritesItsLayoutAndParsesBack) {
-    for (const auto& row : SharedRows<CTLVNoteCreator>()) {
-        SCOPED_TRACE(row.name);
-        CTLVNoteCreator creator;
-        ASSERT_TRUE(creator.Begin(7));
-        ASSERT_TRUE(row.write(creator));
-        ASSERT_TRUE(creator.End());
-        const Bytes bytes = Take(creator);
-        EXPECT_EQ(bytes, Note({row.property}));
-
-        NoteRecorder r;
-        CTLVNoteParser parser(r);
-        EXPECT_TRUE(ParseWith(parser, bytes));
-        EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(7)", row.call, "End()"}));
-        EXPECT_TRUE(r.traces.empty()) << r.traces.front();
-    }
+    CheckRoundTrips<CTLVNoteCreator, CTLVNoteParser, NoteRecorder>(SharedRows<CTLVNoteCreator>(), 3,
+                                                                   105);
 }
 
-struct DiagnosticCase {
-    const char* name;
-    Bytes stream;
-    std::vector<std::string> traces;
-    std::vector<std::string> calls;
-};
-
 TEST(Note, Diagnostics) {
-    const DiagnosticCase cases[] = {
+    CheckDiagnostics<CTLVNoteParser, NoteRecorder>({
         {"BeginAndEndOnly",
          Note({}),
          {"2:NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: 105  Expected: -1 "
@@ -109,15 +75,7 @@ TEST(Note, Diagnostics) {
          N(3, {N(105, {S(904, "inst"), N(214, {U8(319, 7)})})}),
          {},
          {"InstanceName('inst')", "Status('FINAL'{})", "End()"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        NoteRecorder r;
-        CTLVNoteParser parser(r);
-        ParseWith(parser, c.stream);
-        EXPECT_EQ(r.traces, c.traces);
-        EXPECT_EQ(r.calls, c.calls);
-    }
+    });
 }
 
 TEST(Note, NameLeftPendingDoesNotPairInTheNextStream) {
@@ -134,13 +92,6 @@ TEST(Note, NameLeftPendingDoesNotPairInTheNextStream) {
 TEST(Note, CreatorFrame) {
     CTLVNoteCreator creator;
     ASSERT_TRUE(creator.Begin(1) && creator.End());
-    EXPECT_EQ(Take(creator), Hex("80 03 0A 80 69 07 90 0A 04 00 00 00 01"));
+    EXPECT_EQ(Take(creator), FromHex("80 03 0A 80 69 07 90 0A 04 00 00 00 01"));
     EXPECT_FALSE(creator.InstanceName("n"));
-    const char* error = nullptr;
-    unsigned int consumed = 0;
-    NoteRecorder r;
-    CTLVNoteParser parser(r);
-    EXPECT_FALSE(parser.Parse(nullptr, 1, error, consumed));
-    EXPECT_STREQ(error, "invalid TLV stream");
-    EXPECT_TRUE(r.all.empty());
 }

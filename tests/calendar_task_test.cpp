@@ -3,10 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "CalendarFamilyTestSupport.h"
-#include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/task/TLVTaskCreator.h"
 #include "pimshared/task/TLVTaskParser.h"
+#include "support/CalendarFamily.h"
 
 using namespace cftest;
 using PimShared::CTLVTaskCreator;
@@ -15,28 +14,8 @@ using TaskRecorder = Recorder<PimShared::ITaskReceiver>;
 
 namespace {
 
-Bytes Task(std::initializer_list<Bytes> properties) {
+Bytes Task(const std::vector<Bytes>& properties) {
     return Frame(1, 104, 7, properties);
-}
-
-template <typename TCreator>
-Bytes Take(TCreator& c) {
-    const void* data = nullptr;
-    unsigned int length = 0;
-    if (!c.GetData(data, length)) return {};
-    const auto* p = static_cast<const std::uint8_t*>(data);
-    return Bytes(p, p + length);
-}
-
-bool ParseWith(CTLVTaskParser& parser, const Bytes& bytes) {
-    const char* error = nullptr;
-    unsigned int consumed = 0;
-    return parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed);
-}
-
-bool ParseInto(TaskRecorder& r, const Bytes& bytes) {
-    CTLVTaskParser parser(r);
-    return ParseWith(parser, bytes);
 }
 
 std::vector<Row<CTLVTaskCreator>> TaskRows() {
@@ -66,54 +45,11 @@ std::vector<Row<CTLVTaskCreator>> TaskRows() {
 }  // namespace
 
 TEST(Task, EveryOperationWritesItsLayoutAndParsesBack) {
-    for (const auto& row : TaskRows()) {
-        SCOPED_TRACE(row.name);
-        CTLVTaskCreator creator;
-        ASSERT_TRUE(creator.Begin(7));
-        ASSERT_TRUE(row.write(creator));
-        ASSERT_TRUE(creator.End());
-        const Bytes bytes = Take(creator);
-        EXPECT_EQ(bytes, Task({row.property}));
-
-        TaskRecorder r;
-        EXPECT_TRUE(ParseInto(r, bytes));
-        EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(7)", row.call, "End()"}));
-        EXPECT_TRUE(r.traces.empty()) << r.traces.front();
-    }
+    CheckRoundTrips<CTLVTaskCreator, CTLVTaskParser, TaskRecorder>(TaskRows(), 1, 104);
 }
-
-TEST(Task, SharedPropertiesAreWrittenAsAnEventWritesThem) {
-    // Same property bytes; only the component node differs.
-    PimShared::CTLVCalendarCreator event;
-    CTLVTaskCreator task;
-    const PAL::TVector<const char*> list{"m"};
-    for (auto* c : {static_cast<PimShared::ICalendarCreator*>(&event)}) {
-        ASSERT_TRUE(c->Begin(1) && c->Summary("s", "a", "l", TwoX()) &&
-                    c->Attendee("x", "c", list, "r", "p", PimShared::eRsvpTrue, list, list, "b",
-                                "n", "d", "l", NoX()) &&
-                    c->End());
-    }
-    ASSERT_TRUE(task.Begin(1) && task.Summary("s", "a", "l", TwoX()) &&
-                task.Attendee("x", "c", list, "r", "p", PimShared::eRsvpTrue, list, list, "b", "n",
-                              "d", "l", NoX()) &&
-                task.End());
-    Bytes e = Take(event);
-    const Bytes t = Take(task);
-    ASSERT_EQ(e.size(), t.size());
-    EXPECT_EQ(e[4], 103);
-    e[4] = 104;
-    EXPECT_EQ(e, t);
-}
-
-struct DiagnosticCase {
-    const char* name;
-    Bytes stream;
-    std::vector<std::string> traces;
-    std::vector<std::string> calls;
-};
 
 TEST(Task, Diagnostics) {
-    const DiagnosticCase cases[] = {
+    CheckDiagnostics<CTLVTaskParser, TaskRecorder>({
         {"WrongRoot",
          N(3, {}),
          {"1:NodeBegin(): [state ParsingStateBegin] Unexpected typeId: 3  Expected: 1 "
@@ -148,50 +84,23 @@ TEST(Task, Diagnostics) {
          {},
          {"Begin(7)", "Status('COMPLETED'{})", "Status('NEEDS_ACTION'{})", "Status('IN-PROCESS'{})",
           "End()"}},
+        {"BeginAndEndOnly",
+         Task({}),
+         {"2:NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: 104  Expected: -1 "
+          "(current property)",
+          "2:NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: 1  Expected: -1 "
+          "(current property)"},
+         {"Begin(7)"}},
         {"DueTimeTakesNoZone",
          Task({N(251, {S(1008, "20260303T030303Z"), S(323, "Z")})}),
          {"2:Unexpected PropValue-Id (323) for the current PropType-Id (251)"},
          {"Begin(7)", "DateTimeDueLocal(20260303T030303Z{})", "End()"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        TaskRecorder r;
-        ParseInto(r, c.stream);
-        EXPECT_EQ(r.traces, c.traces);
-        EXPECT_EQ(r.calls, c.calls);
-    }
+    });
 }
 
-TEST(Task, BeginAndEndOnlyNeverLeavesThePropertyContext) {
-    CTLVTaskCreator creator;
-    ASSERT_TRUE(creator.Begin(3) && creator.End());
-    EXPECT_EQ(Take(creator), Hex("80 01 0A 80 68 07 90 0A 04 00 00 00 03"));
-    ASSERT_TRUE(creator.Begin(3) && creator.End());
-    TaskRecorder r;
-    ParseInto(r, Take(creator));
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(3)"}));
-    EXPECT_EQ(r.traces,
-              (std::vector<std::string>{"2:NodeEnd(): [state ParsingStatePropertyContext] "
-                                        "Unexpected typeId: 104  Expected: -1 (current "
-                                        "property)",
-                                        "2:NodeEnd(): [state ParsingStatePropertyContext] "
-                                        "Unexpected typeId: 1  Expected: -1 (current "
-                                        "property)"}));
-}
-
-TEST(Task, NullBufferAndCreatorWithoutOrder) {
-    TaskRecorder r;
-    CTLVTaskParser parser(r);
-    const char* error = nullptr;
-    unsigned int consumed = 9;
-    EXPECT_FALSE(parser.Parse(nullptr, 4, error, consumed));
-    EXPECT_STREQ(error, "invalid TLV stream");
-    EXPECT_EQ(consumed, 0u);
-    EXPECT_TRUE(r.all.empty());
-
+TEST(Task, CreatorFrameAndInstanceName) {
     CTLVTaskCreator creator;
     EXPECT_FALSE(creator.InstanceName("n"));
-    // A property before Begin is written as told; End then has nothing to close.
-    EXPECT_TRUE(creator.Priority(1, NoX()));
-    EXPECT_FALSE(creator.End());
+    ASSERT_TRUE(creator.Begin(3) && creator.End());
+    EXPECT_EQ(Take(creator), FromHex("80 01 0A 80 68 07 90 0A 04 00 00 00 03"));
 }

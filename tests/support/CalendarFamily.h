@@ -1,9 +1,9 @@
-#ifndef PIMTLV_TESTS_CALENDARFAMILYTESTSUPPORT_H
-#define PIMTLV_TESTS_CALENDARFAMILYTESTSUPPORT_H
+#ifndef PIMTLV_TESTS_SUPPORT_CALENDARFAMILY_H
+#define PIMTLV_TESTS_SUPPORT_CALENDARFAMILY_H
 
 // Shared by the event, task and note tests: an independent writer of
-// expected element trees, a receiver that records every call as a line, and
-// the rows of the properties the three items share.
+// expected element trees, a receiver that records every call as a line, the
+// rows of the properties the three items share and the two table runners.
 
 #include <gtest/gtest.h>
 
@@ -17,21 +17,19 @@
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
+#include "support/TlvRecorder.h"
 
 namespace cftest {
 
-using Bytes = std::vector<std::uint8_t>;
+using testsupport::Bytes;
+using testsupport::FromHex;
 
 inline Bytes Element(unsigned cls, unsigned id, const Bytes& value) {
-    Bytes out{static_cast<std::uint8_t>(cls << 4 | id >> 8), static_cast<std::uint8_t>(id & 0xFF)};
+    Bytes out{static_cast<unsigned char>(cls << 4 | id >> 8), static_cast<unsigned char>(id)};
     const std::size_t n = value.size();
-    if (n < 128) {
-        out.push_back(static_cast<std::uint8_t>(n));
-    } else {
-        out.push_back(n < 256 ? 0x81 : 0x82);
-        if (n >= 256) out.push_back(static_cast<std::uint8_t>(n >> 8));
-        out.push_back(static_cast<std::uint8_t>(n & 0xFF));
-    }
+    if (n >= 256) out.insert(out.end(), {0x82, static_cast<unsigned char>(n >> 8)});
+    if (n >= 128 && n < 256) out.push_back(0x81);
+    out.push_back(static_cast<unsigned char>(n));
     out.insert(out.end(), value.begin(), value.end());
     return out;
 }
@@ -46,32 +44,19 @@ inline Bytes S(unsigned id, const std::string& text) {
     return Element(6, id, value);
 }
 inline Bytes U8(unsigned id, unsigned v) {
-    return Element(2, id, {static_cast<std::uint8_t>(v)});
+    return Element(2, id, {static_cast<unsigned char>(v)});
 }
 inline Bytes U16(unsigned id, unsigned v) {
-    return Element(3, id, {static_cast<std::uint8_t>(v >> 8), static_cast<std::uint8_t>(v)});
+    return Element(3, id, {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)});
 }
-inline Bytes U32(unsigned id, unsigned v) {
-    return Element(9, id,
-                   {static_cast<std::uint8_t>(v >> 24), static_cast<std::uint8_t>(v >> 16),
-                    static_cast<std::uint8_t>(v >> 8), static_cast<std::uint8_t>(v)});
-}
-inline Bytes Hex(const std::string& hex) {
-    Bytes out;
-    for (std::size_t i = 0; i + 1 < hex.size();) {
-        if (hex[i] == ' ') {
-            ++i;
-            continue;
-        }
-        out.push_back(static_cast<std::uint8_t>(std::stoul(hex.substr(i, 2), nullptr, 16)));
-        i += 2;
-    }
-    return out;
-}
-// The frame every item writes around its properties.
+// The frame every item writes around its properties: root { component {
+// UInt32 10 = instance, properties } }.
 inline Bytes Frame(unsigned root, unsigned component, unsigned instance,
-                   std::initializer_list<Bytes> properties) {
-    Bytes inner = U32(10, instance);
+                   const std::vector<Bytes>& properties) {
+    Bytes inner = Element(
+        9, 10,
+        {static_cast<unsigned char>(instance >> 24), static_cast<unsigned char>(instance >> 16),
+         static_cast<unsigned char>(instance >> 8), static_cast<unsigned char>(instance)});
     for (const Bytes& p : properties) inner.insert(inner.end(), p.begin(), p.end());
     return Element(8, root, Element(8, component, inner));
 }
@@ -79,20 +64,24 @@ inline Bytes Frame(unsigned root, unsigned component, unsigned instance,
 using XParams = PAL::TVector<PimShared::tXParam>;
 using Texts = PAL::TVector<const char*>;
 
-inline std::string Text(const char* t) {
+// Argument texts of a recorded call.
+inline std::string Str(const char* t) {
     return t == nullptr ? "null" : std::string("'") + t + "'";
 }
-inline std::string List(const Texts& list) {
+inline std::string Str(unsigned v) {
+    return std::to_string(static_cast<int>(v));
+}
+inline std::string Str(const Texts& list) {
     std::string s = "[";
-    for (const char* t : list) s += (s.size() > 1 ? "," : "") + Text(t);
+    for (const char* t : list) s += (s.size() > 1 ? "," : "") + Str(t);
     return s + "]";
 }
-inline std::string X(const XParams& x) {
+inline std::string Str(const XParams& x) {
     std::string s = "{";
-    for (const auto& p : x) s += (s.size() > 1 ? "," : "") + Text(p.name) + "=" + Text(p.value);
+    for (const auto& p : x) s += (s.size() > 1 ? "," : "") + Str(p.name) + "=" + Str(p.value);
     return s + "}";
 }
-inline std::string Date(const PAL::CDateAndTime& d) {
+inline std::string Str(const PAL::CDateAndTime& d) {
     return PAL::DateAndTimeUtilities::ToString(d,
                                                PAL::DateAndTimeUtilities::eDateTimeFormatICalendar,
                                                0, PAL::DateAndTimeUtilities::STimeZoneOffset())
@@ -100,21 +89,26 @@ inline std::string Date(const PAL::CDateAndTime& d) {
 }
 
 // Records every receiver call as one line. It declares the operations of all
-// three receivers; those the base lacks are simply never called. failOn
-// names an operation (or "Trace<code>") that answers false.
+// three receivers; those the base lacks are never called. failOn names an
+// operation (or "Trace<code>") that answers false.
 template <typename TReceiver>
 class Recorder : public TReceiver {
   public:
-    using tXParam = PimShared::tXParam;
-    using eRsvpType = PimShared::eRsvpType;
+    using X = const XParams&;
+    using D = const PAL::CDateAndTime&;
+    using T = const char*;
+    using L = const Texts&;
 
     std::vector<std::string> calls;   // property calls, in order
     std::vector<std::string> traces;  // "code:text" for codes other than 0
     std::vector<std::string> all;     // both, and the code-0 lines, in order
     std::string failOn;
 
-    bool Rec(const std::string& name, const std::string& args) {
-        calls.push_back(name + "(" + args + ")");
+    template <typename... A>
+    bool Rec(const std::string& name, const A&... args) {
+        std::string line = name + "(";
+        ((line += Str(args)), ...);
+        calls.push_back(line + ")");
         all.push_back(calls.back());
         return name != failOn;
     }
@@ -125,72 +119,54 @@ class Recorder : public TReceiver {
         return failOn != "Trace" + std::to_string(code);
     }
 
-    bool Begin(const unsigned int& i) { return Rec("Begin", std::to_string(i)); }
-    bool End() { return Rec("End", ""); }
-    bool ProductIdentifier(const char* t, const XParams& x) {
-        return Rec("ProductIdentifier", Text(t) + X(x));
+    bool Begin(const unsigned int& i) { return Rec("Begin", i); }
+    bool End() { return Rec("End"); }
+    bool ProductIdentifier(T t, X x) { return Rec("ProductIdentifier", t, x); }
+    bool Version(T t, X x) { return Rec("Version", t, x); }
+    bool Categories(L l, T lang, X x) { return Rec("Categories", l, lang, x); }
+    bool Classification(T t, X x) { return Rec("Classification", t, x); }
+    bool Description(T t, T a, T l, X x) { return Rec("Description", t, a, l, x); }
+    bool Location(T t, T a, T l, X x) { return Rec("Location", t, a, l, x); }
+    bool Priority(const unsigned char& p, X x) { return Rec("Priority", unsigned{p}, x); }
+    bool Status(T t, X x) { return Rec("Status", t, x); }
+    bool Summary(T t, T a, T l, X x) { return Rec("Summary", t, a, l, x); }
+    bool DateTimeStart(D d, T z, X x) { return Rec("DateTimeStart", d, z, x); }
+    bool DateTimeEnd(D d, T z, X x) { return Rec("DateTimeEnd", d, z, x); }
+    bool DateTimeStartLocal(D d, X x) { return Rec("DateTimeStartLocal", d, x); }
+    bool DateTimeEndLocal(D d, X x) { return Rec("DateTimeEndLocal", d, x); }
+    bool DateTimeDueLocal(D d, X x) { return Rec("DateTimeDueLocal", d, x); }
+    bool UniqueIdentifier(T t, X x) { return Rec("UniqueIdentifier", t, x); }
+    bool DateTimeCreated(D d, X x) { return Rec("DateTimeCreated", d, x); }
+    bool LastModified(D d, X x) { return Rec("LastModified", d, x); }
+    bool SequenceNumber(const unsigned short& n, X x) {
+        return Rec("SequenceNumber", unsigned{n}, x);
     }
-    bool Version(const char* t, const XParams& x) { return Rec("Version", Text(t) + X(x)); }
-    bool Categories(const Texts& l, const char* lang, const XParams& x) {
-        return Rec("Categories", List(l) + Text(lang) + X(x));
+    bool Attendee(T a1, T a2, L a3, T a4, T a5, const PimShared::eRsvpType& a6, L a7, L a8, T a9,
+                  T a10, T a11, T a12, X x) {
+        return Rec("Attendee", a1, a2, a3, a4, a5, unsigned{a6}, a7, a8, a9, a10, a11, a12, x);
     }
-    bool Classification(const char* t, const XParams& x) {
-        return Rec("Classification", Text(t) + X(x));
+    bool Organizer(T a1, T a2, T a3, T a4, T a5, X x) {
+        return Rec("Organizer", a1, a2, a3, a4, a5, x);
     }
-    bool Description(const char* t, const char* a, const char* l, const XParams& x) {
-        return Rec("Description", Text(t) + Text(a) + Text(l) + X(x));
-    }
-    bool Location(const char* t, const char* a, const char* l, const XParams& x) {
-        return Rec("Location", Text(t) + Text(a) + Text(l) + X(x));
-    }
-    bool Priority(const unsigned char& p, const XParams& x) {
-        return Rec("Priority", std::to_string(p) + X(x));
-    }
-    bool Status(const char* t, const XParams& x) { return Rec("Status", Text(t) + X(x)); }
-    bool Summary(const char* t, const char* a, const char* l, const XParams& x) {
-        return Rec("Summary", Text(t) + Text(a) + Text(l) + X(x));
-    }
-    bool DateTimeStart(const PAL::CDateAndTime& d, const char* z, const XParams& x) {
-        return Rec("DateTimeStart", Date(d) + Text(z) + X(x));
-    }
-    bool DateTimeEnd(const PAL::CDateAndTime& d, const char* z, const XParams& x) {
-        return Rec("DateTimeEnd", Date(d) + Text(z) + X(x));
-    }
-    bool DateTimeStartLocal(const PAL::CDateAndTime& d, const XParams& x) {
-        return Rec("DateTimeStartLocal", Date(d) + X(x));
-    }
-    bool DateTimeEndLocal(const PAL::CDateAndTime& d, const XParams& x) {
-        return Rec("DateTimeEndLocal", Date(d) + X(x));
-    }
-    bool DateTimeDueLocal(const PAL::CDateAndTime& d, const XParams& x) {
-        return Rec("DateTimeDueLocal", Date(d) + X(x));
-    }
-    bool UniqueIdentifier(const char* t, const XParams& x) {
-        return Rec("UniqueIdentifier", Text(t) + X(x));
-    }
-    bool DateTimeCreated(const PAL::CDateAndTime& d, const XParams& x) {
-        return Rec("DateTimeCreated", Date(d) + X(x));
-    }
-    bool LastModified(const PAL::CDateAndTime& d, const XParams& x) {
-        return Rec("LastModified", Date(d) + X(x));
-    }
-    bool SequenceNumber(const unsigned short& n, const XParams& x) {
-        return Rec("SequenceNumber", std::to_string(n) + X(x));
-    }
-    bool Attendee(const char* a1, const char* a2, const Texts& a3, const char* a4, const char* a5,
-                  const eRsvpType& a6, const Texts& a7, const Texts& a8, const char* a9,
-                  const char* a10, const char* a11, const char* a12, const XParams& x) {
-        return Rec("Attendee", Text(a1) + Text(a2) + List(a3) + Text(a4) + Text(a5) +
-                                   std::to_string(static_cast<int>(a6)) + List(a7) + List(a8) +
-                                   Text(a9) + Text(a10) + Text(a11) + Text(a12) + X(x));
-    }
-    bool Organizer(const char* a1, const char* a2, const char* a3, const char* a4, const char* a5,
-                   const XParams& x) {
-        return Rec("Organizer", Text(a1) + Text(a2) + Text(a3) + Text(a4) + Text(a5) + X(x));
-    }
-    bool SendStatus(unsigned char s) { return Rec("SendStatus", std::to_string(s)); }
-    bool InstanceName(const char* t) { return Rec("InstanceName", Text(t)); }
+    bool SendStatus(unsigned char s) { return Rec("SendStatus", unsigned{s}); }
+    bool InstanceName(T t) { return Rec("InstanceName", t); }
 };
+
+template <typename TCreator>
+Bytes Take(TCreator& c) {
+    const void* data = nullptr;
+    unsigned int length = 0;
+    if (!c.GetData(data, length)) return {};
+    const auto* p = static_cast<const unsigned char*>(data);
+    return Bytes(p, p + length);
+}
+
+template <typename TParser>
+bool ParseWith(TParser& parser, const Bytes& bytes) {
+    const char* error = nullptr;
+    unsigned int consumed = 0;
+    return parser.Parse(bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed);
+}
 
 // One operation of a creator: what it writes inside the component and the
 // call a parser makes for it.
@@ -218,7 +194,7 @@ std::vector<Row<TCreator>> SharedRows() {
     const PAL::CDateAndTime t(2026, 11, 22, 9, 30, 0);
     const Bytes xLeaves[] = {S(1013, "X-A"), S(1014, "1"), S(1013, "X-B"), S(1014, "")};
     const std::string xCall = "{'X-A'='1','X-B'=''}";
-    using A = typename TCreator::eRsvpType;
+    using A = PimShared::eRsvpType;
     return {
         {"ProductIdentifier", [](TCreator& c) { return c.ProductIdentifier("AB", NoX()); },
          N(202, {S(302, "AB")}), "ProductIdentifier('AB'{})"},
@@ -234,7 +210,7 @@ std::vector<Row<TCreator>> SharedRows() {
          N(900, {S(1004, "Work"), S(1004, "Home"), S(1002, "en")}),
          "Categories(['Work','Home']'en'{})"},
         {"CategoriesEmpty", [](TCreator& c) { return c.Categories(Texts{}, nullptr, NoX()); },
-         Hex("83 84 00"), "Categories([]null{})"},
+         FromHex("83 84 00"), "Categories([]null{})"},
         {"Classification", [](TCreator& c) { return c.Classification("PUBLIC", TwoX()); },
          N(206, {S(1003, "PUBLIC"), xLeaves[0], xLeaves[1], xLeaves[2], xLeaves[3]}),
          "Classification('PUBLIC'" + xCall + ")"},
@@ -275,9 +251,9 @@ std::vector<Row<TCreator>> SharedRows() {
                                TwoX());
          },
          N(228, {S(330, "INDIVIDUAL"), S(331, "m1"), S(331, "m2"), S(332, "CHAIR"),
-                 S(333, "ACCEPTED"), Hex("21 4E 01 02"), S(335, "d1"), S(336, "f1"), S(336, "f2"),
-                 S(337, "s"), S(338, "Ann"), S(339, "ldap:x"), S(1002, "en"), S(340, "mailto:a@x"),
-                 xLeaves[0], xLeaves[1], xLeaves[2], xLeaves[3]}),
+                 S(333, "ACCEPTED"), FromHex("21 4E 01 02"), S(335, "d1"), S(336, "f1"),
+                 S(336, "f2"), S(337, "s"), S(338, "Ann"), S(339, "ldap:x"), S(1002, "en"),
+                 S(340, "mailto:a@x"), xLeaves[0], xLeaves[1], xLeaves[2], xLeaves[3]}),
          "Attendee('mailto:a@x''INDIVIDUAL'['m1','m2']'CHAIR''ACCEPTED'2['d1']['f1','f2']'s''Ann''"
          "ldap:x''en'" +
              xCall + ")"},
@@ -298,9 +274,46 @@ std::vector<Row<TCreator>> SharedRows() {
          N(230,
            {S(337, "s"), S(338, "Otto"), S(339, "ldap:o"), S(1002, "fr"), S(340, "mailto:o@x")}),
          "Organizer('mailto:o@x''s''Otto''ldap:o''fr'{})"},
-        {"SendStatus", [](TCreator& c) { return c.SendStatus(3); }, Hex("80 FC 04 21 79 01 03"),
+        {"SendStatus", [](TCreator& c) { return c.SendStatus(3); }, FromHex("80 FC 04 21 79 01 03"),
          "SendStatus(3)"},
     };
+}
+
+// Each row written alone between Begin(7) and End must give exactly its
+// layout inside the item's frame, and parse back to Begin, its call, End.
+template <typename TCreator, typename TParser, typename TRecorder>
+void CheckRoundTrips(const std::vector<Row<TCreator>>& rows, unsigned root, unsigned component) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        TCreator creator;
+        ASSERT_TRUE(creator.Begin(7) && row.write(creator) && creator.End());
+        const Bytes bytes = Take(creator);
+        EXPECT_EQ(bytes, Frame(root, component, 7, {row.property}));
+        TRecorder r;
+        TParser parser(r);
+        EXPECT_TRUE(ParseWith(parser, bytes));
+        EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(7)", row.call, "End()"}));
+        EXPECT_EQ(r.traces, std::vector<std::string>{});
+    }
+}
+
+struct DiagnosticCase {
+    const char* name;
+    Bytes stream;
+    std::vector<std::string> traces;  // codes other than 0
+    std::vector<std::string> calls;
+};
+
+template <typename TParser, typename TRecorder>
+void CheckDiagnostics(const std::vector<DiagnosticCase>& cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TRecorder r;
+        TParser parser(r);
+        ParseWith(parser, c.stream);
+        EXPECT_EQ(r.traces, c.traces);
+        EXPECT_EQ(r.calls, c.calls);
+    }
 }
 
 }  // namespace cftest
