@@ -5,6 +5,8 @@
 
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
+#include "pimshared/note/TLVNoteParser.h"
+#include "pimshared/task/TLVTaskParser.h"
 #include "support/CalendarFamily.h"
 
 using namespace cftest;
@@ -236,4 +238,34 @@ TEST(CalendarEvent, OnlyAFalseAnswerAtALeafStopsTheWalk) {
         r, Event({N(215, {S(1002, "en"), S(999, "x"), S(320, "a")}), N(234, {S(1010, "u")})})));
     EXPECT_EQ(r.calls, (std::vector<std::string>{"Begin(7)", "Summary(nullnull'en'{})", "End()"}));
     EXPECT_EQ(r.traces.back(), "6:");
+}
+
+// Damaged streams of a whole event, read by all three parsers of the family:
+// whatever the bytes, each walk ends, and every text handed over is readable
+// (the recorder copies each one).
+TEST(CalendarEvent, DamagedStreamsAreSafeForEveryParser) {
+    CTLVCalendarCreator creator;
+    ASSERT_TRUE(creator.Begin(7));
+    for (const auto& row : EventRows()) ASSERT_TRUE(row.write(creator));
+    ASSERT_TRUE(creator.End());
+    const Bytes whole = Take(creator);
+    unsigned seed = 12345;
+    auto next = [&seed](unsigned bound) {
+        seed = seed * 1103515245u + 12345u;
+        return (seed >> 8) % bound;
+    };
+    for (int i = 0; i < 1500; ++i) {
+        Bytes damaged = whole;
+        for (unsigned k = 1 + next(3); k > 0; --k) damaged[next(damaged.size())] = next(256);
+        if (i % 3 == 0) damaged.resize(next(damaged.size()));
+        EventRecorder event;
+        Recorder<PimShared::ITaskReceiver> task;
+        Recorder<PimShared::INoteReceiver> note;
+        CTLVCalendarParser eventParser(event);
+        PimShared::CTLVTaskParser taskParser(task);
+        PimShared::CTLVNoteParser noteParser(note);
+        ParseWith(eventParser, damaged);
+        ParseWith(taskParser, damaged);
+        ParseWith(noteParser, damaged);
+    }
 }

@@ -73,7 +73,7 @@ struct tParserItem {
     const char* objectNodeUnexpected;    // node in the object state (typeId, component), code 2
     const char* objectLeafUnexpected;    // leaf in the object state (typeId), code 2
     const char* objectEndUnexpected;     // node end in the object state (typeId, root), code 2
-    const char* componentUnimplemented;  // first property unimplemented (typeId), code 4
+    const char* componentUnimplemented;  // unimplemented property at component level, code 4
     const char* componentEndUnexpected;  // node end in the component state (typeId, component)
     const tIdRange* unimplemented;
     unsigned int unimplementedCount;
