@@ -36,7 +36,6 @@ const tParserItem kEvent = {
         SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
         SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
-    true,  // a new stream never pairs with a name left over from the last one
 };
 
 }  // namespace

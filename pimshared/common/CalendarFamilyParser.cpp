@@ -226,7 +226,6 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
                           unsigned int& consumed) {
     consumed = 0;
     for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
-    if (m_item.clearPendingNameOnParse) m_pendingName = nullptr;
     if (data == nullptr) {
         m_message.assign("invalid TLV stream");
         errorText = m_message.c_str();
@@ -235,11 +234,10 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
     m_state = ParsingStateBegin;
     const bool ok = CTLVParser::Parse(data, length, errorText, consumed);
     if (!ok) ReceiverTrace(kInternal, errorText);
-    // A name still pending may pair with a value in the next stream; the
-    // caller's buffer may be gone by then, so keep our own copy.
-    if (m_pendingName != nullptr && m_pendingName != m_carriedName.c_str()) {
-        m_pendingName = m_carriedName.assign(m_pendingName) ? m_carriedName.c_str() : nullptr;
-    }
+    // A name left pending cannot pair with a value of a later stream: every
+    // property start drops it first. Its text may have been a repaired copy
+    // that the walk has freed, so it goes now.
+    m_pendingName = nullptr;
     return ok;
 }
 

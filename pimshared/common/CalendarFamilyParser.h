@@ -63,9 +63,7 @@ inline constexpr tIdRange kUnimplementedInTasks[] = {
 
 // What one item adds to the engine: its frame IDs, the texts that name its
 // states and nodes, the properties it knows but does not implement (their
-// values are skipped), the properties whose values it gathers, and whether
-// a new Parse drops an extension-parameter name still pending from the last
-// one (events and notes do, tasks do not).
+// values are skipped) and the properties whose values it gathers.
 struct tParserItem {
     unsigned int root;
     unsigned int component;
@@ -78,7 +76,6 @@ struct tParserItem {
     const tIdRange* unimplemented;
     unsigned int unimplementedCount;
     unsigned int gatheredProperties;  // bit set of slots, see SlotBit
-    bool clearPendingNameOnParse;
 };
 
 // Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
@@ -155,7 +152,6 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     unsigned int m_currentProperty;
     unsigned int m_currentSlot;  // slot of m_currentProperty, or none
     const char* m_pendingName = nullptr;
-    PAL::CString m_carriedName;  // a pending name kept across Parse calls
     bool m_skip = false;
     tPropertyValues m_values[21];
 };

@@ -15,7 +15,8 @@ namespace {
 // end text spells it "Vjournal": existing readers match these texts as they
 // stand.
 const tParserItem kNote = {
-    TypeIdObjTypeNote, TypeIdCompTypeVJournal,
+    TypeIdObjTypeNote,
+    TypeIdCompTypeVJournal,
     "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
     "(TypeIdObjTypeNote)",
     "NodeBegin(): [state ParsingStateVJournalContext] Unexpected typeId: %d  Expected: %d "
@@ -40,7 +41,6 @@ const tParserItem kNote = {
         SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
         SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
-    true,  // unlike the task, a new stream starts without a pending name
 };
 
 }  // namespace

@@ -36,7 +36,6 @@ const tParserItem kTask = {
         SlotBit(TypeIdPropTypeLastModified) | SlotBit(TypeIdPropTypeSequenceNumber) |
         SlotBit(TypeIdPropTypeAttendee) | SlotBit(TypeIdPropTypeOrganizer) |
         SlotBit(TypeIdPropTypeSendStatus),
-    false,  // the pending name is kept; the engine copies it out of the old stream
 };
 
 }  // namespace
