@@ -121,7 +121,7 @@ constexpr tSlotLayout kSlots[] = {
     {TypeIdPropTypeSendStatus, TypeIdValTypeSendStatus, eField::Byte, 0, nullptr, 0, false, 0},
 };
 constexpr unsigned int kSlotCount = sizeof kSlots / sizeof kSlots[0];
-static_assert(kSlotCount == 21, "one slot per property of the family");
+static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
 static_assert(kSlotCount <= 32, "slots are a 32-bit set");
 constexpr unsigned int kNoSlot = kSlotCount;
 

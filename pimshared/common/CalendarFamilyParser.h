@@ -25,6 +25,9 @@ struct tPropertyValues {
     PAL::TVector<tXParam> xParams;
 };
 
+// Properties of the family whose values a parser gathers, one slot each.
+constexpr unsigned int kPropertySlots = 21;
+
 // Field names: main text of single-text properties, the rich texts
 // (description, location, summary), the zone beside a date-time, the
 // categories' language and the status text of a String status leaf.
@@ -153,7 +156,7 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     unsigned int m_currentSlot;  // slot of m_currentProperty, or none
     const char* m_pendingName = nullptr;
     bool m_skip = false;
-    tPropertyValues m_values[21];
+    tPropertyValues m_values[kPropertySlots];
 };
 
 // The engine bound to one receiver interface: the frame calls and the
