@@ -1,0 +1,55 @@
+#ifndef PIMTLV_PIMSHARED_EMAIL_EMAILATTRIBUTES_H
+#define PIMTLV_PIMSHARED_EMAIL_EMAILATTRIBUTES_H
+
+#include "pimshared/common/MimeMessageAttributes.h"
+#include "platform/PalExport.h"
+#include "platform/TVector.h"
+
+namespace PimShared {
+
+// An e-mail, property by property. The MIME message operations shared with the
+// instant message come first (IMimeMessageAttributes), then the e-mail's group,
+// mailbox and enumerated priority. Begin opens the message and End closes it;
+// BeginEntity/EndEntity bracket each nested MIME entity (attachments, parts of
+// a multipart body), to any depth.
+class PIMTLV_API IEmailAttributes : public IMimeMessageAttributes {
+  public:
+    // One address of a header field. Borrows its texts.
+    struct tMailbox {
+        eMailboxFieldType fieldType;
+        const char* displayName;
+        const char* address;
+    };
+
+    using IMimeMessageAttributes::Priority;
+
+    virtual bool Group(const char* name, const PAL::TVector<tMailbox>& mailboxes) = 0;
+    virtual bool Mailbox(const eMailboxFieldType& fieldType, const char* displayName,
+                         const char* address) = 0;
+    virtual bool Priority(const ePriority& priority) = 0;
+
+  protected:
+    IEmailAttributes() = default;
+    IEmailAttributes(const IEmailAttributes&) = default;
+    IEmailAttributes& operator=(const IEmailAttributes&) = default;
+    ~IEmailAttributes() = default;
+};
+
+// The writing side: the properties, then Reset for the next item and GetData
+// for the finished stream (owned by the creator until its next Reset or
+// GetData).
+class PIMTLV_API IEmailCreator : public IEmailAttributes {
+  public:
+    virtual bool Reset() = 0;
+    virtual bool GetData(const void*& data, unsigned int& length) = 0;
+
+  protected:
+    IEmailCreator() = default;
+    IEmailCreator(const IEmailCreator&) = default;
+    IEmailCreator& operator=(const IEmailCreator&) = default;
+    ~IEmailCreator() = default;
+};
+
+}  // namespace PimShared
+
+#endif
