@@ -1,0 +1,172 @@
+#ifndef PIMTLV_TESTS_MIMEMESSAGETESTSUPPORT_H
+#define PIMTLV_TESTS_MIMEMESSAGETESTSUPPORT_H
+
+// Shared by the e-mail and instant-message tests: an independent builder of
+// expected TLV bytes, and a receiver that records every call as one line.
+
+#include <cctype>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "pimshared/common/MimeMessageAttributes.h"
+
+namespace MimeTest {
+
+using Bytes = std::vector<unsigned char>;
+
+// One element: header word (class, 12-bit ID), shortest length field, value.
+inline Bytes El(unsigned cls, unsigned id, const Bytes& value) {
+    Bytes out{static_cast<unsigned char>(cls << 4 | (id >> 8 & 0xF)),
+              static_cast<unsigned char>(id & 0xFF)};
+    const size_t n = value.size();
+    if (n < 128) {
+        out.push_back(static_cast<unsigned char>(n));
+    } else {
+        Bytes len;
+        for (size_t v = n; v != 0; v >>= 8) len.insert(len.begin(), static_cast<unsigned char>(v));
+        out.push_back(static_cast<unsigned char>(0x80 | len.size()));
+        out.insert(out.end(), len.begin(), len.end());
+    }
+    out.insert(out.end(), value.begin(), value.end());
+    return out;
+}
+inline Bytes Cat(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
+    return out;
+}
+inline Bytes Node(unsigned id, std::initializer_list<Bytes> kids = {}) {
+    return El(8, id, Cat(kids));
+}
+inline Bytes Str(unsigned id, const std::string& s) {
+    Bytes v(s.begin(), s.end());
+    v.push_back(0);
+    return El(6, id, v);
+}
+inline Bytes U8(unsigned id, unsigned v) {
+    return El(2, id, {static_cast<unsigned char>(v)});
+}
+inline Bytes B16(unsigned id, unsigned v) {
+    return El(5, id, {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)});
+}
+inline Bytes Be32(unsigned cls, unsigned id, unsigned v) {
+    return El(cls, id,
+              {static_cast<unsigned char>(v >> 24), static_cast<unsigned char>(v >> 16),
+               static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)});
+}
+inline Bytes U32(unsigned id, unsigned v) {
+    return Be32(9, id, v);
+}
+inline Bytes I32(unsigned id, int v) {
+    return Be32(10, id, static_cast<unsigned>(v));
+}
+inline Bytes Blob(unsigned id, const std::string& s) {
+    return El(7, id, Bytes(s.begin(), s.end()));
+}
+
+// A message: node 2 { UInt32 10 = instance, node component { children } }.
+inline Bytes Message(unsigned component, std::initializer_list<Bytes> kids, unsigned instance = 7) {
+    return Node(2, {U32(10, instance), El(8, component, Cat(kids))});
+}
+
+// A test-case name made of the row's description.
+inline std::string CaseName(std::string n) {
+    for (char& ch : n) {
+        if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
+    }
+    return n;
+}
+
+inline std::string T(const char* s) {
+    return s == nullptr ? "null" : "'" + std::string(s) + "'";
+}
+inline std::string N(unsigned v) {
+    return std::to_string(v);
+}
+
+// Records the shared operations of a receiver interface (or writes them to
+// another implementation of the same interface). A call answers false when
+// its line starts with stopOn.
+template <class Base>
+class TRecorder : public Base {
+  public:
+    using A = PimShared::IMimeMessageAttributes;
+    std::vector<std::string> calls;
+    std::string stopOn = "\x01";
+
+    bool Log(const std::string& line) {
+        calls.push_back(line);
+        return line.rfind(stopOn, 0) != 0;
+    }
+
+    bool Begin(const unsigned& i) override { return Log("Begin(" + N(i) + ")"); }
+    bool End() override { return Log("End"); }
+    bool BeginEntity() override { return Log("BeginEntity"); }
+    bool EndEntity() override { return Log("EndEntity"); }
+    bool AttachmentAvailable(const A::eAttachmentAvailable& v) override {
+        return Log("AttachmentAvailable(" + N(v) + ")");
+    }
+    bool CutoffState(const unsigned short& v) override { return Log("CutoffState(" + N(v) + ")"); }
+    bool Comments(const char* s) override { return Log("Comments(" + T(s) + ")"); }
+    bool ContentDescription(const char* s) override {
+        return Log("ContentDescription(" + T(s) + ")");
+    }
+    bool ContentId(const char* s) override { return Log("ContentId(" + T(s) + ")"); }
+    bool ContentTransferEncodingEnum(const A::eContentTransferEncoding& v) override {
+        return Log("ContentTransferEncoding(" + N(v) + ")");
+    }
+    bool ReadStatus(const A::eReadStatus& v) override { return Log("ReadStatus(" + N(v) + ")"); }
+    bool DownloadState(const A::eDownloadState& v) override {
+        return Log("DownloadState(" + N(v) + ")");
+    }
+    bool Folder(const char* s) override { return Log("Folder(" + T(s) + ")"); }
+    bool InReplyTo(const char* s) override { return Log("InReplyTo(" + T(s) + ")"); }
+    bool Instance(const char* s) override { return Log("Instance(" + T(s) + ")"); }
+    bool Keywords(const char* s) override { return Log("Keywords(" + T(s) + ")"); }
+    bool MessageId(const char* s) override { return Log("MessageId(" + T(s) + ")"); }
+    bool MimeVersion(const char* s) override { return Log("MimeVersion(" + T(s) + ")"); }
+    bool OrigDate(const char* s) override { return Log("OrigDate(" + T(s) + ")"); }
+    bool SendingState(const char* s) override { return Log("SendingState(" + T(s) + ")"); }
+    bool OrigDateLocal(const char* s) override { return Log("OrigDateLocal(" + T(s) + ")"); }
+    bool Priority(const unsigned char& v) override { return Log("PriorityLevel(" + N(v) + ")"); }
+    bool References(const char* s) override { return Log("References(" + T(s) + ")"); }
+    bool Subject(const char* s) override { return Log("Subject(" + T(s) + ")"); }
+    bool Body(const A::eBodyEncoding& e, const A::eBodyCharset& c, const void* content,
+              const unsigned& n) override {
+        const char* p = static_cast<const char*>(content);
+        return Log("BodyContent(" + N(e) + "," + N(c) + "," +
+                   (p == nullptr ? "null" : "'" + std::string(p, n) + "'") + "," + N(n) + ")");
+    }
+    bool Body(const A::eBodyEncoding& e, const A::eBodyCharset& c, const char* link) override {
+        return Log("BodyLink(" + N(e) + "," + N(c) + "," + T(link) + ")");
+    }
+    bool Body(const char* type, const char* subtype, const char* link) override {
+        return Log("BodyTokens(" + T(type) + "," + T(subtype) + "," + T(link) + ")");
+    }
+    bool ContentDispositionType(const A::eContentDispositionType& v, const char* t) override {
+        return Log("Disposition(" + N(v) + "," + T(t) + ")");
+    }
+    bool ContentDispositionTypeParam(const A::eContentDispositionParamName& n, const char* v,
+                                     const char* t) override {
+        return Log("DispositionParam(" + N(n) + "," + T(v) + "," + T(t) + ")");
+    }
+    bool ContentSubtype(const A::eContentSubtype& v, const char* t) override {
+        return Log("ContentSubtype(" + N(v) + "," + T(t) + ")");
+    }
+    bool ContentType(const A::eContentType& v, const char* t) override {
+        return Log("ContentType(" + N(v) + "," + T(t) + ")");
+    }
+    bool ContentTypeParam(const A::eContentParamName& n, const A::eContentParamValue& v,
+                          const char* nt, const char* vt) override {
+        return Log("ContentTypeParam(" + N(n) + "," + N(v) + "," + T(nt) + "," + T(vt) + ")");
+    }
+    bool Priority(const A::ePriority& v) { return Log("Priority(" + N(v) + ")"); }
+    bool TraceMessage(const int& code, const char* text) {
+        return Log("Trace(" + std::to_string(code) + "," + T(text) + ")");
+    }
+};
+
+}  // namespace MimeTest
+
+#endif
