@@ -16,12 +16,14 @@ namespace PimShared {
 class PIMTLV_API IEmailReceiver : public IEmailAttributes {
   public:
     virtual bool TraceMessage(const int& code, const char* text) = 0;
+    // Declared last, so the operations keep their slots; receivers are
+    // written by users, whose classes should be safe to delete through this.
+    virtual ~IEmailReceiver() = default;
 
   protected:
     IEmailReceiver() = default;
     IEmailReceiver(const IEmailReceiver&) = default;
     IEmailReceiver& operator=(const IEmailReceiver&) = default;
-    ~IEmailReceiver() = default;
 };
 
 }  // namespace PimShared
