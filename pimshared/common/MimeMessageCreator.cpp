@@ -37,16 +37,23 @@ bool CTLVMimeMessageFrame::WriteEntityEnd() {
 }
 
 bool CTLVMimeMessageFrame::WriteText(MimeText property, const char* text) {
-    return Tlv() != nullptr && Tlv()->LeafString(m_ids.text[static_cast<unsigned>(property)], text);
+    return WriteTextLeaf(m_ids.text[static_cast<unsigned>(property)], text);
 }
 
 bool CTLVMimeMessageFrame::WriteByte(MimeByte property, unsigned int value) {
-    return Tlv() != nullptr &&
-           Tlv()->LeafUInt8(m_ids.byte[static_cast<unsigned>(property)], LowByte(value));
+    return WriteByteLeaf(m_ids.byte[static_cast<unsigned>(property)], value);
+}
+
+bool CTLVMimeMessageFrame::WriteTextLeaf(unsigned int typeId, const char* text) {
+    return Tlv() != nullptr && Tlv()->LeafString(typeId, text);
+}
+
+bool CTLVMimeMessageFrame::WriteByteLeaf(unsigned int typeId, unsigned int value) {
+    return Tlv() != nullptr && Tlv()->LeafUInt8(typeId, LowByte(value));
 }
 
 bool CTLVMimeMessageFrame::WritePriorityLevel(unsigned char level) {
-    return Tlv() != nullptr && Tlv()->LeafUInt8(m_ids.priorityLevel, level);
+    return WriteByteLeaf(m_ids.priorityLevel, level);
 }
 
 bool CTLVMimeMessageFrame::WriteCutoffState(unsigned short value) {

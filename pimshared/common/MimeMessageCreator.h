@@ -28,6 +28,9 @@ class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
     bool WriteText(MimeText property, const char* text);
     bool WriteByte(MimeByte property, unsigned int value);
     bool WritePriorityLevel(unsigned char level);
+    // Single leaves outside the shared table, for an item's additions.
+    bool WriteTextLeaf(unsigned int typeId, const char* text);
+    bool WriteByteLeaf(unsigned int typeId, unsigned int value);
     bool WriteCutoffState(unsigned short value);
     bool WriteBodyContent(unsigned int encoding, unsigned int charset, const void* content,
                           unsigned int length);
