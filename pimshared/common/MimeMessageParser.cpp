@@ -127,21 +127,29 @@ void CMimeMessageParserEngine::ResetMailbox() noexcept {
     m_mailbox = MailboxFields{0, TypeIdNone, nullptr, nullptr};
 }
 
+void CMimeMessageParserEngine::ResetTypeParam() noexcept {
+    m_typeParamOpen = false;
+    m_paramName = kMimeExtensionMember;
+    m_paramValue = kMimeExtensionMember;
+    m_paramNameToken = nullptr;
+    m_paramValueToken = nullptr;
+}
+
+void CMimeMessageParserEngine::ResetDispParam() noexcept {
+    m_dispParamOpen = false;
+    m_dispParamName = kMimeExtensionMember;
+    m_dispParamValue = nullptr;
+    m_dispParamNameToken = nullptr;
+}
+
 void CMimeMessageParserEngine::ResetShared() noexcept {
     m_inObject = false;
     m_depth = 0;
     m_instance = 0;
     ResetBody();
     for (Typed& t : m_typed) t = Typed{false, kMimeExtensionMember, nullptr};
-    m_typeParamOpen = false;
-    m_paramName = kMimeExtensionMember;
-    m_paramValue = kMimeExtensionMember;
-    m_paramNameToken = nullptr;
-    m_paramValueToken = nullptr;
-    m_dispParamOpen = false;
-    m_dispParamName = kMimeExtensionMember;
-    m_dispParamValue = nullptr;
-    m_dispParamNameToken = nullptr;
+    ResetTypeParam();
+    ResetDispParam();
     ResetMailbox();
     m_groupOpen = false;
     m_groupName = nullptr;
@@ -231,19 +239,10 @@ bool CMimeMessageParserEngine::NodeBegin(const unsigned int& typeId) {
         if (!*open) ResetBody();
     } else if (role == RoleTypeParam) {
         open = &m_typeParamOpen;
-        if (!*open) {
-            m_paramName = kMimeExtensionMember;
-            m_paramValue = kMimeExtensionMember;
-            m_paramNameToken = nullptr;
-            m_paramValueToken = nullptr;
-        }
+        if (!*open) ResetTypeParam();
     } else if (role == RoleDispParam) {
         open = &m_dispParamOpen;
-        if (!*open) {
-            m_dispParamName = kMimeExtensionMember;
-            m_dispParamValue = nullptr;
-            m_dispParamNameToken = nullptr;
-        }
+        if (!*open) ResetDispParam();
     } else if (role == RoleMailbox) {
         open = &m_mailboxOpen;
         if (!*open) ResetMailbox();
@@ -298,21 +297,14 @@ bool CMimeMessageParserEngine::NodeEnd(const unsigned int& typeId) {
             static_cast<IMimeMessageAttributes::eContentParamName>(m_paramName),
             static_cast<IMimeMessageAttributes::eContentParamValue>(m_paramValue), m_paramNameToken,
             m_paramValueToken);
-        m_typeParamOpen = false;
-        m_paramName = kMimeExtensionMember;
-        m_paramValue = kMimeExtensionMember;
-        m_paramNameToken = nullptr;
-        m_paramValueToken = nullptr;
+        ResetTypeParam();
         return ok;
     }
     if (role == RoleDispParam && m_dispParamOpen) {
         const bool ok = m_receiver.ContentDispositionTypeParam(
             static_cast<IMimeMessageAttributes::eContentDispositionParamName>(m_dispParamName),
             m_dispParamValue, m_dispParamNameToken);
-        m_dispParamOpen = false;
-        m_dispParamName = kMimeExtensionMember;
-        m_dispParamValue = nullptr;
-        m_dispParamNameToken = nullptr;
+        ResetDispParam();
         return ok;
     }
     if (role == RoleMailbox && m_mailboxOpen) {

@@ -101,6 +101,8 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     void ResetShared() noexcept;
     void ResetBody() noexcept;
     void ResetMailbox() noexcept;
+    void ResetTypeParam() noexcept;
+    void ResetDispParam() noexcept;
     bool AnyOpen() const noexcept;
     bool RefuseLeaf(ParserCreatorCollection::eClass elementClass, unsigned int typeId);
     bool DeliverText(unsigned int index, const char* text);
