@@ -4,6 +4,8 @@
 // Shared by the e-mail and instant-message tests: an independent builder of
 // expected TLV bytes, and a receiver that records every call as one line.
 
+#include <gtest/gtest.h>
+
 #include <cctype>
 #include <initializer_list>
 #include <string>
@@ -166,6 +168,45 @@ class TRecorder : public Base {
         return Log("Trace(" + std::to_string(code) + "," + T(text) + ")");
     }
 };
+
+// The bytes a creator hands out, or DE AD when it refuses.
+template <class Creator>
+Bytes Written(Creator& c) {
+    const void* data = nullptr;
+    unsigned length = 0;
+    if (!c.GetData(data, length)) return {0xDE, 0xAD};
+    const auto* p = static_cast<const unsigned char*>(data);
+    return Bytes(p, p + length);
+}
+
+struct Outcome {
+    bool ok;
+    std::vector<std::string> calls;
+};
+
+// Parses stream with a fresh Parser over recorder r; the error text of these
+// parsers is always empty.
+template <class Parser, class Recorder>
+Outcome ParseWith(Recorder& r, const Bytes& stream) {
+    Parser parser(r);
+    const char* error = nullptr;
+    unsigned consumed = 0;
+    const bool ok = parser.Parse(stream.data(), stream.size(), error, consumed);
+    EXPECT_STREQ(error, "");
+    return {ok, r.calls};
+}
+
+// A stream and the calls it must produce.
+struct Case {
+    const char* name;
+    Bytes stream;
+    std::vector<std::string> calls;
+};
+
+// The trace line of an element refused in its place.
+inline std::string Refused(const char* word, unsigned id) {
+    return "Trace(2,'Unexpected " + std::string(word) + " with type ID = " + N(id) + "')";
+}
 
 }  // namespace MimeTest
 

@@ -13,19 +13,12 @@ using E = PimShared::IEmailAttributes;
 
 namespace {
 
-Bytes Data(CTLVEmailCreator& c) {
-    const void* data = nullptr;
-    unsigned length = 0;
-    if (!c.GetData(data, length)) return {0xDE, 0xAD};
-    const auto* p = static_cast<const unsigned char*>(data);
-    return Bytes(p, p + length);
-}
-
 TEST(EmailCreator, FrameIsObjectInstanceThenComponent) {
     CTLVEmailCreator c;
     ASSERT_TRUE(c.Begin(7));
     ASSERT_TRUE(c.End());
-    EXPECT_EQ(Data(c), (Bytes{0x80, 0x02, 0x0A, 0x90, 0x0A, 0x04, 0, 0, 0, 7, 0x82, 0x58, 0x00}));
+    EXPECT_EQ(Written(c),
+              (Bytes{0x80, 0x02, 0x0A, 0x90, 0x0A, 0x04, 0, 0, 0, 7, 0x82, 0x58, 0x00}));
 }
 
 struct Layout {
@@ -41,7 +34,7 @@ TEST_P(EmailLayout, WritesExactBytes) {
     ASSERT_TRUE(c.Begin(7));
     ASSERT_TRUE(GetParam().write(c));
     ASSERT_TRUE(c.End());
-    EXPECT_EQ(Data(c), Node(2, {U32(10, 7), El(8, 600, GetParam().children)}));
+    EXPECT_EQ(Written(c), Node(2, {U32(10, 7), El(8, 600, GetParam().children)}));
 }
 
 const E::eBodyEncoding kB64 = E::eBodyEncodingBase64;
@@ -141,7 +134,7 @@ TEST(EmailCreator, FailedStepLeavesNodeOpenAndStopsWriting) {
     // Reset makes the creator usable again.
     ASSERT_TRUE(c.Reset());
     ASSERT_TRUE(c.Begin(2) && c.End());
-    EXPECT_EQ(Data(c), Message(600, {}, 2));
+    EXPECT_EQ(Written(c), Message(600, {}, 2));
 }
 
 TEST(EmailCreator, GroupFailsWhenItsLastMemberFails) {

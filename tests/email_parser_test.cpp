@@ -29,18 +29,8 @@ class EmailRecorder : public TRecorder<PimShared::IEmailReceiver> {
     }
 };
 
-struct Outcome {
-    bool ok;
-    Lines calls;
-};
-
 Outcome ParseWith(EmailRecorder& r, const Bytes& stream) {
-    CTLVEmailParser parser(r);
-    const char* error = nullptr;
-    unsigned consumed = 0;
-    const bool ok = parser.Parse(stream.data(), stream.size(), error, consumed);
-    EXPECT_STREQ(error, "");
-    return {ok, r.calls};
+    return MimeTest::ParseWith<CTLVEmailParser>(r, stream);
 }
 
 Outcome Parse(const Bytes& stream) {
@@ -103,20 +93,10 @@ TEST(EmailParser, NestedMessageReadsBackAsWritten) {
     WriteSample(expected);
     CTLVEmailCreator creator;
     WriteSample(creator);
-    const void* data = nullptr;
-    unsigned length = 0;
-    ASSERT_TRUE(creator.GetData(data, length));
-    const auto* p = static_cast<const unsigned char*>(data);
-    const Outcome got = Parse(Bytes(p, p + length));
+    const Outcome got = Parse(Written(creator));
     EXPECT_TRUE(got.ok);
     EXPECT_EQ(got.calls, expected.calls);
 }
-
-struct Case {
-    const char* name;
-    Bytes stream;
-    Lines calls;
-};
 
 class EmailReading : public ::testing::TestWithParam<Case> {};
 
@@ -124,10 +104,6 @@ TEST_P(EmailReading, Calls) {
     const Outcome got = Parse(GetParam().stream);
     EXPECT_TRUE(got.ok);
     EXPECT_EQ(got.calls, GetParam().calls);
-}
-
-std::string Refused(const char* word, unsigned id) {
-    return "Trace(2,'Unexpected " + std::string(word) + " with type ID = " + N(id) + "')";
 }
 
 const Case kBodyRule[] = {

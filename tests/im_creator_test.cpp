@@ -24,11 +24,7 @@ TEST_P(IMLayout, WritesExactBytes) {
     ASSERT_TRUE(c.Begin(7));
     ASSERT_TRUE(GetParam().write(c));
     ASSERT_TRUE(c.End());
-    const void* data = nullptr;
-    unsigned length = 0;
-    ASSERT_TRUE(c.GetData(data, length));
-    const auto* p = static_cast<const unsigned char*>(data);
-    EXPECT_EQ(Bytes(p, p + length), Message(900, {GetParam().children}));
+    EXPECT_EQ(Written(c), Message(900, {GetParam().children}));
 }
 
 const PAL::TVector<I::tMailbox> kMembers{

@@ -15,22 +15,8 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-struct Outcome {
-    bool ok;
-    Lines calls;
-};
-
 Outcome ParseWith(IMRecorder& r, const Bytes& stream) {
-    CTLVIMParser parser(r);
-    const char* error = nullptr;
-    unsigned consumed = 0;
-    const bool ok = parser.Parse(stream.data(), stream.size(), error, consumed);
-    EXPECT_STREQ(error, "");
-    return {ok, r.calls};
-}
-
-std::string Refused(const char* word, unsigned id) {
-    return "Trace(2,'Unexpected " + std::string(word) + " with type ID = " + N(id) + "')";
+    return MimeTest::ParseWith<CTLVIMParser>(r, stream);
 }
 
 // Every operation that reads back as written, with an entity two deep.
@@ -75,20 +61,10 @@ TEST(IMParser, MessageReadsBackAsWritten) {
     WriteSample(expected);
     CTLVIMCreator creator;
     WriteSample(creator);
-    const void* data = nullptr;
-    unsigned length = 0;
-    ASSERT_TRUE(creator.GetData(data, length));
-    const auto* p = static_cast<const unsigned char*>(data);
     IMRecorder got;
-    EXPECT_TRUE(ParseWith(got, Bytes(p, p + length)).ok);
+    EXPECT_TRUE(ParseWith(got, Written(creator)).ok);
     EXPECT_EQ(got.calls, expected.calls);
 }
-
-struct Case {
-    const char* name;
-    Bytes stream;
-    Lines calls;
-};
 
 class IMReading : public ::testing::TestWithParam<Case> {};
 
