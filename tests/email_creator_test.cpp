@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
-#include "MimeMessageTestSupport.h"
 #include "pimshared/email/TLVEmailCreator.h"
+#include "support/MimeMessageRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVEmailCreator;

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "MimeMessageTestSupport.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
+#include "support/MimeMessageRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVEmailCreator;

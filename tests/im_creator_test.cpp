@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "MimeMessageTestSupport.h"
 #include "pimshared/im/TLVIMCreator.h"
+#include "support/MimeMessageRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVIMCreator;

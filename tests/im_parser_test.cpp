@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "IMTestSupport.h"
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/im/TLVIMParser.h"
+#include "support/IMRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVIMCreator;

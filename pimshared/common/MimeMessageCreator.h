@@ -2,7 +2,7 @@
 #define PIMTLV_PIMSHARED_COMMON_MIMEMESSAGECREATOR_H
 
 #include "pimshared/common/CreatorFrame.h"
-#include "pimshared/common/MimeMessageAttributes.h"
+#include "pimshared/common/IMimeMessageAttributes.h"
 #include "pimshared/common/MimeMessageIds.h"
 #include "pimshared/common/TypeIds.h"
 #include "platform/PalExport.h"

@@ -3,7 +3,7 @@
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
-#include "pimshared/common/MimeMessageAttributes.h"
+#include "pimshared/common/IMimeMessageAttributes.h"
 #include "pimshared/common/MimeMessageIds.h"
 #include "platform/CString.h"
 

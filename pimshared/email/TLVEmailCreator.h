@@ -2,7 +2,7 @@
 #define PIMTLV_PIMSHARED_EMAIL_TLVEMAILCREATOR_H
 
 #include "pimshared/common/MimeMessageCreator.h"
-#include "pimshared/email/EmailAttributes.h"
+#include "pimshared/email/IEmailCreator.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "pimshared/email/EmailReceiver.h"
+#include "pimshared/email/IEmailReceiver.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {

@@ -2,7 +2,7 @@
 #define PIMTLV_PIMSHARED_IM_TLVIMCREATOR_H
 
 #include "pimshared/common/MimeMessageCreator.h"
-#include "pimshared/im/IMAttributes.h"
+#include "pimshared/im/IIMCreator.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "pimshared/im/IMReceiver.h"
+#include "pimshared/im/IIMReceiver.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {

@@ -1,10 +1,10 @@
-#ifndef PIMTLV_TESTS_IMTESTSUPPORT_H
-#define PIMTLV_TESTS_IMTESTSUPPORT_H
+#ifndef PIMTLV_TESTS_SUPPORT_IMRECORDER_H
+#define PIMTLV_TESTS_SUPPORT_IMRECORDER_H
 
 #include <string>
 
-#include "MimeMessageTestSupport.h"
-#include "pimshared/im/IMReceiver.h"
+#include "pimshared/im/IIMReceiver.h"
+#include "support/MimeMessageRecorder.h"
 
 namespace MimeTest {
 

@@ -1,7 +1,7 @@
-#ifndef PIMTLV_PIMSHARED_IM_IMATTRIBUTES_H
-#define PIMTLV_PIMSHARED_IM_IMATTRIBUTES_H
+#ifndef PIMTLV_PIMSHARED_IM_IIMATTRIBUTES_H
+#define PIMTLV_PIMSHARED_IM_IIMATTRIBUTES_H
 
-#include "pimshared/common/MimeMessageAttributes.h"
+#include "pimshared/common/IMimeMessageAttributes.h"
 #include "platform/PalExport.h"
 #include "platform/TVector.h"
 
@@ -101,21 +101,6 @@ class PIMTLV_API IIMAttributes : public IMimeMessageAttributes {
     IIMAttributes(const IIMAttributes&) = default;
     IIMAttributes& operator=(const IIMAttributes&) = default;
     ~IIMAttributes() = default;
-};
-
-// The writing side: the properties, then Reset for the next item and GetData
-// for the finished stream (owned by the creator until its next Reset or
-// GetData).
-class PIMTLV_API IIMCreator : public IIMAttributes {
-  public:
-    virtual bool Reset() = 0;
-    virtual bool GetData(const void*& data, unsigned int& length) = 0;
-
-  protected:
-    IIMCreator() = default;
-    IIMCreator(const IIMCreator&) = default;
-    IIMCreator& operator=(const IIMCreator&) = default;
-    ~IIMCreator() = default;
 };
 
 }  // namespace PimShared

@@ -1,7 +1,7 @@
-#ifndef PIMTLV_PIMSHARED_EMAIL_EMAILATTRIBUTES_H
-#define PIMTLV_PIMSHARED_EMAIL_EMAILATTRIBUTES_H
+#ifndef PIMTLV_PIMSHARED_EMAIL_IEMAILATTRIBUTES_H
+#define PIMTLV_PIMSHARED_EMAIL_IEMAILATTRIBUTES_H
 
-#include "pimshared/common/MimeMessageAttributes.h"
+#include "pimshared/common/IMimeMessageAttributes.h"
 #include "platform/PalExport.h"
 #include "platform/TVector.h"
 
@@ -33,21 +33,6 @@ class PIMTLV_API IEmailAttributes : public IMimeMessageAttributes {
     IEmailAttributes(const IEmailAttributes&) = default;
     IEmailAttributes& operator=(const IEmailAttributes&) = default;
     ~IEmailAttributes() = default;
-};
-
-// The writing side: the properties, then Reset for the next item and GetData
-// for the finished stream (owned by the creator until its next Reset or
-// GetData).
-class PIMTLV_API IEmailCreator : public IEmailAttributes {
-  public:
-    virtual bool Reset() = 0;
-    virtual bool GetData(const void*& data, unsigned int& length) = 0;
-
-  protected:
-    IEmailCreator() = default;
-    IEmailCreator(const IEmailCreator&) = default;
-    IEmailCreator& operator=(const IEmailCreator&) = default;
-    ~IEmailCreator() = default;
 };
 
 }  // namespace PimShared

@@ -1,7 +1,7 @@
-#ifndef PIMTLV_PIMSHARED_IM_IMRECEIVER_H
-#define PIMTLV_PIMSHARED_IM_IMRECEIVER_H
+#ifndef PIMTLV_PIMSHARED_IM_IIMRECEIVER_H
+#define PIMTLV_PIMSHARED_IM_IIMRECEIVER_H
 
-#include "pimshared/im/IMAttributes.h"
+#include "pimshared/im/IIMAttributes.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {

@@ -1,5 +1,5 @@
-#ifndef PIMTLV_TESTS_MIMEMESSAGETESTSUPPORT_H
-#define PIMTLV_TESTS_MIMEMESSAGETESTSUPPORT_H
+#ifndef PIMTLV_TESTS_SUPPORT_MIMEMESSAGERECORDER_H
+#define PIMTLV_TESTS_SUPPORT_MIMEMESSAGERECORDER_H
 
 // Shared by the e-mail and instant-message tests: an independent builder of
 // expected TLV bytes, and a receiver that records every call as one line.
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "pimshared/common/MimeMessageAttributes.h"
+#include "pimshared/common/IMimeMessageAttributes.h"
 
 namespace MimeTest {
 

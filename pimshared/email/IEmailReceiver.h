@@ -1,7 +1,7 @@
-#ifndef PIMTLV_PIMSHARED_EMAIL_EMAILRECEIVER_H
-#define PIMTLV_PIMSHARED_EMAIL_EMAILRECEIVER_H
+#ifndef PIMTLV_PIMSHARED_EMAIL_IEMAILRECEIVER_H
+#define PIMTLV_PIMSHARED_EMAIL_IEMAILRECEIVER_H
 
-#include "pimshared/email/EmailAttributes.h"
+#include "pimshared/email/IEmailAttributes.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {
