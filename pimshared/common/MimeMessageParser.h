@@ -79,9 +79,11 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     virtual void ResetAdditions() {}
     // True while an added structured node is open that must not hold an entity.
     virtual bool AdditionBlocksEntity() const { return false; }
+    // Node, UInt8 and String hooks are called only inside the message (depth
+    // > 0), for IDs that have no role in the table; outside the message such
+    // elements are refused without asking.
     virtual Answer AdditionNodeBegin(unsigned int typeId);
     virtual Answer AdditionNodeEnd(unsigned int typeId);
-    // Called only inside the message (depth > 0).
     virtual Answer AdditionUInt8(unsigned int typeId, unsigned char value);
     virtual Answer AdditionString(unsigned int typeId, const char* text);
     // Called for every Int32 leaf, wherever it stands.

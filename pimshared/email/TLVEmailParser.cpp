@@ -43,7 +43,11 @@ CTLVEmailParser::~CTLVEmailParser() = default;
 
 bool CTLVEmailParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                             unsigned int& consumed) {
-    if (!m_impl) return false;
+    if (!m_impl) {
+        errorText = "";
+        consumed = 0;
+        return false;
+    }
     return m_impl->Parse(data, length, errorText, consumed);
 }
 

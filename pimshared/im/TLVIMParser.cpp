@@ -194,7 +194,11 @@ CTLVIMParser::~CTLVIMParser() = default;
 
 bool CTLVIMParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                          unsigned int& consumed) {
-    if (!m_impl) return false;
+    if (!m_impl) {
+        errorText = "";
+        consumed = 0;
+        return false;
+    }
     return m_impl->Parse(data, length, errorText, consumed);
 }
 
