@@ -194,12 +194,7 @@ CTLVIMParser::~CTLVIMParser() = default;
 
 bool CTLVIMParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                          unsigned int& consumed) {
-    if (!m_impl) {
-        errorText = "";
-        consumed = 0;
-        return false;
-    }
-    return m_impl->Parse(data, length, errorText, consumed);
+    return CMimeMessageParserEngine::ParseWith(m_impl.get(), data, length, errorText, consumed);
 }
 
 }  // namespace PimShared
