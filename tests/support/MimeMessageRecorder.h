@@ -196,6 +196,28 @@ Outcome ParseWith(Recorder& r, const Bytes& stream) {
     return {ok, r.calls};
 }
 
+// Cut short anywhere, a stream fails; damaged anywhere, it is still read
+// without harm (the sanitizer builds check the "without harm").
+template <class Parser, class Recorder>
+void CheckDamagedStreams(const Bytes& good) {
+    Recorder r;
+    Parser parser(r);
+    const char* error = nullptr;
+    unsigned consumed = 0;
+    for (unsigned cut = 0; cut < good.size(); ++cut) {
+        const Bytes head(good.begin(), good.begin() + cut);
+        EXPECT_FALSE(parser.Parse(head.data(), cut, error, consumed)) << cut;
+    }
+    for (size_t i = 0; i < good.size(); ++i) {
+        for (unsigned char flip : {0x01, 0x80, 0xFF}) {
+            Bytes bad = good;
+            bad[i] ^= flip;
+            r.calls.clear();
+            parser.Parse(bad.data(), bad.size(), error, consumed);
+        }
+    }
+}
+
 // A stream and the calls it must produce.
 struct Case {
     const char* name;
