@@ -25,8 +25,6 @@ class IMRecorder : public TRecorder<PimShared::IIMReceiver> {
                  const char* address) override {
         return Log("Mailbox(" + N(f) + "," + N(client) + "," + T(name) + "," + T(address) + ")");
     }
-    bool Direction(const I::eDirection& v) override { return Log("Direction(" + N(v) + ")"); }
-    bool EntityType(const I::eEntityType& v) override { return Log("EntityType(" + N(v) + ")"); }
     bool ExtendedData(const PAL::TVector<I::tExtendedData>& list) override {
         std::string line = "ExtendedData(";
         for (const I::tExtendedData& e : list) {
@@ -34,23 +32,8 @@ class IMRecorder : public TRecorder<PimShared::IIMReceiver> {
         }
         return Log(line + ")");
     }
-    bool ConversationID(const char* s) override { return Log("ConversationID(" + T(s) + ")"); }
-    bool ConversationName(const char* s) override { return Log("ConversationName(" + T(s) + ")"); }
-    bool ConversationLastActivity(const char* s) override {
-        return Log("ConversationLastActivity(" + T(s) + ")");
-    }
-    bool ConversationVersionCounter(const char* s) override {
-        return Log("ConversationVersionCounter(" + T(s) + ")");
-    }
-    bool ConversationSummary(const char* s) override {
-        return Log("ConversationSummary(" + T(s) + ")");
-    }
     bool OwnerAvailability(I::ePresenceAvailability v) override {
         return Log("OwnerAvailability(" + N(v) + ")");
-    }
-    bool OwnerText(const char* s) override { return Log("OwnerText(" + T(s) + ")"); }
-    bool OwnerLastActivity(const char* s) override {
-        return Log("OwnerLastActivity(" + T(s) + ")");
     }
     bool OwnerChatState(I::eChatState v) override { return Log("OwnerChatState(" + N(v) + ")"); }
     bool ConversationParticipant(I::eUCIClient client, const char* t1, const char* t2,
@@ -61,6 +44,13 @@ class IMRecorder : public TRecorder<PimShared::IIMReceiver> {
                    T(t3) + "," + T(t4) + "," + T(t5) + "," + N(availability) + "," + T(t6) + "," +
                    N(flags) + ")");
     }
+
+    // clang-format off
+    MIMETEST_TEXT(ConversationID) MIMETEST_TEXT(ConversationName)
+    MIMETEST_TEXT(ConversationLastActivity) MIMETEST_TEXT(ConversationVersionCounter)
+    MIMETEST_TEXT(ConversationSummary) MIMETEST_TEXT(OwnerText) MIMETEST_TEXT(OwnerLastActivity)
+    MIMETEST_NUMBER(Direction, I::eDirection) MIMETEST_NUMBER(EntityType, I::eEntityType)
+    // clang-format on
 };
 
 }  // namespace MimeTest

@@ -102,38 +102,10 @@ class TRecorder : public Base {
         return line.rfind(stopOn, 0) != 0;
     }
 
-    bool Begin(const unsigned& i) override { return Log("Begin(" + N(i) + ")"); }
     bool End() override { return Log("End"); }
     bool BeginEntity() override { return Log("BeginEntity"); }
     bool EndEntity() override { return Log("EndEntity"); }
-    bool AttachmentAvailable(const A::eAttachmentAvailable& v) override {
-        return Log("AttachmentAvailable(" + N(v) + ")");
-    }
-    bool CutoffState(const unsigned short& v) override { return Log("CutoffState(" + N(v) + ")"); }
-    bool Comments(const char* s) override { return Log("Comments(" + T(s) + ")"); }
-    bool ContentDescription(const char* s) override {
-        return Log("ContentDescription(" + T(s) + ")");
-    }
-    bool ContentId(const char* s) override { return Log("ContentId(" + T(s) + ")"); }
-    bool ContentTransferEncodingEnum(const A::eContentTransferEncoding& v) override {
-        return Log("ContentTransferEncoding(" + N(v) + ")");
-    }
-    bool ReadStatus(const A::eReadStatus& v) override { return Log("ReadStatus(" + N(v) + ")"); }
-    bool DownloadState(const A::eDownloadState& v) override {
-        return Log("DownloadState(" + N(v) + ")");
-    }
-    bool Folder(const char* s) override { return Log("Folder(" + T(s) + ")"); }
-    bool InReplyTo(const char* s) override { return Log("InReplyTo(" + T(s) + ")"); }
-    bool Instance(const char* s) override { return Log("Instance(" + T(s) + ")"); }
-    bool Keywords(const char* s) override { return Log("Keywords(" + T(s) + ")"); }
-    bool MessageId(const char* s) override { return Log("MessageId(" + T(s) + ")"); }
-    bool MimeVersion(const char* s) override { return Log("MimeVersion(" + T(s) + ")"); }
-    bool OrigDate(const char* s) override { return Log("OrigDate(" + T(s) + ")"); }
-    bool SendingState(const char* s) override { return Log("SendingState(" + T(s) + ")"); }
-    bool OrigDateLocal(const char* s) override { return Log("OrigDateLocal(" + T(s) + ")"); }
     bool Priority(const unsigned char& v) override { return Log("PriorityLevel(" + N(v) + ")"); }
-    bool References(const char* s) override { return Log("References(" + T(s) + ")"); }
-    bool Subject(const char* s) override { return Log("Subject(" + T(s) + ")"); }
     bool Body(const A::eBodyEncoding& e, const A::eBodyCharset& c, const void* content,
               const unsigned& n) override {
         const char* p = static_cast<const char*>(content);
@@ -167,6 +139,22 @@ class TRecorder : public Base {
     bool TraceMessage(const int& code, const char* text) {
         return Log("Trace(" + std::to_string(code) + "," + T(text) + ")");
     }
+
+    // One line per operation of a text or a number (IMRecorder uses them too).
+    // clang-format off
+#define MIMETEST_TEXT(Op) bool Op(const char* s) override { return Log(#Op "(" + T(s) + ")"); }
+#define MIMETEST_NUMBER(Op, Type) \
+    bool Op(const Type& v) override { return Log(#Op "(" + N(v) + ")"); }
+    MIMETEST_TEXT(Comments) MIMETEST_TEXT(ContentDescription) MIMETEST_TEXT(ContentId)
+    MIMETEST_TEXT(Folder) MIMETEST_TEXT(InReplyTo) MIMETEST_TEXT(Instance) MIMETEST_TEXT(Keywords)
+    MIMETEST_TEXT(MessageId) MIMETEST_TEXT(MimeVersion) MIMETEST_TEXT(OrigDate)
+    MIMETEST_TEXT(SendingState) MIMETEST_TEXT(OrigDateLocal) MIMETEST_TEXT(References)
+    MIMETEST_TEXT(Subject)
+    MIMETEST_NUMBER(Begin, unsigned) MIMETEST_NUMBER(CutoffState, unsigned short)
+    MIMETEST_NUMBER(AttachmentAvailable, A::eAttachmentAvailable)
+    MIMETEST_NUMBER(ContentTransferEncodingEnum, A::eContentTransferEncoding)
+    MIMETEST_NUMBER(ReadStatus, A::eReadStatus) MIMETEST_NUMBER(DownloadState, A::eDownloadState)
+    // clang-format on
 };
 
 // The bytes a creator hands out, or DE AD when it refuses.
