@@ -65,9 +65,6 @@ class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
         return last && GroupEnd();
     }
 
-  protected:
-    const MimeMessageIds& Ids() const noexcept { return m_ids; }
-
   private:
     bool GroupBegin(const char* name);
     bool GroupMember(unsigned int fieldType, const char* displayName, const char* address);

@@ -67,7 +67,7 @@ unsigned int InRange(unsigned int r, unsigned int base, unsigned int count) {
 
 CMimeMessageParserEngine::CMimeMessageParserEngine(IMimeMessageAttributes& receiver,
                                                    const MimeMessageIds& ids)
-    : CTLVParser(static_cast<ITLV&>(*this)), m_receiver(receiver), m_ids(ids) {
+    : CTLVParser(static_cast<ITLV&>(*this)), m_receiver(receiver) {
     std::memset(m_roles, RoleNone, sizeof m_roles);
     auto set = [this](unsigned int id, unsigned int role) {
         if (id < sizeof m_roles) m_roles[id] = static_cast<unsigned char>(role);

@@ -123,7 +123,6 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     };
 
     IMimeMessageAttributes& m_receiver;
-    const MimeMessageIds& m_ids;
     unsigned char m_roles[0x1000];  // the role of each 12-bit type ID in this item
     PAL::CString m_text;            // every diagnostic is formatted here
 
