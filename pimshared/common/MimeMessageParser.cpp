@@ -13,7 +13,6 @@ namespace Tlv = ParserCreatorCollection;
 namespace {
 
 constexpr const char* kBodyConflictText = "Body content and body content link are set";
-constexpr const char* kNodeEndWord = "Node End";
 
 // A body with neither content nor link is delivered as empty content.
 constexpr char kEmptyContent[] = "";
