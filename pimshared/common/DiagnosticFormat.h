@@ -18,6 +18,8 @@ PIMTLV_API bool FormatDiagnostic(PAL::CString& out, const char* fmt, ...);
 // by its class word (ParserCreatorCollection::ClassDisplayName, or "Node End").
 constexpr const char* kUnexpectedClassText = "Unexpected class ID = %d with type ID = %d";
 constexpr const char* kUnexpectedTypeIdText = "Unexpected %s with type ID = %d";
+// A node's closing has a class word of its own; its opening is "Node Begin".
+constexpr const char* kNodeEndWord = "Node End";
 
 // The message family's one refusal path: formats kUnexpectedTypeIdText into
 // text and reports it to the receiver with code 2; returns the receiver's
