@@ -65,7 +65,14 @@ CTLVTaskParser::~CTLVTaskParser() = default;
 
 bool CTLVTaskParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                            unsigned int& consumed) {
-    return m_impl != nullptr && m_impl->Parse(data, length, errorText, consumed);
+    if (!m_impl) {
+        // Without its working object the parser reads nothing, but callers
+        // still get defined out-parameters.
+        errorText = "";
+        consumed = 0;
+        return false;
+    }
+    return m_impl->Parse(data, length, errorText, consumed);
 }
 
 }  // namespace PimShared
