@@ -8,6 +8,7 @@
 // are yardsticks, not code to use.
 
 #include <cstring>
+#include <type_traits>
 #include <vector>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
@@ -142,9 +143,19 @@ class MinimalWriter {
         }
         return true;
     }
+    bool LeafInt8(unsigned int id, signed char v) { return Fixed(0, id, v, 1); }
+    bool LeafInt16(unsigned int id, short v) { return Fixed(1, id, v, 2); }
     bool LeafUInt8(unsigned int id, unsigned char v) { return Fixed(2, id, v, 1); }
     bool LeafUInt16(unsigned int id, unsigned short v) { return Fixed(3, id, v, 2); }
+    bool LeafBitfield8(unsigned int id, unsigned char v) { return Fixed(4, id, v, 1); }
+    bool LeafBitfield16(unsigned int id, unsigned short v) { return Fixed(5, id, v, 2); }
     bool LeafUInt32(unsigned int id, unsigned int v) { return Fixed(9, id, v, 4); }
+    bool LeafInt32(unsigned int id, int v) {
+        return Fixed(10, id, static_cast<unsigned int>(v), 4);
+    }
+    bool LeafByteStream(unsigned int id, const void* data, unsigned int n) {
+        return Bytes(7, id, static_cast<const char*>(data), n, false);
+    }
     bool LeafString(unsigned int id, const char* text) {
         const unsigned int n = text == nullptr ? 0 : static_cast<unsigned int>(std::strlen(text));
         if (n != 0 && Velmor_UTF8_rfc3629_check_string(text, n, 0) == 0) return false;
@@ -163,7 +174,9 @@ class MinimalWriter {
         m_out.push_back(static_cast<unsigned char>(id));
         return m_out.size();
     }
-    bool Fixed(unsigned int cls, unsigned int id, unsigned int v, unsigned int width) {
+    template <typename Value>
+    bool Fixed(unsigned int cls, unsigned int id, Value value, unsigned int width) {
+        const auto v = static_cast<unsigned int>(static_cast<std::make_unsigned_t<Value>>(value));
         Header(cls, id);
         m_out.push_back(static_cast<unsigned char>(width));
         for (unsigned int i = width; i > 0; --i)

@@ -210,10 +210,10 @@ struct WalkResult {
 
 namespace detail {
 
-inline bool Walk(CheckingTarget& target, const unsigned char* data, std::size_t size,
-                 std::size_t refuseLeaf, bool refuseNodes, bool& ok) {
+// REQUIRES: parser reports to target.
+inline bool Walk(CTLVParser& parser, CheckingTarget& target, const unsigned char* data,
+                 std::size_t size, std::size_t refuseLeaf, bool refuseNodes, bool& ok) {
     target.Start(data, size, refuseLeaf, refuseNodes);
-    CTLVParser parser(target);
     const char* errorText = nullptr;
     unsigned int consumed = 0;
     ok = parser.Parse(data, static_cast<unsigned int>(size), errorText, consumed);
@@ -229,28 +229,29 @@ inline bool Walk(CheckingTarget& target, const unsigned char* data, std::size_t 
 // Walks size bytes (which must stay at most 4 GiB - 1) twice: once answering
 // true to everything, once refusing the leaf numbered refuseAt modulo the
 // leaf count, and every node event. The second walk must repeat the first up
-// to the refusal, then close the open nodes and nothing else.
+// to the refusal, then close the open nodes and nothing else. Both walks use
+// one parser object, as a service parsing stream after stream does.
 inline WalkResult CheckWalk(const unsigned char* data, std::size_t size, std::size_t refuseAt) {
     WalkResult result;
-    CheckingTarget full;
-    if (!detail::Walk(full, data, size, CheckingTarget::kNever, false, result.ok)) {
-        result.fault = full.Finish();
+    CheckingTarget target;
+    CTLVParser parser(target);
+    if (!detail::Walk(parser, target, data, size, CheckingTarget::kNever, false, result.ok)) {
+        result.fault = target.Finish();
         return result;
     }
-    result.leaves = full.Leaves();
+    result.leaves = target.Leaves();
     if (result.leaves == 0) return result;
+    const std::vector<std::uint64_t> a = target.Log();
 
     const std::size_t k = refuseAt % result.leaves;
-    CheckingTarget refusing;
     bool ok = false;
-    if (!detail::Walk(refusing, data, size, k, true, ok)) {
-        result.fault = refusing.Finish();
+    if (!detail::Walk(parser, target, data, size, k, true, ok)) {
+        result.fault = target.Finish();
         return result;
     }
     // Up to the refused leaf the walks agree entry for entry; what follows
     // the refusal is NodeEnds only, which the target has already checked.
-    const std::vector<std::uint64_t>& a = full.Log();
-    const std::vector<std::uint64_t>& b = refusing.Log();
+    const std::vector<std::uint64_t>& b = target.Log();
     std::size_t leavesSeen = 0, i = 0;
     for (; i < b.size() && i < a.size() && leavesSeen <= k; ++i) {
         if (a[i] != b[i]) {
@@ -270,8 +271,9 @@ inline WalkResult CheckWalk(const unsigned char* data, std::size_t size, std::si
 // rebuilt (the creator refuses them) and are skipped.
 inline const char* CheckRebuild(const unsigned char* data, std::size_t size) {
     CheckingTarget original;
+    CTLVParser parser(original);
     bool ok = false;
-    if (!detail::Walk(original, data, size, CheckingTarget::kNever, false, ok) || !ok ||
+    if (!detail::Walk(parser, original, data, size, CheckingTarget::kNever, false, ok) || !ok ||
         original.SawUnknown()) {
         return nullptr;
     }
@@ -289,8 +291,9 @@ inline const char* CheckRebuild(const unsigned char* data, std::size_t size) {
     // Nothing written may come back as no buffer at all, which Parse refuses.
     if (length == 0) return original.Log().empty() ? nullptr : "the rebuilt stream is empty";
     CheckingTarget again;
-    if (!detail::Walk(again, static_cast<const unsigned char*>(out), length, CheckingTarget::kNever,
-                      false, ok)) {
+    CTLVParser reparser(again);
+    if (!detail::Walk(reparser, again, static_cast<const unsigned char*>(out), length,
+                      CheckingTarget::kNever, false, ok)) {
         return again.Finish();
     }
     if (!ok) return "the rebuilt stream does not walk";

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/TlvRoundTrip.h"
 #include "fuzz/TlvWalkCheck.h"
 
 namespace {
@@ -34,11 +35,9 @@ std::vector<unsigned char> Read(const fs::path& file) {
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// Every leaf refused once (up to a bound that keeps large inputs quick), plus
-// the rebuild through the creator.
-void Replay(const fs::path& file, bool mustWalk) {
-    SCOPED_TRACE(file.string());
-    const std::vector<unsigned char> bytes = Read(file);
+// The walk: every leaf refused once (up to a bound that keeps large inputs
+// quick), plus the rebuild through the creator.
+void ReplayWalk(const std::vector<unsigned char>& bytes, bool mustWalk) {
     const PimTlvFuzz::WalkResult first = PimTlvFuzz::CheckWalk(bytes.data(), bytes.size(), 0);
     ASSERT_EQ(first.fault, nullptr) << first.fault;
     if (mustWalk) {
@@ -55,18 +54,42 @@ void Replay(const fs::path& file, bool mustWalk) {
     }
 }
 
-TEST(FuzzRegressions, SeedCorpusWalksCleanly) {
-    const std::vector<fs::path> seeds = FilesUnder(kFuzzDir / "corpus" / "tlv_parser");
-    // An empty list would mean the tree was not found, not that all is well.
-    ASSERT_FALSE(seeds.empty()) << (kFuzzDir / "corpus" / "tlv_parser").string();
-    for (const fs::path& file : seeds) Replay(file, true);
+void ReplayRoundTrip(const std::vector<unsigned char>& bytes, bool) {
+    const char* fault = PimTlvFuzz::CheckRoundTrip(bytes.data(), bytes.size());
+    EXPECT_EQ(fault, nullptr) << fault;
 }
 
-// Other targets' corpora are not all TLV streams (round-trip targets read
-// operations from their bytes); the walk must survive them all the same.
-TEST(FuzzRegressions, EveryCorpusAndRegressionFileWalksSafely) {
-    for (const char* dir : {"corpus", "regressions"}) {
-        for (const fs::path& file : FilesUnder(kFuzzDir / dir)) Replay(file, false);
+// Each target's files go through that target's checks. Files of targets not
+// listed here (item parsers, round trips of items) still go through the walk,
+// which must survive any bytes, TLV or not.
+struct Target {
+    const char* name;
+    void (*replay)(const std::vector<unsigned char>&, bool mustWalk);
+    bool seedsAreStreams;  // its seeds are well-formed streams on purpose
+};
+constexpr Target kTargets[] = {{"tlv_parser", ReplayWalk, true},
+                               {"tlv_roundtrip", ReplayRoundTrip, false}};
+constexpr Target kOtherTarget = {"", ReplayWalk, false};
+
+TEST(FuzzRegressions, EveryTargetHasSeeds) {
+    // An empty list would mean the tree was not found, not that all is well.
+    for (const Target& t : kTargets) {
+        EXPECT_FALSE(FilesUnder(kFuzzDir / "corpus" / t.name).empty())
+            << (kFuzzDir / "corpus" / t.name).string();
+    }
+}
+
+TEST(FuzzRegressions, EverySeedAndRegressionReplaysCleanly) {
+    for (const char* kind : {"corpus", "regressions"}) {
+        for (const fs::path& file : FilesUnder(kFuzzDir / kind)) {
+            SCOPED_TRACE(file.string());
+            const std::string name = file.lexically_relative(kFuzzDir / kind).begin()->string();
+            const Target* target = &kOtherTarget;
+            for (const Target& t : kTargets) {
+                if (name == t.name) target = &t;
+            }
+            target->replay(Read(file), target->seedsAreStreams && std::string(kind) == "corpus");
+        }
     }
 }
 
