@@ -74,8 +74,8 @@ class CheckingTarget : public ITLV {
                  const unsigned int& length) override {
         m_sawUnknown = true;
         if (elementClass <= Int32) Fault("a defined class reached Unknown");
-        Inside(value, length, "an unknown value lies outside the stream");
-        return Leaf(0, typeId, Mix(elementClass, value, length));
+        const bool inside = Inside(value, length, "an unknown value lies outside the stream");
+        return Leaf(0, typeId, inside ? Mix(elementClass, value, length) : 0);
     }
     bool NodeBegin(const unsigned int& typeId) override {
         Event(1, typeId, 0);
@@ -135,8 +135,8 @@ class CheckingTarget : public ITLV {
     }
     bool LeafByteStream(const unsigned int& id, const void* data,
                         const unsigned int& length) override {
-        Inside(data, length, "a byte stream lies outside the stream");
-        return Leaf(10, id, Mix(14695981039346656037ull, data, length));
+        const bool inside = Inside(data, length, "a byte stream lies outside the stream");
+        return Leaf(10, id, inside ? Mix(14695981039346656037ull, data, length) : 0);
     }
     bool LeafUInt32(const unsigned int& id, const unsigned int& v) override {
         return Leaf(11, id, v);
@@ -170,13 +170,13 @@ class CheckingTarget : public ITLV {
         m_refused = true;
         return false;
     }
-    void Inside(const void* value, std::size_t length, const char* what) {
+    // Whether length bytes at value lie in the stream (and so may be read).
+    bool Inside(const void* value, std::size_t length, const char* what) {
         const auto* p = static_cast<const unsigned char*>(value);
-        if (length == 0) return;
-        if (p == nullptr || p < m_stream || p + length > m_stream + m_size)
-            Fault(what);
-        else
-            Mix(0, p, length);  // touch every byte
+        if (length == 0) return true;
+        if (p != nullptr && p >= m_stream && p + length <= m_stream + m_size) return true;
+        Fault(what);
+        return false;
     }
     // Texts handed out must stay readable and unchanged until Parse returns:
     // receivers keep them until the enclosing node ends.
