@@ -50,98 +50,40 @@ constexpr Step U32(unsigned int id, unsigned int v) {
 
 // One calendar event as an item creator writes it: root, component, instance,
 // then 20 property nodes (three of them attendees), some with x-parameters.
+// clang-format off
 constexpr Step kEvent[] = {
-    B(1),
-    B(103),
-    U32(10, 42),
-    B(202),
-    S(302, "-//Velmor//PIM Sync 4.2//EN"),
-    E(202),
-    B(203),
-    S(1015, "2.0"),
-    E(203),
-    B(206),
-    S(1003, "PUBLIC"),
-    E(206),
-    B(208),
-    S(1002, "en"),
-    S(312,
-      "Quarterly planning review: walk through the roadmap, agree on the hiring plan "
-      "and settle the travel budget for the next two quarters."),
-    E(208),
-    B(210),
-    S(1002, "en"),
-    S(315, "Building 4, Room 2.17 (Harbour View)"),
-    E(210),
-    B(212),
-    U8(317, 5),
-    E(212),
-    B(214),
-    S(319, "CONFIRMED"),
-    E(214),
-    B(215),
-    S(320, "Quarterly planning review"),
-    S(1013, "X-VELMOR-COLOR"),
-    S(1014, "#3A7BD5"),
-    E(215),
-    B(219),
-    S(1007, "20261124T090000Z"),
-    S(323, "Europe/Berlin"),
-    E(219),
-    B(217),
-    S(1007, "20261124T103000Z"),
-    S(323, "Europe/Berlin"),
-    E(217),
-    B(234),
-    S(1010, "8f14e45f-ceea-467f-a0e6-7c2b1d5e9a31@velmor.example"),
-    E(234),
-    B(242),
-    S(1007, "20261120T151500Z"),
-    E(242),
-    B(244),
-    S(1007, "20261121T080000Z"),
-    E(244),
-    B(245),
-    U16(367, 3),
-    E(245),
-    B(900),
-    S(1004, "Work"),
-    S(1004, "Planning"),
-    S(1013, "X-SOURCE"),
-    S(1014, "team-calendar"),
-    E(900),
-    B(230),
-    S(338, "Dana Whitfield"),
-    S(340, "mailto:dana.whitfield@example.com"),
-    S(1013, "X-ROOM-BOOKER"),
-    S(1014, "yes"),
-    E(230),
-    B(228),
-    S(333, "ACCEPTED"),
-    U8(334, 1),
-    S(338, "Jonas Ekström"),
-    S(340, "mailto:jonas.ekstroem@example.com"),
-    S(1013, "X-NUM-GUESTS"),
-    S(1014, "1"),
-    E(228),
-    B(228),
-    S(333, "TENTATIVE"),
-    U8(334, 1),
-    S(338, "Priya Raman"),
-    S(340, "mailto:priya.raman@example.com"),
-    E(228),
-    B(228),
-    S(333, "NEEDS-ACTION"),
-    U8(334, 0),
-    S(338, "Li Wei"),
-    S(340, "mailto:li.wei@example.com"),
-    E(228),
-    B(252),
-    U8(377, 0),
-    E(252),
-    E(103),
-    E(1),
+    B(1), B(103), U32(10, 42),
+    B(202), S(302, "-//Velmor//PIM Sync 4.2//EN"), E(202),
+    B(203), S(1015, "2.0"), E(203),
+    B(206), S(1003, "PUBLIC"), E(206),
+    B(208), S(1002, "en"),
+        S(312, "Quarterly planning review: walk through the roadmap, agree on the hiring plan "
+               "and settle the travel budget for the next two quarters."), E(208),
+    B(210), S(1002, "en"), S(315, "Building 4, Room 2.17 (Harbour View)"), E(210),
+    B(212), U8(317, 5), E(212),
+    B(214), S(319, "CONFIRMED"), E(214),
+    B(215), S(320, "Quarterly planning review"), S(1013, "X-VELMOR-COLOR"), S(1014, "#3A7BD5"),
+        E(215),
+    B(219), S(1007, "20261124T090000Z"), S(323, "Europe/Berlin"), E(219),
+    B(217), S(1007, "20261124T103000Z"), S(323, "Europe/Berlin"), E(217),
+    B(234), S(1010, "8f14e45f-ceea-467f-a0e6-7c2b1d5e9a31@velmor.example"), E(234),
+    B(242), S(1007, "20261120T151500Z"), E(242),
+    B(244), S(1007, "20261121T080000Z"), E(244),
+    B(245), U16(367, 3), E(245),
+    B(900), S(1004, "Work"), S(1004, "Planning"), S(1013, "X-SOURCE"), S(1014, "team-calendar"),
+        E(900),
+    B(230), S(338, "Dana Whitfield"), S(340, "mailto:dana.whitfield@example.com"),
+        S(1013, "X-ROOM-BOOKER"), S(1014, "yes"), E(230),
+    B(228), S(333, "ACCEPTED"), U8(334, 1), S(338, "Jonas Ekström"),
+        S(340, "mailto:jonas.ekstroem@example.com"), S(1013, "X-NUM-GUESTS"), S(1014, "1"), E(228),
+    B(228), S(333, "TENTATIVE"), U8(334, 1), S(338, "Priya Raman"),
+        S(340, "mailto:priya.raman@example.com"), E(228),
+    B(228), S(333, "NEEDS-ACTION"), U8(334, 0), S(338, "Li Wei"),
+        S(340, "mailto:li.wei@example.com"), E(228),
+    B(252), U8(377, 0), E(252),
+    E(103), E(1),
 };
+// clang-format on
 
 struct Shape {
     const char* name;
@@ -330,7 +272,8 @@ BENCHMARK_CAPTURE(WriteMinimal, 1MB, kMegabyteShape);
 
 // ---- ratios ---------------------------------------------------------------------------
 
-// Console output as usual, plus the best time per benchmark for the ratios.
+// Console output as usual, plus the best CPU time per benchmark for the ratios
+// (CPU time, because the machines that run this are often shared).
 class RatioReporter : public benchmark::ConsoleReporter {
   public:
     void ReportRuns(const std::vector<Run>& runs) override {
@@ -338,7 +281,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
             const std::string name = run.benchmark_name();
-            const double t = run.GetAdjustedRealTime();
+            const double t = run.GetAdjustedCPUTime();
             auto it = m_best.find(name);
             if (it == m_best.end() || t < it->second) m_best[name] = t;
         }
