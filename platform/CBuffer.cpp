@@ -73,7 +73,9 @@ bool CBuffer::copyTo(const void* source, unsigned int count, unsigned int positi
     return true;
 }
 
-bool CBuffer::reserve(unsigned int capacity) { return grow(capacity); }
+bool CBuffer::reserve(unsigned int capacity) {
+    return grow(capacity);
+}
 
 bool CBuffer::resize(unsigned int size) {
     if (size > m_size) {

@@ -11,7 +11,7 @@ namespace PAL {
 // geometrically (at least by the allocation step given to the constructor),
 // so a writer that places bytes one piece after another is amortised O(1).
 class PIMTLV_API CBuffer {
-public:
+  public:
     // size: initial byte count (zero-filled); growBy: minimum allocation step.
     explicit CBuffer(unsigned int size = 0, unsigned int growBy = 1024);
     CBuffer(const CBuffer& other);
@@ -39,7 +39,7 @@ public:
     const unsigned char* getData() const noexcept { return m_data.get(); }
     unsigned char* getData() noexcept { return m_data.get(); }
 
-private:
+  private:
     bool grow(unsigned long long needed);
 
     std::unique_ptr<unsigned char[]> m_data;

@@ -28,9 +28,8 @@ void CDateAndTime::setTime(unsigned int hour, unsigned int minute, unsigned int 
 }
 
 bool CDateAndTime::operator==(const CDateAndTime& o) const noexcept {
-    return m_year == o.m_year && m_month == o.m_month && m_day == o.m_day &&
-           m_hour == o.m_hour && m_minute == o.m_minute && m_second == o.m_second &&
-           m_microseconds == o.m_microseconds;
+    return m_year == o.m_year && m_month == o.m_month && m_day == o.m_day && m_hour == o.m_hour &&
+           m_minute == o.m_minute && m_second == o.m_second && m_microseconds == o.m_microseconds;
 }
 
 namespace DateAndTimeUtilities {
@@ -101,8 +100,8 @@ bool FromString(CDateAndTime& value, const char* text, eDateTimeFormat format,
         return false;
     }
     if (length > 8) {
-        if (text[8] != 'T' || !ReadDigits(text + 9, 2, hour) ||
-            !ReadDigits(text + 11, 2, minute) || !ReadDigits(text + 13, 2, second)) {
+        if (text[8] != 'T' || !ReadDigits(text + 9, 2, hour) || !ReadDigits(text + 11, 2, minute) ||
+            !ReadDigits(text + 13, 2, second)) {
             return false;
         }
         if (length == 16 && text[15] != 'Z') return false;

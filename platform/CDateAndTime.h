@@ -9,7 +9,7 @@ namespace PAL {
 // A calendar date and wall-clock time with microseconds. No time zone is
 // attached: zones travel beside the value as text where the format has one.
 class PIMTLV_API CDateAndTime {
-public:
+  public:
     CDateAndTime() = default;
     CDateAndTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour = 0,
                  unsigned int minute = 0, unsigned int second = 0,
@@ -30,7 +30,7 @@ public:
     bool operator==(const CDateAndTime& other) const noexcept;
     bool operator!=(const CDateAndTime& other) const noexcept { return !(*this == other); }
 
-private:
+  private:
     unsigned int m_year = 0;
     unsigned int m_month = 0;
     unsigned int m_day = 0;
@@ -65,8 +65,8 @@ struct STimeZoneOffset {
 };
 
 // Returns the text form, or the empty text for a format other than 1.
-PIMTLV_API CString ToString(const CDateAndTime& value, eDateTimeFormat format,
-                            unsigned int flags, const STimeZoneOffset& offset);
+PIMTLV_API CString ToString(const CDateAndTime& value, eDateTimeFormat format, unsigned int flags,
+                            const STimeZoneOffset& offset);
 // Writes the text form into out (reusing its memory); false for format != 1.
 PIMTLV_API bool ToString(const CDateAndTime& value, eDateTimeFormat format, unsigned int flags,
                          const STimeZoneOffset& offset, CString& out);

@@ -12,7 +12,7 @@ namespace PAL {
 // Owned, zero-terminated text. Every operation that may allocate reports an
 // allocation failure by returning false and leaves the text as it was.
 class PIMTLV_API CString {
-public:
+  public:
     CString() = default;
     CString(const char* text);  // NOLINT(google-explicit-constructor): texts convert freely
     CString(const char* text, std::size_t length);
@@ -47,7 +47,7 @@ public:
     bool operator!=(const CString& other) const noexcept { return m_text != other.m_text; }
     bool operator==(const char* other) const noexcept;
 
-private:
+  private:
     std::string m_text;
 };
 

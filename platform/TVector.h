@@ -11,7 +11,7 @@ namespace PAL {
 // than throwing, so codec code never sees an exception.
 template <typename T>
 class TVector {
-public:
+  public:
     TVector() = default;
     TVector(std::initializer_list<T> items) : m_items(items) {}
 
@@ -47,7 +47,9 @@ public:
     const T* at(unsigned int index) const noexcept {
         return index < m_items.size() ? &m_items[index] : nullptr;
     }
-    T* at(unsigned int index) noexcept { return index < m_items.size() ? &m_items[index] : nullptr; }
+    T* at(unsigned int index) noexcept {
+        return index < m_items.size() ? &m_items[index] : nullptr;
+    }
     // Pointer to the last element, or null when empty.
     T* last() noexcept { return m_items.empty() ? nullptr : &m_items.back(); }
     const T* last() const noexcept { return m_items.empty() ? nullptr : &m_items.back(); }
@@ -69,7 +71,7 @@ public:
     bool operator==(const TVector& other) const { return m_items == other.m_items; }
     bool operator!=(const TVector& other) const { return m_items != other.m_items; }
 
-private:
+  private:
     std::vector<T> m_items;
 };
 

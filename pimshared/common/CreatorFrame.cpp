@@ -25,8 +25,8 @@ bool CTLVCreatorFrame::AddXParams(const PAL::TVector<tXParam>& xParams) {
 bool CTLVCreatorFrame::AddDateTime(const PAL::CDateAndTime& dateTime, const char* zone) {
     if (!m_creator) return false;
     const PAL::DateAndTimeUtilities::STimeZoneOffset offset;
-    if (!PAL::DateAndTimeUtilities::ToString(dateTime, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar,
-                                             0, offset, m_dateText)) {
+    if (!PAL::DateAndTimeUtilities::ToString(
+            dateTime, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar, 0, offset, m_dateText)) {
         return false;
     }
     bool ok = m_creator->LeafString(TypeIdValTypeDateTime, m_dateText.c_str());
@@ -34,7 +34,9 @@ bool CTLVCreatorFrame::AddDateTime(const PAL::CDateAndTime& dateTime, const char
     return ok;
 }
 
-bool CTLVCreatorFrame::FrameReset() { return m_creator && m_creator->Reset(); }
+bool CTLVCreatorFrame::FrameReset() {
+    return m_creator && m_creator->Reset();
+}
 
 bool CTLVCreatorFrame::FrameGetData(const void*& data, unsigned int& length) {
     return m_creator && m_creator->GetData(data, length);

@@ -17,7 +17,7 @@ namespace PimShared {
 // the forwarding of Reset and GetData. An item creator derives from its
 // I<Item>Creator interface and from this frame.
 class PIMTLV_API CTLVCreatorFrame {
-public:
+  public:
     CTLVCreatorFrame();
     virtual ~CTLVCreatorFrame();
     CTLVCreatorFrame(const CTLVCreatorFrame&) = delete;
@@ -31,14 +31,14 @@ public:
     // succeeded and zone is not null, LeafString(323, zone).
     bool AddDateTime(const PAL::CDateAndTime& dateTime, const char* zone);
 
-protected:
+  protected:
     // The owned creator, or null when it could not be made.
     ParserCreatorCollection::CTLVCreator* Tlv() noexcept { return m_creator.get(); }
 
     bool FrameReset();
     bool FrameGetData(const void*& data, unsigned int& length);
 
-private:
+  private:
     std::unique_ptr<ParserCreatorCollection::CTLVCreator> m_creator;
     PAL::CString m_dateText;  // reused for every date-time written
 };

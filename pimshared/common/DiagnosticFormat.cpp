@@ -32,28 +32,28 @@ bool FormatDiagnostic(PAL::CString& out, const char* fmt, ...) {
             continue;
         }
         ok = out.append(run, static_cast<std::size_t>(p - run));
-        const char spec = p[1];
+        const char conversion = p[1];
         char number[24];
         char* end = number + sizeof number;
-        if (spec == 'd') {
+        if (conversion == 'd') {
             const int v = va_arg(args, int);
             const long long wide = v;
             char* start = Digits(end, static_cast<unsigned long long>(wide < 0 ? -wide : wide));
             if (wide < 0) *--start = '-';
             ok = ok && out.append(start, static_cast<std::size_t>(end - start));
-        } else if (spec == 'u') {
+        } else if (conversion == 'u') {
             char* start = Digits(end, va_arg(args, unsigned int));
             ok = ok && out.append(start, static_cast<std::size_t>(end - start));
-        } else if (spec == 's') {
+        } else if (conversion == 's') {
             const char* s = va_arg(args, const char*);
             ok = ok && out.append(s == nullptr ? "(null)" : s);
-        } else if (spec == '%') {
+        } else if (conversion == '%') {
             ok = ok && out.append('%');
         } else {
             // Not a shape of ours: copy it as it stands.
-            ok = ok && out.append(p, spec == 0 ? 1 : 2);
+            ok = ok && out.append(p, conversion == 0 ? 1 : 2);
         }
-        p += spec == 0 ? 1 : 2;
+        p += conversion == 0 ? 1 : 2;
         run = p;
     }
     if (ok) ok = out.append(run, static_cast<std::size_t>(p - run));

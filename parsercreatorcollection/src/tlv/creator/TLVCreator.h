@@ -22,7 +22,7 @@ namespace ParserCreatorCollection {
 // top-level node whose content would reach that size: the length field cannot
 // say it, and an older writer looped forever on such lengths.
 class PIMTLV_API CTLVCreator : private ITLV {
-public:
+  public:
     CTLVCreator();
     ~CTLVCreator() override;
     CTLVCreator(const CTLVCreator&) = delete;
@@ -58,7 +58,7 @@ public:
 
     class CTLVCreatorImpl;
 
-private:
+  private:
     std::unique_ptr<CTLVCreatorImpl> m_impl;
 };
 

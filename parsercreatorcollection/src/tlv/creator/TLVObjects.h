@@ -19,7 +19,7 @@ class CTLVElementFactory;  // the creator's arena-backed maker of elements
 // by a caller with new are owned by whoever holds them, and by the node once
 // handed to CTLVObjNode::Add.
 class PIMTLV_API CTLVObject {
-public:
+  public:
     explicit CTLVObject(const unsigned int& typeId) noexcept : m_typeId(typeId) {}
     virtual ~CTLVObject();
     CTLVObject(const CTLVObject&) = delete;
@@ -46,7 +46,7 @@ public:
     static unsigned short HostToTLV16(const unsigned short& value) noexcept;
     static unsigned int HostToTLV32(const unsigned int& value) noexcept;
 
-protected:
+  protected:
     // Writes the header word and the length field of this element at offset.
     bool WriteHeader(PAL::CBuffer& buffer, unsigned int& offset, const eClass& elementClass) const;
 
@@ -55,7 +55,7 @@ protected:
     // instead and never reach this.
     virtual unsigned char* EncodeValue(unsigned char* out) = 0;
 
-private:
+  private:
     friend class CTLVObjNode;
     friend class CTLVElementFactory;
     // Writes the whole element at out (room for GetLength() bytes), consuming
@@ -79,7 +79,7 @@ private:
 // content length is summed as children arrive, so a node's length costs O(1)
 // however deep the tree. Destroying and writing a tree never recurse.
 class PIMTLV_API CTLVObjNode : public CTLVObject {
-public:
+  public:
     explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {
         m_isNode = true;
     }
@@ -98,10 +98,10 @@ public:
     // Content length without the 32-bit clamp of GetValueLength.
     unsigned long long GetContentLength() const noexcept { return m_contentLength; }
 
-protected:
+  protected:
     unsigned char* EncodeValue(unsigned char* out) override;
 
-private:
+  private:
     friend class CTLVObject;
     friend class CTLVElementFactory;
     void Append(CTLVObject* child) noexcept;
@@ -117,17 +117,17 @@ private:
 // width on the wire.
 template <eClass Class, typename Value, unsigned int Width>
 class PIMTLV_API CTLVObjNumber : public CTLVObject {
-public:
+  public:
     CTLVObjNumber(const unsigned int& typeId, const Value& value) noexcept
         : CTLVObject(typeId), m_value(value) {}
     eClass GetClass() const override { return Class; }
     unsigned int GetValueLength() const override { return Width; }
     const Value& GetValue() const noexcept { return m_value; }
 
-protected:
+  protected:
     unsigned char* EncodeValue(unsigned char* out) override;
 
-private:
+  private:
     Value m_value;
 };
 
@@ -152,16 +152,16 @@ extern template class PIMTLV_API CTLVObjNumber<Int32, int, 4>;
 // A text leaf: the UTF-8 bytes and one terminating zero byte. A null text is
 // the empty text. Writing releases the text.
 class PIMTLV_API CTLVObjString : public CTLVObject {
-public:
+  public:
     CTLVObjString(const unsigned int& typeId, const char* text);
     eClass GetClass() const override { return String; }
     unsigned int GetValueLength() const override { return m_textLength + 1; }
     const char* GetText() const noexcept { return m_text; }
 
-protected:
+  protected:
     unsigned char* EncodeValue(unsigned char* out) override;
 
-private:
+  private:
     friend class CTLVElementFactory;
     struct ArenaText {};
     // Refers to text already copied into a creator's arena.
@@ -175,16 +175,16 @@ private:
 
 // A byte-stream leaf: the bytes as given, no terminator.
 class PIMTLV_API CTLVObjByteStream : public CTLVObject {
-public:
+  public:
     CTLVObjByteStream(const unsigned int& typeId, const void* data, const unsigned int& length);
     eClass GetClass() const override { return ByteStream; }
     unsigned int GetValueLength() const override { return m_count; }
     const void* GetBytes() const noexcept { return m_bytes; }
 
-protected:
+  protected:
     unsigned char* EncodeValue(unsigned char* out) override;
 
-private:
+  private:
     friend class CTLVElementFactory;
     struct ArenaBytes {};
     CTLVObjByteStream(const unsigned int& typeId, const unsigned char* arenaBytes,

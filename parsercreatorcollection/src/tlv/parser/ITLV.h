@@ -28,7 +28,7 @@ enum eClass : unsigned int {
 // A parser reports to it; the creator implements it, so a walk can rebuild a
 // stream. Every operation answers true to go on.
 class PIMTLV_API ITLV {
-public:
+  public:
     virtual bool Unknown(const eClass& elementClass, const unsigned int& typeId, const void* value,
                          const unsigned int& length) = 0;
     virtual bool NodeBegin(const unsigned int& typeId) = 0;
@@ -46,7 +46,7 @@ public:
     virtual bool LeafInt32(const unsigned int& typeId, const int& value) = 0;
     virtual ~ITLV() = default;
 
-protected:
+  protected:
     ITLV() = default;
     ITLV(const ITLV&) = default;
     ITLV& operator=(const ITLV&) = default;

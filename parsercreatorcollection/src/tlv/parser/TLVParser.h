@@ -22,7 +22,7 @@ namespace ParserCreatorCollection {
 // The walk is iterative: nesting depth costs heap memory linear in the depth
 // (one small frame per open node, kept between parses), never call stack.
 class PIMTLV_API CTLVParser {
-public:
+  public:
     explicit CTLVParser(ITLV& target);
     virtual ~CTLVParser();
     CTLVParser(const CTLVParser&) = delete;
@@ -39,7 +39,7 @@ public:
     // Size of the error text buffer, terminating zero included.
     static constexpr unsigned int ErrorTextSize = 512;
 
-protected:
+  protected:
     // Each reader takes bytes at the position and advances it only on success.
     // REQUIRES: size is the declared value length; fails unless it is exactly
     // 1, 2 or 4 respectively, and unless that many bytes are left.
@@ -66,7 +66,7 @@ protected:
     ITLV& m_target;
     char m_errorText[ErrorTextSize] = {};
 
-private:
+  private:
     struct Frame {
         unsigned int typeId;
         unsigned int end;  // offset one past the node's value

@@ -14,7 +14,7 @@ namespace ParserCreatorCollection {
 // Rewind. The first block is kept between streams, so a creator that writes
 // items of similar size stops allocating after the first one.
 class CElementArena {
-public:
+  public:
     CElementArena() = default;
     CElementArena(const CElementArena&) = delete;
     CElementArena& operator=(const CElementArena&) = delete;
@@ -52,7 +52,7 @@ public:
         m_next = m_end = nullptr;
     }
 
-private:
+  private:
     static constexpr std::size_t kAlign = alignof(std::max_align_t);
     static constexpr std::size_t kFirstBlock = 4096;
 

@@ -45,7 +45,7 @@ void Trace(int level, int line) {
 
 // Makes elements in a creator's arena. Friend of the element classes.
 class CTLVElementFactory {
-public:
+  public:
     template <typename Element, typename... Args>
     static Element* Make(CElementArena& arena, Args&&... args) noexcept {
         void* memory = arena.Allocate(sizeof(Element));
@@ -64,8 +64,8 @@ public:
         return Make<CTLVObjString>(arena, typeId, copy, length, CTLVObjString::ArenaText{});
     }
 
-    static CTLVObjByteStream* MakeBytes(CElementArena& arena, unsigned int typeId,
-                                        const void* data, unsigned int length) noexcept {
+    static CTLVObjByteStream* MakeBytes(CElementArena& arena, unsigned int typeId, const void* data,
+                                        unsigned int length) noexcept {
         unsigned char* copy = nullptr;
         if (length != 0) {
             copy = static_cast<unsigned char*>(arena.Allocate(length));
@@ -91,7 +91,7 @@ public:
 };
 
 class CTLVCreator::CTLVCreatorImpl {
-public:
+  public:
     CTLVCreatorImpl() : m_root(0), m_output(0, 1024) {}
     ~CTLVCreatorImpl() {
         Reset();
@@ -236,7 +236,7 @@ public:
         return true;
     }
 
-private:
+  private:
     // The top level is held as the children of a node that is never written.
     struct Root : CTLVObjNode {
         explicit Root(unsigned int id) : CTLVObjNode(id) {}
@@ -267,7 +267,7 @@ private:
     Root m_root;                       // top-level elements, in the order created
     std::vector<CTLVObjNode*> m_open;  // open nodes, innermost last; owned until closed
     PAL::CBuffer m_output;
-    CElementArena m_arena;             // storage of every element above
+    CElementArena m_arena;  // storage of every element above
 };
 
 CTLVCreator::CTLVCreator() : m_impl(new (std::nothrow) CTLVCreatorImpl()) {}
@@ -282,7 +282,9 @@ bool CTLVCreator::NodeBegin(const unsigned int& typeId) {
     return m_impl && m_impl->NodeBegin(typeId);
 }
 
-bool CTLVCreator::NodeEnd(const unsigned int& typeId) { return m_impl && m_impl->NodeEnd(typeId); }
+bool CTLVCreator::NodeEnd(const unsigned int& typeId) {
+    return m_impl && m_impl->NodeEnd(typeId);
+}
 
 bool CTLVCreator::LeafInt8(const unsigned int& typeId, const signed char& value) {
     return m_impl && m_impl->Leaf<CTLVObjInt8>(typeId, value, LineInt8);
@@ -325,7 +327,9 @@ bool CTLVCreator::LeafInt32(const unsigned int& typeId, const int& value) {
     return m_impl && m_impl->Leaf<CTLVObjInt32>(typeId, value, LineInt32);
 }
 
-bool CTLVCreator::Reset() { return m_impl && m_impl->Reset(); }
+bool CTLVCreator::Reset() {
+    return m_impl && m_impl->Reset();
+}
 
 bool CTLVCreator::GetData(const void*& data, unsigned int& length) {
     return m_impl && m_impl->GetData(data, length);

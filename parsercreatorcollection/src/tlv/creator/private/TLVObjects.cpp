@@ -24,9 +24,9 @@ unsigned char* PutBigEndian(unsigned char* out, Value value) {
 }  // namespace
 
 const char* ClassDisplayName(unsigned int elementClass) noexcept {
-    static constexpr const char* kNames[] = {"Int8",      "Int16",      "UInt8",  "UInt16",
-                                             "Bitfield8", "Bitfield16", "String", "Byte Stream",
-                                             "Node Begin", "UInt32",    "Int32"};
+    static constexpr const char* kNames[] = {"Int8",       "Int16",      "UInt8",  "UInt16",
+                                             "Bitfield8",  "Bitfield16", "String", "Byte Stream",
+                                             "Node Begin", "UInt32",     "Int32"};
     static_assert(sizeof kNames / sizeof kNames[0] == Int32 + 1, "one name per defined class");
     return elementClass <= Int32 ? kNames[elementClass] : nullptr;
 }
@@ -67,7 +67,8 @@ unsigned int CTLVObject::GetLength() const {
     return 2 + WriteLengthField(value, nullptr) + value;
 }
 
-unsigned char* CTLVObject::EncodeHeader(unsigned char* out, unsigned int valueLength) const noexcept {
+unsigned char* CTLVObject::EncodeHeader(unsigned char* out,
+                                        unsigned int valueLength) const noexcept {
     const unsigned int word = (static_cast<unsigned int>(GetClass()) << 12) | (m_typeId & 0xFFFu);
     out[0] = static_cast<unsigned char>(word >> 8);
     out[1] = static_cast<unsigned char>(word & 0xFFu);
@@ -95,13 +96,12 @@ unsigned char* CTLVObject::Encode(unsigned char* out) {
 
 bool CTLVObject::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
     const unsigned long long total =
-        GetClass() == Node
-            ? 2 + WriteLengthField(GetValueLength(), nullptr) +
-                  static_cast<const CTLVObjNode*>(this)->GetContentLength()
-            : GetLength();
+        GetClass() == Node ? 2 + WriteLengthField(GetValueLength(), nullptr) +
+                                 static_cast<const CTLVObjNode*>(this)->GetContentLength()
+                           : GetLength();
     const unsigned long long end = offset + total;
-    if ((GetClass() == Node && static_cast<const CTLVObjNode*>(this)->GetContentLength() >
-                                   MaxValueLength) ||
+    if ((GetClass() == Node &&
+         static_cast<const CTLVObjNode*>(this)->GetContentLength() > MaxValueLength) ||
         end > 0xFFFFFFFFull) {
         return false;
     }
@@ -123,7 +123,9 @@ void CTLVObject::Dispose(CTLVObject* object) noexcept {
 
 // ---- CTLVObjNode --------------------------------------------------------------
 
-CTLVObjNode::~CTLVObjNode() { DisposeChildren(); }
+CTLVObjNode::~CTLVObjNode() {
+    DisposeChildren();
+}
 
 void CTLVObjNode::DisposeChildren() noexcept {
     // One work list through the sibling links: a node's children are spliced in
@@ -148,7 +150,8 @@ void CTLVObjNode::DisposeChildren() noexcept {
 }
 
 unsigned int CTLVObjNode::GetValueLength() const {
-    return m_contentLength > 0xFFFFFFFFull ? 0xFFFFFFFFu : static_cast<unsigned int>(m_contentLength);
+    return m_contentLength > 0xFFFFFFFFull ? 0xFFFFFFFFu
+                                           : static_cast<unsigned int>(m_contentLength);
 }
 
 bool CTLVObjNode::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
@@ -232,11 +235,13 @@ template class CTLVObjNumber<Int32, int, 4>;
 // ---- String -------------------------------------------------------------------
 
 CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* text)
-    : CTLVObject(typeId), m_owned(text), m_text(m_owned.c_str()),
+    : CTLVObject(typeId),
+      m_owned(text),
+      m_text(m_owned.c_str()),
       m_textLength(static_cast<unsigned int>(m_owned.length())) {}
 
-CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* arenaText,
-                             unsigned int length, ArenaText) noexcept
+CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* arenaText, unsigned int length,
+                             ArenaText) noexcept
     : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {}
 
 unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {

@@ -189,7 +189,8 @@ bool CTLVParser::parseBuffer(const unsigned int& limit) {
     // innermost end is the limit of every read, so a child can never run past
     // its parent and no read can leave the stream.
     const std::size_t base = m_stack.size();
-    const unsigned int outerEnd = m_position + (limit < remaining(m_length) ? limit : remaining(m_length));
+    const unsigned int outerEnd =
+        m_position + (limit < remaining(m_length) ? limit : remaining(m_length));
     const unsigned int savedEnd = m_end;
     bool ok = true;
     for (;;) {

@@ -1,0 +1,181 @@
+// A contact with a typical set of properties and a 20 KB photo: writing it
+// (every operation, End and GetData), parsing it back into a receiver, and
+// the plain TLV walk of the same bytes as the floor the parser stands on.
+
+#include <benchmark/benchmark.h>
+
+#include <vector>
+
+#include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
+#include "pimshared/contact/TLVContactCreator.h"
+#include "pimshared/contact/TLVContactParser.h"
+
+namespace {
+
+using Texts = PAL::TVector<const char*>;
+using XParams = PAL::TVector<PimShared::tXParam>;
+
+const std::vector<unsigned char>& PhotoBytes() {
+    static const std::vector<unsigned char> photo = [] {
+        std::vector<unsigned char> p(20 * 1024);
+        for (std::size_t i = 0; i < p.size(); ++i) p[i] = static_cast<unsigned char>(i * 31u);
+        return p;
+    }();
+    return photo;
+}
+
+bool WriteContact(PimShared::CTLVContactCreator& c, unsigned int instance) {
+    static const XParams x = {{"X-SOURCE", "phone"}};
+    static const XParams none;
+    static const Texts categories = {"Friends", "Work"};
+    static const Texts units = {"Engineering", "Platform"};
+    const std::vector<unsigned char>& photo = PhotoBytes();
+    const unsigned int photoLength = static_cast<unsigned int>(photo.size());
+    return c.Reset() && c.Begin(instance) && c.Version("3.0") &&
+           c.FormattedName("Ann-Kathrin Lee", nullptr, none) &&
+           c.Name("Lee", "Ann-Kathrin", nullptr, "Dr.", nullptr, "de", none) &&
+           c.Telephone("+49 30 1234567", 0x11, 0, 0, nullptr, x) &&
+           c.Telephone("+49 170 7654321", 0x21, 1, 0, nullptr, none) &&
+           c.Email("ann.lee@example.org", 0x01) && c.Email("ann@home.example", 0x02) &&
+           c.Address(nullptr, nullptr, "Hauptstrasse 5", "Berlin", nullptr, "10115", "Germany",
+                     0x04, nullptr, none) &&
+           c.Organization("Example GmbH", units) && c.Title("Engineer", nullptr, none) &&
+           c.Note("Met at the conference; prefers e-mail.", "en", none) &&
+           c.Birthday("19850412", nullptr) && c.Categories(categories, nullptr, none) &&
+           c.URL("https://example.org/~ann") && c.UID("4f1c2a9e-0d6b-4f7e-9a43-1b2c3d4e5f60") &&
+           c.Photo(nullptr, "image/jpeg", photo.data(), photoLength, nullptr) &&
+           c.PhotoAvailability(true) && c.End();
+}
+
+// Counts what arrives and keeps nothing.
+class CountingReceiver : public PimShared::IContactReceiver {
+  public:
+    unsigned long long calls = 0;
+    // clang-format off
+    bool TraceMessage(const int&, const char*) override { return Count(); }
+    bool Begin(const unsigned int&) override { return Count(); }
+    bool End() override { return Count(); }
+    bool FormattedName(const char*, const char*, const XParams&) override { return Count(); }
+    bool Name(const char*, const char*, const char*, const char*, const char*, const char*, const XParams&) override { return Count(); }
+    bool Nickname(const Texts&, const char*, const XParams&) override { return Count(); }
+    bool Photo(const char*, const char*, const void*, const unsigned int&, const char*) override { return Count(); }
+    bool Birthday(const char*, const char*) override { return Count(); }
+    bool Address(const char*, const char*, const char*, const char*, const char*, const char*, const char*,
+                 const unsigned char&, const char*, const XParams&) override { return Count(); }
+    bool Label(const char*, const unsigned char&, const char*, const XParams&) override { return Count(); }
+    bool Telephone(const char*, const unsigned short&, const unsigned char&, const unsigned short&, const char*,
+                   const XParams&) override { return Count(); }
+    bool Email(const char*, const unsigned char&) override { return Count(); }
+    bool Mailer(const char*, const char*, const XParams&) override { return Count(); }
+    bool Timezone(const char*, const char*) override { return Count(); }
+    bool GeographicPosition(const char*, const char*) override { return Count(); }
+    bool Title(const char*, const char*, const XParams&) override { return Count(); }
+    bool Role(const char*, const char*, const XParams&) override { return Count(); }
+    bool Logo(const char*, const char*, const void*, const unsigned int&, const char*) override { return Count(); }
+    bool Agent(const char*, const char*) override { return Count(); }
+    bool Organization(const char*, const Texts&) override { return Count(); }
+    bool Categories(const Texts&, const char*, const XParams&) override { return Count(); }
+    bool Note(const char*, const char*, const XParams&) override { return Count(); }
+    bool Revision(const char*, const char*) override { return Count(); }
+    bool SortString(const char*, const char*, const XParams&) override { return Count(); }
+    bool Sound(const char*, const char*, const void*, const unsigned int&, const char*, const char*, const char*,
+               const char*, const char*, const char*, const char*) override { return Count(); }
+    bool UID(const char*) override { return Count(); }
+    bool SpeedDial(const char*) override { return Count(); }
+    bool XUID(const char*) override { return Count(); }
+    bool XUCI(const char*, int, unsigned short) override { return Count(); }
+    bool URL(const char*) override { return Count(); }
+    bool Version(const char*) override { return Count(); }
+    bool Classification(const char*) override { return Count(); }
+    bool ProdID(const char*) override { return Count(); }
+    bool Key(const char*, const char*, const void*, const unsigned int&) override { return Count(); }
+    bool PhotoAvailability(const bool&) override { return Count(); }
+    bool NonStandardProperty(const char*, const char*, const void*, const unsigned int&, const XParams&) override {
+        return Count(); }
+    // clang-format on
+
+  private:
+    bool Count() {
+        ++calls;
+        return true;
+    }
+};
+
+// Accepts every event and does nothing: the walk alone.
+class NullTarget : public ParserCreatorCollection::ITLV {
+  public:
+    // clang-format off
+    bool Unknown(const ParserCreatorCollection::eClass&, const unsigned int&, const void*, const unsigned int&) override { return true; }
+    bool NodeBegin(const unsigned int&) override { return true; }
+    bool NodeEnd(const unsigned int&) override { return true; }
+    bool LeafInt8(const unsigned int&, const signed char&) override { return true; }
+    bool LeafInt16(const unsigned int&, const short&) override { return true; }
+    bool LeafUInt8(const unsigned int&, const unsigned char&) override { return true; }
+    bool LeafUInt16(const unsigned int&, const unsigned short&) override { return true; }
+    bool LeafBitfield8(const unsigned int&, const unsigned char&) override { return true; }
+    bool LeafBitfield16(const unsigned int&, const unsigned short&) override { return true; }
+    bool LeafString(const unsigned int&, const char* text) override { benchmark::DoNotOptimize(text); return true; }
+    bool LeafByteStream(const unsigned int&, const void*, const unsigned int&) override { return true; }
+    bool LeafUInt32(const unsigned int&, const unsigned int&) override { return true; }
+    bool LeafInt32(const unsigned int&, const int&) override { return true; }
+    // clang-format on
+};
+
+// The contact's bytes, written once for the reading benchmarks.
+const std::vector<unsigned char>& ContactBytes() {
+    static const std::vector<unsigned char> bytes = [] {
+        PimShared::CTLVContactCreator c;
+        const void* data = nullptr;
+        unsigned int length = 0;
+        if (!WriteContact(c, 1) || !c.GetData(data, length)) return std::vector<unsigned char>();
+        const unsigned char* p = static_cast<const unsigned char*>(data);
+        return std::vector<unsigned char>(p, p + length);
+    }();
+    return bytes;
+}
+
+void BM_ContactCreateAndGetData(benchmark::State& state) {
+    PimShared::CTLVContactCreator c;
+    unsigned int length = 0;
+    for (auto _ : state) {
+        const void* data = nullptr;
+        if (!WriteContact(c, 1) || !c.GetData(data, length)) state.SkipWithError("write failed");
+        benchmark::DoNotOptimize(data);
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.SetBytesProcessed(static_cast<long long>(state.iterations()) * length);
+}
+BENCHMARK(BM_ContactCreateAndGetData);
+
+// Reads the contact's bytes once per iteration with parser (a contact parser
+// or the bare TLV walk: both have the same Parse).
+template <typename Parser>
+void ReadLoop(benchmark::State& state, Parser& parser) {
+    const std::vector<unsigned char>& bytes = ContactBytes();
+    const unsigned int length = static_cast<unsigned int>(bytes.size());
+    for (auto _ : state) {
+        const char* error = nullptr;
+        unsigned int consumed = 0;
+        if (!parser.Parse(bytes.data(), length, error, consumed))
+            state.SkipWithError("read failed");
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.SetBytesProcessed(static_cast<long long>(state.iterations()) * length);
+}
+
+void BM_ContactParse(benchmark::State& state) {
+    CountingReceiver receiver;
+    PimShared::CTLVContactParser parser(receiver);
+    ReadLoop(state, parser);
+    benchmark::DoNotOptimize(receiver.calls);
+}
+BENCHMARK(BM_ContactParse);
+
+void BM_TlvWalkOfContactBytes(benchmark::State& state) {
+    NullTarget target;
+    ParserCreatorCollection::CTLVParser walker(target);
+    ReadLoop(state, walker);
+}
+BENCHMARK(BM_TlvWalkOfContactBytes);
+
+}  // namespace

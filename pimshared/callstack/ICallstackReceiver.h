@@ -1,0 +1,39 @@
+#ifndef PIMTLV_PIMSHARED_CALLSTACK_ICALLSTACKRECEIVER_H
+#define PIMTLV_PIMSHARED_CALLSTACK_ICALLSTACKRECEIVER_H
+
+#include "platform/PalExport.h"
+
+namespace PimShared {
+
+// What a reader of call-list streams implements. A stream holds one entry:
+// Begin, then one call per property leaf in stream order (a property that
+// appears twice is delivered twice), then End. Texts are valid only during the
+// call.
+class PIMTLV_API ICallstackReceiver {
+  public:
+    // kind: 1 for an entry node 2000, 2 for 2001. instance: the call list's
+    // instance number, 0 when its leaf did not come before the entry.
+    virtual bool Begin(const unsigned int& kind, const unsigned int& instance) = 0;
+    virtual bool End() = 0;
+    virtual bool CallByte(const unsigned char& value) = 0;
+    virtual bool CallText1(const char* text) = 0;
+    virtual bool CallText2(const char* text) = 0;
+    virtual bool CallText3(const char* text) = 0;
+    virtual bool CallText4(const char* text) = 0;
+    virtual bool CallText5(const char* text) = 0;
+    virtual bool CallFlag(const bool& value) = 0;
+    // Every problem, as a code (see CTLVCallstackParser) with an empty text;
+    // a malformed stream comes with the TLV walk's text.
+    virtual bool TraceMessage(const int& code, const char* text) = 0;
+
+    virtual ~ICallstackReceiver() = default;
+
+  protected:
+    ICallstackReceiver() = default;
+    ICallstackReceiver(const ICallstackReceiver&) = default;
+    ICallstackReceiver& operator=(const ICallstackReceiver&) = default;
+};
+
+}  // namespace PimShared
+
+#endif
