@@ -110,6 +110,16 @@ TEST(Containers, BufferVectorAndString) {
     EXPECT_EQ(s.length(), 1000u);
     s.truncate(3);
     EXPECT_EQ(s, "qqq");
+    // Appending a string to itself, growing each time, reads the old text
+    // before its memory goes.
+    EXPECT_TRUE(s.assign("ab"));
+    for (int i = 0; i < 10; ++i) EXPECT_TRUE(s.append(s.c_str(), s.length()));
+    EXPECT_EQ(s.length(), 2048u);
+    std::string expected;
+    for (int i = 0; i < 1024; ++i) expected += "ab";
+    EXPECT_EQ(std::string(s.c_str()), expected);
+    EXPECT_TRUE(s.assign(s.c_str() + 2, 4));  // a piece of itself
+    EXPECT_EQ(s, "abab");
 }
 
 TEST(Trace, SinkReceivesRecordsAndSilenceWithout) {

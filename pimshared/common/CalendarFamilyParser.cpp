@@ -125,11 +125,23 @@ static_assert(kSlotCount == kPropertySlots, "one slot per property of the family
 static_assert(kSlotCount <= 32, "slots are a 32-bit set");
 constexpr unsigned int kNoSlot = kSlotCount;
 
-unsigned int FindSlot(unsigned int property) noexcept {
+// Slot of every 12-bit ID, looked up once per property node.
+struct tSlotIndex {
+    unsigned char slot[4096];
+};
+constexpr tSlotIndex MakeSlotIndex() {
+    tSlotIndex index{};
+    for (unsigned char& s : index.slot) s = static_cast<unsigned char>(kNoSlot);
     for (unsigned int i = 0; i < kSlotCount; ++i) {
-        if (kSlots[i].property == property) return i;
+        index.slot[kSlots[i].property] = static_cast<unsigned char>(i);
     }
-    return kNoSlot;
+    return index;
+}
+constexpr tSlotIndex kSlotIndex = MakeSlotIndex();
+static_assert(kNoSlot < 256, "slots fit the index");
+
+unsigned int FindSlot(unsigned int property) noexcept {
+    return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
 }
 
 // The leaf's value as a number, whatever its class; texts and byte streams
@@ -167,7 +179,6 @@ bool IsObjectLevelProperty(unsigned int typeId) noexcept {
            typeId == TypeIdPropTypeVersion || typeId == TypeIdValTypeInstance;
 }
 
-constexpr int kTrace = 0;
 constexpr int kWrongRoot = 1;
 constexpr int kUnexpected = 2;
 constexpr int kUnimplemented = 4;
@@ -243,12 +254,12 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
 
 bool CParserEngine::Unknown(const eClass& elementClass, const unsigned int& typeId, const void*,
                             const unsigned int&) {
-    Report(kTrace, "LeafNode():  typeId: %d", typeId);
+    TraceLine(m_traceLeaf, typeId);
     return Report(kInternal, "Unknown(): Unexpected class: %d  TypeId: %d", elementClass, typeId);
 }
 
 bool CParserEngine::NodeBegin(const unsigned int& typeId) {
-    Report(kTrace, "NodeBegin():  typeId: %d", typeId);
+    TraceLine(m_traceNodeBegin, typeId);
     switch (m_state) {
         case ParsingStateBegin:
             if (typeId == m_item.root) {
@@ -299,7 +310,7 @@ bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplemented
 }
 
 bool CParserEngine::NodeEnd(const unsigned int& typeId) {
-    Report(kTrace, "NodeEnd():  typeId: %d", typeId);
+    TraceLine(m_traceNodeEnd, typeId);
     switch (m_state) {
         case ParsingStateBegin:
             return Report(kUnexpected, "NodeEnd(): [state ParsingStateBegin] Unexpected typeId: %d",
@@ -347,7 +358,7 @@ bool CParserEngine::EndProperty(unsigned int typeId) {
 }
 
 bool CParserEngine::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
-    Report(kTrace, "callPropertyCallbackAndResetDataMember():  typeId: %d", typeId);
+    TraceLine(m_traceCallback, typeId);
     bool answer = true;
     if (m_currentSlot != kNoSlot && Deliver(typeId, m_values[m_currentSlot], answer)) {
         ResetSlot(m_currentSlot);
@@ -360,7 +371,7 @@ bool CParserEngine::CallPropertyCallbackAndResetDataMember(unsigned int typeId) 
 }
 
 bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTlvValue& value) {
-    Report(kTrace, "LeafNode():  typeId: %d", typeId);
+    TraceLine(m_traceLeaf, typeId);
     switch (m_state) {
         case ParsingStateBegin:
             return Report(kUnexpected,

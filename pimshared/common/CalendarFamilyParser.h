@@ -5,6 +5,7 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/CalendarTypeIds.h"
+#include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/CString.h"
@@ -148,9 +149,19 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
     bool Report(int code, const char* format, unsigned int first, unsigned int second = 0);
+    // The code-0 line at the start of every event.
+    void TraceLine(CTraceLine& line, unsigned int typeId) {
+        const int traceCode = 0;  // code 0: a trace line, not a fault
+        ReceiverTrace(traceCode, line.Format(static_cast<int>(typeId)));
+    }
 
     const tParserItem& m_item;
     PAL::CString m_message;
+    // The trace lines, each with its head written once.
+    CTraceLine m_traceNodeBegin{"NodeBegin():  typeId: %d"};
+    CTraceLine m_traceNodeEnd{"NodeEnd():  typeId: %d"};
+    CTraceLine m_traceLeaf{"LeafNode():  typeId: %d"};
+    CTraceLine m_traceCallback{"callPropertyCallbackAndResetDataMember():  typeId: %d"};
     unsigned int m_state = ParsingStateBegin;
     unsigned int m_currentProperty;
     unsigned int m_currentSlot;  // slot of m_currentProperty, or none
