@@ -197,6 +197,12 @@ CParserEngine::CParserEngine(const tParserItem& item)
       m_currentProperty(TypeIdNone),
       m_currentSlot(kNoSlot) {
     for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    for (unsigned int i = 0; i < m_item.unimplementedCount; ++i) {
+        for (unsigned int id = m_item.unimplemented[i].first; id <= m_item.unimplemented[i].last;
+             ++id) {
+            m_unimplemented.set(id);
+        }
+    }
 }
 
 CParserEngine::~CParserEngine() = default;
@@ -225,12 +231,7 @@ void CParserEngine::SetCurrentProperty(unsigned int typeId) noexcept {
 }
 
 bool CParserEngine::IsUnimplemented(unsigned int typeId) const noexcept {
-    for (unsigned int i = 0; i < m_item.unimplementedCount; ++i) {
-        if (typeId >= m_item.unimplemented[i].first && typeId <= m_item.unimplemented[i].last) {
-            return true;
-        }
-    }
-    return false;
+    return typeId < m_unimplemented.size() && m_unimplemented[typeId];
 }
 
 bool CParserEngine::Parse(const void* data, const unsigned int& length, const char*& errorText,

@@ -1,6 +1,8 @@
 #ifndef PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 #define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 
+#include <bitset>
+
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/common/CalendarFamily.h"
@@ -167,6 +169,7 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     unsigned int m_currentSlot;  // slot of m_currentProperty, or none
     const char* m_pendingName = nullptr;
     bool m_skip = false;
+    std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
     tPropertyValues m_values[kPropertySlots];
 };
 

@@ -50,20 +50,19 @@ class CTraceLine {
 
     // The line for number; the empty text if memory ran out at construction.
     const char* Format(int number) noexcept {
-        char digits[kMaxDigits];
-        char* const end = digits + kMaxDigits;
-        char* start = end;
+        if (m_text.length() < m_head) return "";
         unsigned int magnitude =
             number < 0 ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
+        std::size_t count = number < 0 ? 2 : 1;
+        for (unsigned int rest = magnitude; rest >= 10; rest /= 10) ++count;
+        // Within the memory reserved at construction: no growth, head kept.
+        char* text = m_text.overwrite(m_head + count);
+        char* out = text + m_head + count;
         do {
-            *--start = static_cast<char>('0' + magnitude % 10);
+            *--out = static_cast<char>('0' + magnitude % 10);
             magnitude /= 10;
         } while (magnitude != 0);
-        if (number < 0) *--start = '-';
-        if (m_text.length() < m_head) return "";
-        const auto count = static_cast<std::size_t>(end - start);
-        char* text = m_text.overwrite(m_head + count);  // within the memory reserved: no growth
-        std::memcpy(text + m_head, start, count);
+        if (number < 0) *--out = '-';
         return text;
     }
 
