@@ -34,6 +34,13 @@ TEST(Utf8, StrictRfc3629) {
         {"\xE2\x82x", false, "??x"},                       // truncated in the middle
         {"\x80", false, "?"},                              // lone continuation
         {"ok\xFF\xC3\xA9", false, "ok?\xC3\xA9"},          // valid after invalid kept
+        // Long texts go through the block and word paths; faults sit at every
+        // place those paths treat differently.
+        {"0123456789abcdef0123456789", true, "0123456789abcdef0123456789"},
+        {"0123456789abcdef\x80" "123456789", false, "0123456789abcdef?123456789"},
+        {"01234567\xFF", false, "01234567?"},
+        {"0123456789\xE2\x82", false, "0123456789??"},
+        {"0123456789abcdef\xC3\xA9tail", true, "0123456789abcdef\xC3\xA9tail"},
     };
     for (const Case& c : cases) {
         std::string text = c.bytes;
