@@ -98,8 +98,9 @@ int Velmor_UTF8_rfc3629_check_string(const char* text, unsigned int length, unsi
             i += 8;
         }
         if (i >= length) break;
-        // The last few bytes, as one word that overlaps bytes already seen.
-        if (length >= 8 && IsAsciiWord(bytes + length - 8)) break;
+        // Fewer than eight bytes left: check them as the stream's last word,
+        // which overlaps bytes already seen.
+        if (length - i < 8 && length >= 8 && IsAsciiWord(bytes + length - 8)) break;
         if (bytes[i] < 0x80) {
             ++i;
             continue;
