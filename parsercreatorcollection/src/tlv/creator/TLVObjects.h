@@ -69,6 +69,9 @@ class PIMTLV_API CTLVObject {
     unsigned int m_typeId;
     CTLVObject* m_next = nullptr;  // next sibling in the parent's child list
     bool m_inArena = false;        // storage belongs to a creator's arena
+    // Set by CTLVObjNode: the walks over a tree ask this for every element, so
+    // it is a plain field rather than a virtual GetClass call.
+    bool m_isNode = false;
 };
 
 // A node: its value is the encodings of its children, in the order added.
@@ -77,7 +80,9 @@ class PIMTLV_API CTLVObject {
 // however deep the tree. Destroying and writing a tree never recurse.
 class PIMTLV_API CTLVObjNode : public CTLVObject {
   public:
-    explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {}
+    explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {
+        m_isNode = true;
+    }
     ~CTLVObjNode() override;
 
     eClass GetClass() const override { return Node; }

@@ -89,7 +89,7 @@ bool CTLVObject::WriteHeader(PAL::CBuffer& buffer, unsigned int& offset,
 }
 
 unsigned char* CTLVObject::Encode(unsigned char* out) {
-    if (GetClass() == Node) return static_cast<CTLVObjNode*>(this)->EncodeValue(out);
+    if (m_isNode) return static_cast<CTLVObjNode*>(this)->EncodeValue(out);
     out = EncodeHeader(out, GetValueLength());
     return EncodeValue(out);
 }
@@ -113,7 +113,7 @@ bool CTLVObject::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
 
 void CTLVObject::Dispose(CTLVObject* object) noexcept {
     if (object == nullptr) return;
-    if (object->GetClass() == Node) static_cast<CTLVObjNode*>(object)->DisposeChildren();
+    if (object->m_isNode) static_cast<CTLVObjNode*>(object)->DisposeChildren();
     if (object->m_inArena) {
         object->~CTLVObject();
     } else {
@@ -137,7 +137,7 @@ void CTLVObjNode::DisposeChildren() noexcept {
     while (work != nullptr) {
         CTLVObject* object = work;
         work = object->m_next;
-        if (object->GetClass() == Node) {
+        if (object->m_isNode) {
             auto* node = static_cast<CTLVObjNode*>(object);
             if (node->m_firstChild != nullptr) {
                 node->m_lastChild->m_next = work;
@@ -167,7 +167,7 @@ void CTLVObjNode::Append(CTLVObject* child) noexcept {
     }
     m_lastChild = child;
     ++m_childCount;
-    m_contentLength += child->GetClass() == Node
+    m_contentLength += child->m_isNode
                            ? 2 + WriteLengthField(child->GetValueLength(), nullptr) +
                                  static_cast<CTLVObjNode*>(child)->m_contentLength
                            : child->GetLength();
@@ -201,7 +201,7 @@ unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
             continue;
         }
         node->m_firstChild = child->m_next;
-        if (child->GetClass() == Node) {
+        if (child->m_isNode) {
             auto* inner = static_cast<CTLVObjNode*>(child);
             out = inner->EncodeHeader(out, inner->GetValueLength());
             path.push_back(node);  // may throw only on exhausted memory
@@ -249,7 +249,8 @@ unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
     out[m_textLength] = 0;
     out += m_textLength + 1;
     // Written once: the text is released before the node deletes the leaf.
-    m_owned.clear();
+    // Texts in a creator's arena go with the arena instead.
+    if (!m_owned.isEmpty()) m_owned.clear();
     m_text = m_owned.c_str();
     m_textLength = 0;
     return out;

@@ -1,0 +1,212 @@
+#ifndef PIMTLV_BENCH_TLVYARDSTICKS_H
+#define PIMTLV_BENCH_TLVYARDSTICKS_H
+
+// Two deliberately minimal TLV engines that the benchmarks measure the codec
+// against. They do the same job as CTLVParser and CTLVCreator on well-formed
+// input (bounds checks, terminator and UTF-8 checks, shortest length fields)
+// and nothing else: no element tree, no traces, no repair bookkeeping. They
+// are yardsticks, not code to use.
+
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+#include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "platform/Velmor.h"
+
+namespace PimTlvBench {
+
+using ParserCreatorCollection::eClass;
+using ParserCreatorCollection::ITLV;
+
+// Bounds-checked iterative walk: every element must fit in its enclosing node.
+// CheckText selects whether String values are checked as UTF-8 (the codec
+// always checks them; the unchecked run shows what that check costs).
+template <bool CheckText = true>
+class MinimalWalker {
+  public:
+    bool Walk(const unsigned char* p, unsigned int size, ITLV& t) {
+        unsigned int pos = 0, end = size;
+        m_ends.clear();
+        bool ok = true;
+        for (;;) {
+            while (!m_ends.empty() && pos == m_ends.back().end) {
+                t.NodeEnd(m_ends.back().id);
+                m_ends.pop_back();
+            }
+            end = m_ends.empty() ? size : m_ends.back().end;
+            if (pos >= end) break;
+            if (end - pos < 3) return Close(t);
+            const unsigned int cls = p[pos] >> 4;
+            const unsigned int id = ((p[pos] & 0xFu) << 8) | p[pos + 1];
+            unsigned int len = p[pos + 2];
+            pos += 3;
+            if (len >= 0x80) {
+                const unsigned int n = len & 0x7Fu;
+                if (n == 0 || n > 4 || end - pos < n) return Close(t);
+                len = 0;
+                for (unsigned int i = 0; i < n; ++i) len = (len << 8) | p[pos++];
+            }
+            if (end - pos < len) return Close(t);
+            const unsigned char* v = p + pos;
+            pos += len;
+            const unsigned int u16 = len == 2 ? (v[0] << 8) | v[1] : 0;
+            const unsigned int u32 = len == 4 ? (u16 << 16) | (v[2] << 8) | v[3] : 0;
+            switch (cls) {
+                case 0:
+                    ok = len == 1 && t.LeafInt8(id, static_cast<signed char>(v[0]));
+                    break;
+                case 1:
+                    ok = len == 2 && t.LeafInt16(id, static_cast<short>(u16));
+                    break;
+                case 2:
+                    ok = len == 1 && t.LeafUInt8(id, v[0]);
+                    break;
+                case 3:
+                    ok = len == 2 && t.LeafUInt16(id, static_cast<unsigned short>(u16));
+                    break;
+                case 4:
+                    ok = len == 1 && t.LeafBitfield8(id, v[0]);
+                    break;
+                case 5:
+                    ok = len == 2 && t.LeafBitfield16(id, static_cast<unsigned short>(u16));
+                    break;
+                case 6:
+                    ok = len != 0 && v[len - 1] == 0 &&
+                         (!CheckText || Velmor_UTF8_rfc3629_check_string(
+                                            reinterpret_cast<const char*>(v), len, 0) != 0) &&
+                         t.LeafString(id, reinterpret_cast<const char*>(v));
+                    break;
+                case 7:
+                    ok = t.LeafByteStream(id, v, len);
+                    break;
+                case 8:
+                    m_ends.push_back({id, pos});
+                    pos -= len;
+                    t.NodeBegin(id);
+                    break;
+                case 9:
+                    ok = len == 4 && t.LeafUInt32(id, u32);
+                    break;
+                case 10:
+                    ok = len == 4 && t.LeafInt32(id, static_cast<int>(u32));
+                    break;
+                default:
+                    ok = t.Unknown(static_cast<eClass>(cls), id, v, len);
+                    break;
+            }
+            if (!ok) return Close(t);
+        }
+        return true;
+    }
+
+  private:
+    bool Close(ITLV& t) {
+        for (; !m_ends.empty(); m_ends.pop_back()) t.NodeEnd(m_ends.back().id);
+        return false;
+    }
+    struct Open {
+        unsigned int id, end;
+    };
+    std::vector<Open> m_ends;
+};
+
+// Single-pass writer: bytes go straight to the output. A node's length field
+// gets one byte when it opens; when it closes with 128 bytes or more of
+// content, the content moves up to make room for the long form.
+class MinimalWriter {
+  public:
+    void Reset() {
+        m_out.clear();
+        m_open.clear();
+    }
+    bool NodeBegin(unsigned int id) {
+        m_open.push_back({id, Header(8, id)});
+        m_out.push_back(0);
+        return true;
+    }
+    bool NodeEnd(unsigned int id) {
+        if (m_open.empty() || m_open.back().id != id) return false;
+        const std::size_t at = m_open.back().end;
+        m_open.pop_back();
+        const std::size_t len = m_out.size() - at - 1;
+        if (len < 0x80) {
+            m_out[at] = static_cast<unsigned char>(len);
+            return true;
+        }
+        unsigned int n = 1;
+        while (n < 4 && (len >> (8 * n)) != 0) ++n;
+        m_out.insert(m_out.begin() + static_cast<std::ptrdiff_t>(at) + 1, n, 0);
+        m_out[at] = static_cast<unsigned char>(0x80u | n);
+        for (unsigned int i = 1; i <= n; ++i) {
+            m_out[at + i] = static_cast<unsigned char>(len >> (8 * (n - i)));
+        }
+        return true;
+    }
+    bool LeafInt8(unsigned int id, signed char v) { return Fixed(0, id, v, 1); }
+    bool LeafInt16(unsigned int id, short v) { return Fixed(1, id, v, 2); }
+    bool LeafUInt8(unsigned int id, unsigned char v) { return Fixed(2, id, v, 1); }
+    bool LeafUInt16(unsigned int id, unsigned short v) { return Fixed(3, id, v, 2); }
+    bool LeafBitfield8(unsigned int id, unsigned char v) { return Fixed(4, id, v, 1); }
+    bool LeafBitfield16(unsigned int id, unsigned short v) { return Fixed(5, id, v, 2); }
+    bool LeafUInt32(unsigned int id, unsigned int v) { return Fixed(9, id, v, 4); }
+    bool LeafInt32(unsigned int id, int v) {
+        return Fixed(10, id, static_cast<unsigned int>(v), 4);
+    }
+    bool LeafByteStream(unsigned int id, const void* data, unsigned int n) {
+        return Bytes(7, id, static_cast<const char*>(data), n, false);
+    }
+    bool LeafString(unsigned int id, const char* text) {
+        const unsigned int n = text == nullptr ? 0 : static_cast<unsigned int>(std::strlen(text));
+        if (n != 0 && Velmor_UTF8_rfc3629_check_string(text, n, 0) == 0) return false;
+        return Bytes(6, id, text, n, true);
+    }
+    bool GetData(const void*& data, unsigned int& length) {
+        if (!m_open.empty()) return false;
+        data = m_out.data();
+        length = static_cast<unsigned int>(m_out.size());
+        return true;
+    }
+
+  private:
+    std::size_t Header(unsigned int cls, unsigned int id) {
+        m_out.push_back(static_cast<unsigned char>((cls << 4) | ((id >> 8) & 0xFu)));
+        m_out.push_back(static_cast<unsigned char>(id));
+        return m_out.size();
+    }
+    template <typename Value>
+    bool Fixed(unsigned int cls, unsigned int id, Value value, unsigned int width) {
+        const auto v = static_cast<unsigned int>(static_cast<std::make_unsigned_t<Value>>(value));
+        Header(cls, id);
+        m_out.push_back(static_cast<unsigned char>(width));
+        for (unsigned int i = width; i > 0; --i)
+            m_out.push_back(static_cast<unsigned char>(v >> (8 * (i - 1))));
+        return true;
+    }
+    bool Bytes(unsigned int cls, unsigned int id, const char* p, unsigned int n, bool zero) {
+        Header(cls, id);
+        const unsigned int len = n + (zero ? 1 : 0);
+        if (len < 0x80) {
+            m_out.push_back(static_cast<unsigned char>(len));
+        } else {
+            unsigned int k = 1;
+            while (k < 4 && (len >> (8 * k)) != 0) ++k;
+            m_out.push_back(static_cast<unsigned char>(0x80u | k));
+            for (unsigned int i = k; i > 0; --i)
+                m_out.push_back(static_cast<unsigned char>(len >> (8 * (i - 1))));
+        }
+        m_out.insert(m_out.end(), p, p + n);
+        if (zero) m_out.push_back(0);
+        return true;
+    }
+    struct Open {
+        unsigned int id;
+        std::size_t end;  // offset of the node's length byte
+    };
+    std::vector<unsigned char> m_out;
+    std::vector<Open> m_open;
+};
+
+}  // namespace PimTlvBench
+
+#endif

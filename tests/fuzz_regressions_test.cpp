@@ -1,0 +1,143 @@
+// Replays every fuzz seed and every input that ever broke a fuzz target
+// through the TLV walk, with the fuzz target's own checks, refusing each leaf
+// in turn. The files live beside the fuzz targets in the source tree.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "fuzz/TlvRoundTrip.h"
+#include "fuzz/TlvWalkCheck.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using PimTlvFuzz::CheckingTarget;
+
+const fs::path kFuzzDir = fs::path(__FILE__).parent_path().parent_path() / "fuzz";
+
+std::vector<fs::path> FilesUnder(const fs::path& dir) {
+    std::vector<fs::path> files;
+    std::error_code ec;
+    if (!fs::is_directory(dir, ec)) return files;
+    for (const auto& entry : fs::recursive_directory_iterator(dir, ec)) {
+        if (entry.is_regular_file()) files.push_back(entry.path());
+    }
+    return files;
+}
+
+std::vector<unsigned char> Read(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The walk: every leaf refused once (up to a bound that keeps large inputs
+// quick), plus the rebuild through the creator.
+void ReplayWalk(const std::vector<unsigned char>& bytes, bool mustWalk) {
+    const PimTlvFuzz::WalkResult first = PimTlvFuzz::CheckWalk(bytes.data(), bytes.size(), 0);
+    ASSERT_EQ(first.fault, nullptr) << first.fault;
+    if (mustWalk) {
+        EXPECT_TRUE(first.ok) << "a seed that does not walk to its end";
+    }
+    const std::size_t refusals = first.leaves < 256 ? first.leaves : 256;
+    for (std::size_t k = 1; k < refusals; ++k) {
+        const PimTlvFuzz::WalkResult r = PimTlvFuzz::CheckWalk(bytes.data(), bytes.size(), k);
+        ASSERT_EQ(r.fault, nullptr) << r.fault << " (refusing leaf " << k << ")";
+    }
+    if (first.ok) {
+        const char* fault = PimTlvFuzz::CheckRebuild(bytes.data(), bytes.size());
+        EXPECT_EQ(fault, nullptr) << fault;
+    }
+}
+
+void ReplayRoundTrip(const std::vector<unsigned char>& bytes, bool) {
+    const char* fault = PimTlvFuzz::CheckRoundTrip(bytes.data(), bytes.size());
+    EXPECT_EQ(fault, nullptr) << fault;
+}
+
+// Each target's files go through that target's checks. Files of targets not
+// listed here (item parsers, round trips of items) still go through the walk,
+// which must survive any bytes, TLV or not.
+struct Target {
+    const char* name;
+    void (*replay)(const std::vector<unsigned char>&, bool mustWalk);
+    bool seedsAreStreams;  // its seeds are well-formed streams on purpose
+};
+constexpr Target kTargets[] = {{"tlv_parser", ReplayWalk, true},
+                               {"tlv_roundtrip", ReplayRoundTrip, false}};
+constexpr Target kOtherTarget = {"", ReplayWalk, false};
+
+TEST(FuzzRegressions, EveryTargetHasSeeds) {
+    // An empty list would mean the tree was not found, not that all is well.
+    for (const Target& t : kTargets) {
+        EXPECT_FALSE(FilesUnder(kFuzzDir / "corpus" / t.name).empty())
+            << (kFuzzDir / "corpus" / t.name).string();
+    }
+}
+
+TEST(FuzzRegressions, EverySeedAndRegressionReplaysCleanly) {
+    for (const char* kind : {"corpus", "regressions"}) {
+        for (const fs::path& file : FilesUnder(kFuzzDir / kind)) {
+            SCOPED_TRACE(file.string());
+            const std::string name = file.lexically_relative(kFuzzDir / kind).begin()->string();
+            const Target* target = &kOtherTarget;
+            for (const Target& t : kTargets) {
+                if (name == t.name) target = &t;
+            }
+            target->replay(Read(file), target->seedsAreStreams && std::string(kind) == "corpus");
+        }
+    }
+}
+
+// The checks must see the faults they exist for, or the replay proves nothing.
+TEST(FuzzRegressions, CheckingTargetSeesBrokenPromises) {
+    const unsigned char stream[] = {0x61, 0x2E, 0x03, 0x41, 0x42, 0x00};
+    struct Case {
+        const char* name;
+        void (*events)(CheckingTarget&, const unsigned char*);
+    };
+    const Case cases[] = {
+        {"NodeEnd names another node",
+         [](CheckingTarget& t, const unsigned char*) {
+             t.NodeBegin(1);
+             t.NodeEnd(2);
+         }},
+        {"a node was never closed",
+         [](CheckingTarget& t, const unsigned char*) { t.NodeBegin(1); }},
+        {"NodeEnd without an open node",
+         [](CheckingTarget& t, const unsigned char*) { t.NodeEnd(1); }},
+        {"an event after a refused leaf",
+         [](CheckingTarget& t, const unsigned char*) {
+             t.LeafUInt8(1, 1);  // refused: leaf 0
+             t.LeafUInt8(2, 2);
+         }},
+        {"a text runs past the stream",
+         [](CheckingTarget& t, const unsigned char* s) {
+             t.LeafString(1, reinterpret_cast<const char*>(s + 3));
+         }},
+        {"a byte stream lies outside the stream",
+         [](CheckingTarget& t, const unsigned char* s) { t.LeafByteStream(1, s + 4, 3); }},
+        {"a defined class reached Unknown",
+         [](CheckingTarget& t, const unsigned char* s) {
+             t.Unknown(ParserCreatorCollection::String, 1, s, 1);
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        CheckingTarget target;
+        const bool refuseFirst = std::string(c.name) == "an event after a refused leaf";
+        // The target is told the stream ends one byte early, so the text
+        // "B" has its terminator just outside.
+        target.Start(stream, sizeof stream - 1, refuseFirst ? 0 : CheckingTarget::kNever, false);
+        c.events(target, stream);
+        const char* fault = target.Finish();
+        ASSERT_NE(fault, nullptr);
+        EXPECT_STREQ(fault, c.name);
+    }
+}
+
+}  // namespace
