@@ -3,6 +3,7 @@
 // back to the same bytes, malformed streams, and input it must refuse.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -29,8 +30,10 @@ void Spit(const std::string& path, const std::string& data) {
     std::ofstream(path, std::ios::binary) << data;
 }
 
+// CTest runs test cases as separate processes side by side: each process has
+// its own files.
 std::string Temp(const std::string& name) {
-    return testing::TempDir() + "pimtlv_tool_" + name;
+    return testing::TempDir() + "pimtlv_tool_" + std::to_string(getpid()) + "_" + name;
 }
 
 // Runs the tool with args (shell words) and input on standard input.
@@ -44,6 +47,7 @@ Result Tool(const std::string& args, const std::string& input = "") {
     r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     r.out = Slurp(out);
     r.err = Slurp(err);
+    for (const std::string& path : {in, out, err}) std::remove(path.c_str());
     return r;
 }
 
@@ -428,6 +432,24 @@ TEST_P(DumpTest, PrintsTreeAndFault) {
 INSTANTIATE_TEST_SUITE_P(Streams, DumpTest, testing::ValuesIn(kDumpCases),
                          [](const testing::TestParamInfo<DumpCase>& p) { return p.param.name; });
 
+TEST(Dump, DeepNestingStopsIndentingAndSaysTheDepth) {
+    // 40 nodes 7, each holding the next; the innermost holds UInt8 1 = 9.
+    std::string hex = "20 01 01 09";
+    std::size_t length = 4;
+    for (int i = 0; i < 40; ++i) {
+        char header[16];
+        std::snprintf(header, sizeof header, "80 07 %02zx ", length);
+        hex = header + hex;
+        length += 3;
+    }
+    const Result r = Tool("dump --hex", hex);
+    ASSERT_EQ(r.status, 0) << r.err;
+    const auto lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 41u);
+    EXPECT_EQ(lines[32], "    96  " + std::string(64, ' ') + "Node 7 [25 bytes]");
+    EXPECT_EQ(lines[40], "   120  " + std::string(64, ' ') + "(depth 40) UInt8 1 = 9 (0x09)");
+}
+
 TEST(Dump, ColourOnlyWhenAsked) {
     const char* hex = "20 01 01 05";
     EXPECT_EQ(Tool("dump --hex", hex).out.find('\033'), std::string::npos);
@@ -655,6 +677,7 @@ TEST_F(EventStreamTest, EncodeWritesTheOutputFile) {
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(Slurp(path), std::string("\x80\x01\x0a\x80\x67\x07\x90\x0a\x04\x00\x00\x00\x00", 13));
+    std::remove(path.c_str());
 }
 
 TEST_F(EventStreamTest, EncodeRefusesAStreamLeftOpen) {

@@ -12,7 +12,8 @@ using namespace ParserCreatorCollection;
 
 namespace {
 
-constexpr std::size_t kShownBytes = 16;  // of a byte stream, in a dump line
+constexpr std::size_t kShownBytes = 16;      // of a byte stream, in a dump line
+constexpr unsigned int kIndentedDepth = 32;  // deeper elements are not indented further
 
 struct Palette {
     const char* offset;
@@ -109,9 +110,14 @@ std::string DumpLine(const Element& e, const char* name, bool color) {
     const Palette& p = color ? kColours : kPlain;
     char offset[32];
     std::snprintf(offset, sizeof offset, "%6zu", e.offset);
-    std::string line = std::string(p.offset) + offset + p.reset + "  " +
-                       std::string(2 * e.depth, ' ') + p.cls + ClassName(e.header.elementClass) +
-                       p.reset + " " + std::to_string(e.header.typeId);
+    // Indentation stops growing at some depth, so that a stream of deeply
+    // nested nodes cannot make the dump quadratic in its size; deeper lines
+    // say their depth instead.
+    std::string indent(2 * (e.depth < kIndentedDepth ? e.depth : kIndentedDepth), ' ');
+    if (e.depth > kIndentedDepth) indent += "(depth " + std::to_string(e.depth) + ") ";
+    std::string line = std::string(p.offset) + offset + p.reset + "  " + indent + p.cls +
+                       ClassName(e.header.elementClass) + p.reset + " " +
+                       std::to_string(e.header.typeId);
     if (name != nullptr) line += std::string(" ") + p.name + name + p.reset;
     const unsigned int cls = e.header.elementClass;
     const std::uint32_t length = e.header.length;

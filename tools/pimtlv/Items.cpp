@@ -4,33 +4,6 @@
 
 namespace pimtlv_tool {
 
-#define PIMTLV_TOOL_ITEM(name) extern const ItemAdapter name;
-#ifdef PIMTLV_TOOL_ITEM_EVENT
-PIMTLV_TOOL_ITEM(kEventItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_TASK
-PIMTLV_TOOL_ITEM(kTaskItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_NOTE
-PIMTLV_TOOL_ITEM(kNoteItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_CONTACT
-PIMTLV_TOOL_ITEM(kContactItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_EMAIL
-PIMTLV_TOOL_ITEM(kEmailItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_IM
-PIMTLV_TOOL_ITEM(kImItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_SMS
-PIMTLV_TOOL_ITEM(kSmsItem)
-#endif
-#ifdef PIMTLV_TOOL_ITEM_CALLLIST
-PIMTLV_TOOL_ITEM(kCallListItem)
-#endif
-#undef PIMTLV_TOOL_ITEM
-
 const std::vector<const ItemAdapter*>& Adapters() {
     // The one registry: an item's adapter is listed here and built when the
     // library has that item's codec.

@@ -54,6 +54,11 @@ struct ItemAdapter {
     const char* asymmetries;
 };
 
+// Each adapter file defines one of these; the registry refers only to those
+// this build has.
+extern const ItemAdapter kEventItem, kTaskItem, kNoteItem, kContactItem, kEmailItem, kImItem,
+    kSmsItem, kCallListItem;
+
 // The adapters this build has, in the order of Kinds().
 const std::vector<const ItemAdapter*>& Adapters();
 const ItemAdapter* FindAdapter(const std::string& kind);

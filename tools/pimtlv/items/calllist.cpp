@@ -99,7 +99,6 @@ std::vector<TypeName> CallListNames() {
 
 }  // namespace
 
-extern const ItemAdapter kCallListItem;
 const ItemAdapter kCallListItem = {
     "calllist",
     CallListNames(),

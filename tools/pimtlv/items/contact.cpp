@@ -264,7 +264,6 @@ std::vector<TypeName> ContactNames() {
 
 }  // namespace
 
-extern const ItemAdapter kContactItem;
 const ItemAdapter kContactItem = {
     "contact",
     ContactNames(),

@@ -101,7 +101,6 @@ std::vector<TypeName> EmailNames() {
 
 }  // namespace
 
-extern const ItemAdapter kEmailItem;
 const ItemAdapter kEmailItem = {
     "email",
     EmailNames(),

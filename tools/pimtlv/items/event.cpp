@@ -33,7 +33,6 @@ std::vector<OpSpec> EventOps() {
 
 }  // namespace
 
-extern const ItemAdapter kEventItem;
 const ItemAdapter kEventItem = {
     "event",
     CalendarFamilyNames(),

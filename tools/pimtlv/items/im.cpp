@@ -178,7 +178,6 @@ std::vector<TypeName> ImNames() {
 
 }  // namespace
 
-extern const ItemAdapter kImItem;
 const ItemAdapter kImItem = {
     "im",
     ImNames(),

@@ -5,7 +5,6 @@
 
 namespace pimtlv_tool {
 
-extern const ItemAdapter kNoteItem;
 const ItemAdapter kNoteItem = {
     "note",
     CalendarFamilyNames(),

@@ -126,7 +126,6 @@ std::vector<TypeName> SmsNames() {
 
 }  // namespace
 
-extern const ItemAdapter kSmsItem;
 const ItemAdapter kSmsItem = {
     "sms",
     SmsNames(),

@@ -27,7 +27,6 @@ std::vector<OpSpec> TaskOps() {
 
 }  // namespace
 
-extern const ItemAdapter kTaskItem;
 const ItemAdapter kTaskItem = {
     "task",
     CalendarFamilyNames(),
