@@ -98,6 +98,12 @@ Json ParseJson(const std::string& text) {
         if (colon != std::string::npos) detail = detail.substr(colon + 2);
         throw UsageError("bad JSON at line " + std::to_string(line) + ", column " +
                          std::to_string(column) + ": " + detail);
+    } catch (const nlohmann::json::exception& e) {
+        // A number too large for any type: the reader names it, not its place.
+        std::string detail = e.what();
+        const std::size_t bracket = detail.find("] ");
+        if (bracket != std::string::npos) detail = detail.substr(bracket + 2);
+        throw UsageError("bad JSON: " + detail);
     }
 }
 
