@@ -122,8 +122,10 @@ namespace {
 // can be tied to the offset of its element in the stream.
 class Walker : private ITLV, private CTLVParser {
   public:
+    // The ITLV base is complete before CTLVParser is made, so the parser
+    // may keep a reference to it.
     Walker(const Bytes& data, ElementSink* sink)
-        : CTLVParser(AsTarget()), m_data(data), m_sink(sink) {}
+        : CTLVParser(static_cast<ITLV&>(*this)), m_data(data), m_sink(sink) {}
 
     Fault Run() {
         const char* errorText = nullptr;
@@ -141,8 +143,6 @@ class Walker : private ITLV, private CTLVParser {
     }
 
   private:
-    ITLV& AsTarget() { return *this; }
-
     // Reports the element that starts where the previous one left off, then
     // moves the mark past what the parser has read of it.
     bool Report(long long number) {
