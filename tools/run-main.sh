@@ -18,8 +18,13 @@ if ((${#missing[@]})) && command -v apt-get >/dev/null; then
   $sudo apt-get install -y --no-install-recommends "${missing[@]}"
 fi
 
-cmake --preset release >/dev/null
-cmake --build --preset release -j2 --target pimtlv_tool >/dev/null
+# Quiet while it works; the whole log when it does not.
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { cmake --preset release && cmake --build --preset release -j2 --target pimtlv_tool; } >"$log" 2>&1; then
+  cat "$log" >&2
+  exit 1
+fi
 tool=build/release/tools/pimtlv
 
 # The first sample whose item this checkout has.
