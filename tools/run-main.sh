@@ -20,11 +20,12 @@ fi
 
 # Quiet while it works; the whole log when it does not.
 log=$(mktemp)
-trap 'rm -f "$log"' EXIT
 if ! { cmake --preset release && cmake --build --preset release -j2 --target pimtlv_tool; } >"$log" 2>&1; then
   cat "$log" >&2
+  rm -f "$log"
   exit 1
 fi
+rm -f "$log"
 tool=build/release/tools/pimtlv
 
 # The first sample whose item this checkout has.
