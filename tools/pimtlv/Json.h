@@ -224,33 +224,17 @@ struct Codec<PimShared::tXParam>
 // Binary data: a pointer argument followed by its length argument, written
 // as one hex string (null for a null pointer). The length slot has no name
 // in an operation's table; it is taken from the data.
-struct ByteHolder {
-    std::vector<std::uint8_t> bytes;
-    bool null = true;
-};
 template <>
 struct Codec<const void*> {
-    struct Holder : ByteHolder {
+    struct Holder {
+        std::vector<std::uint8_t> bytes;
+        bool null = true;
         const void* Get() const { return null ? nullptr : bytes.data(); }
     };
     static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
 };
-template <>
-struct Codec<const unsigned char*> {
-    struct Holder : ByteHolder {
-        const unsigned char* Get() const { return null ? nullptr : bytes.data(); }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        Codec<const void*>::Holder tmp;
-        Codec<const void*>::FromJson(j, tmp, place);
-        h.bytes = std::move(tmp.bytes);
-        h.null = tmp.null;
-    }
-};
-
 template <typename T>
-constexpr bool kIsBytePointer =
-    std::is_same_v<Bare<T>, const void*> || std::is_same_v<Bare<T>, const unsigned char*>;
+constexpr bool kIsBytePointer = std::is_same_v<Bare<T>, const void*>;
 
 template <typename F>
 struct MemberFn;

@@ -10,7 +10,7 @@ using namespace ParserCreatorCollection;
 
 namespace {
 
-std::string Bytes_(std::size_t n) {
+std::string ByteCount(std::size_t n) {
     return std::to_string(n) + (n == 1 ? " byte" : " bytes");
 }
 
@@ -23,7 +23,8 @@ bool ReadHeader(const std::uint8_t* data, std::size_t limit, std::size_t pos, He
         if (reason != nullptr) *reason = std::move(text);
         return false;
     };
-    if (left < 2) return fail("the element header needs 2 bytes, only " + Bytes_(left) + " left");
+    if (left < 2)
+        return fail("the element header needs 2 bytes, only " + ByteCount(left) + " left");
     if (left < 3) return fail("the length field is missing after the header word");
     const unsigned int lead = data[pos + 2];
     std::uint32_t length = 0;
@@ -34,8 +35,8 @@ bool ReadHeader(const std::uint8_t* data, std::size_t limit, std::size_t pos, He
         const unsigned int n = lead & 0x7Fu;
         if (n == 0) return fail("length field 0x80 gives no byte count");
         if (left - 3 < n) {
-            return fail("length field announces " + Bytes_(n) + " of length, only " +
-                        Bytes_(left - 3) + " left");
+            return fail("length field announces " + ByteCount(n) + " of length, only " +
+                        ByteCount(left - 3) + " left");
         }
         for (unsigned int i = 0; i < n; ++i) {
             // Bytes beyond the fourth wrap around, as the library's reader does.
@@ -100,11 +101,11 @@ std::string DescribeFault(const Bytes& data, std::size_t offset) {
     const std::size_t left = limit - pos - h.headerSize;
     const unsigned int fixed = FixedSize(h.elementClass);
     if (fixed != 0 && h.length != fixed) {
-        return what + " declares a value of " + Bytes_(h.length) + "; the class takes exactly " +
+        return what + " declares a value of " + ByteCount(h.length) + "; the class takes exactly " +
                std::to_string(fixed);
     }
     if (h.length > left) {
-        return what + " declares " + Bytes_(h.length) + ", more than the " + Bytes_(left) +
+        return what + " declares " + ByteCount(h.length) + ", more than the " + ByteCount(left) +
                " left in " + context;
     }
     if (h.elementClass == String) {
