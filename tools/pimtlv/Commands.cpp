@@ -228,7 +228,7 @@ namespace pimtlv_tool {
 int ListOps(const std::string& item, std::ostream& out) {
     Options named;
     named.item = item;
-    for (const OpSpec& op : AdapterFor(*ForcedKind(named))->ops) {
+    for (const OpEntry& op : AdapterFor(*ForcedKind(named))->ops) {
         std::string line = std::string(op.name) + "(";
         bool first = true;
         for (const char* arg : op.args) {

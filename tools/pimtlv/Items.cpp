@@ -140,7 +140,7 @@ const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsi
     return frame != nullptr ? frame->name : nullptr;
 }
 
-void ReplayCalls(const std::vector<OpSpec>& ops, const Json& calls, void* target,
+void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
                  std::vector<std::string>& refused) {
     if (!calls.is_array()) throw UsageError("\"calls\" must be an array");
     for (std::size_t i = 0; i < calls.size(); ++i) {
@@ -156,13 +156,13 @@ void ReplayCalls(const std::vector<OpSpec>& ops, const Json& calls, void* target
             throw UsageError(where + ": \"op\" must name an operation");
         }
         const std::string name = call["op"].get<std::string>();
-        const OpSpec* spec = nullptr;
-        for (const OpSpec& op : ops) {
-            if (name == op.name) spec = &op;
+        const OpEntry* found = nullptr;
+        for (const OpEntry& op : ops) {
+            if (name == op.name) found = &op;
         }
-        if (spec == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
+        if (found == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
         const Json args = call.contains("args") ? call["args"] : Json(nullptr);
-        if (!spec->invoke(target, args, *spec, i)) refused.push_back(where + " (" + name + ")");
+        if (!found->invoke(target, args, *found, i)) refused.push_back(where + " (" + name + ")");
     }
 }
 

@@ -41,13 +41,13 @@ struct ParseRun {
 struct ItemAdapter {
     const char* kind;
     std::vector<TypeName> names;
-    std::vector<OpSpec> ops;
+    std::vector<OpEntry> ops;
     // Runs the item's parser with a receiver that records into recorder.
     ParseRun (*decode)(const Bytes& data, Recorder& recorder);
     // Replays calls (a JSON array) into the item's creator. Returns the
     // bytes; refused calls are listed in refused. Throws UsageError for
     // calls it cannot make.
-    Bytes (*encode)(const std::vector<OpSpec>& ops, const Json& calls,
+    Bytes (*encode)(const std::vector<OpEntry>& ops, const Json& calls,
                     std::vector<std::string>& refused);
     // Where a stream does not come back byte for byte after decode and
     // encode, by design; shown by the tool's help.
@@ -70,13 +70,13 @@ const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsi
 
 // Invokes every call of calls (a JSON array) on target, the Attributes
 // interface the ops were made for; refused calls are listed in refused.
-void ReplayCalls(const std::vector<OpSpec>& ops, const Json& calls, void* target,
+void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
                  std::vector<std::string>& refused);
 
 // Replays calls through a creator whose Attributes interface is Iface:
 // every call's op is looked up in ops and invoked; then GetData.
 template <typename Iface, typename Creator>
-Bytes EncodeWith(const std::vector<OpSpec>& ops, const Json& calls,
+Bytes EncodeWith(const std::vector<OpEntry>& ops, const Json& calls,
                  std::vector<std::string>& refused) {
     Creator creator;
     Iface& target = creator;

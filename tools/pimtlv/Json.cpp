@@ -61,8 +61,8 @@ bool Recorder::Trace(int code, const char* text) {
     return true;
 }
 
-const OpSpec& Recorder::Find(const void* key) const {
-    for (const OpSpec& op : m_ops) {
+const OpEntry& Recorder::Find(const void* key) const {
+    for (const OpEntry& op : m_ops) {
         if (op.key == key) return op;
     }
     // A receiver slot without a table row is a mistake in the tool itself.

@@ -42,7 +42,7 @@ template <typename T>
 using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
 
 // Codec<T>: T to JSON, and a Holder that owns what a T decoded from JSON
-// points into. Items add specialisations for their own records.
+// points into. Items add codecs for their own records.
 template <typename T, typename Enable = void>
 struct Codec;
 
@@ -249,12 +249,12 @@ using ParamAt = Bare<std::tuple_element_t<I, typename MemberFn<F>::Params>>;
 
 // One operation of an item: its name, its argument names in order (null for
 // the length that follows a data pointer) and the replay into the creator.
-struct OpSpec {
+struct OpEntry {
     const char* name;
     std::vector<const char*> args;
     // Calls the operation on target (the item's Attributes interface) with
     // arguments read from JSON; null for an operation that only a parser has.
-    bool (*invoke)(void* target, const Json& args, const OpSpec& spec, std::size_t call);
+    bool (*invoke)(void* target, const Json& args, const OpEntry& op, std::size_t call);
     const void* key;  // identifies the member function, for the receiver side
 };
 
@@ -266,21 +266,21 @@ struct Key {
 };
 
 template <auto Fn, typename Target, std::size_t... I>
-bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t call,
+bool InvokeWith(void* target, const Json& args, const OpEntry& op, std::size_t call,
                 std::index_sequence<I...>) {
     using F = decltype(Fn);
     using C = typename MemberFn<F>::Class;
     std::tuple<typename Codec<ParamAt<F, I>>::Holder...> holders;
     if (!args.is_null() && !args.is_object()) {
-        ThrowArgError({call, spec.name, "args"}, "must be an object");
+        ThrowArgError({call, op.name, "args"}, "must be an object");
     }
     if (args.is_object()) {
         for (const auto& entry : args.items()) {
             bool known = false;
-            for (const char* name : spec.args)
+            for (const char* name : op.args)
                 known = known || (name != nullptr && entry.key() == name);
             if (!known) {
-                throw UsageError("call " + std::to_string(call) + " (" + spec.name +
+                throw UsageError("call " + std::to_string(call) + " (" + op.name +
                                  "): unknown argument '" + entry.key() + "'");
             }
         }
@@ -288,10 +288,9 @@ bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t 
     // Arguments left out take their empty value: null text, empty list, 0.
     const auto fill = [&](auto index) {
         constexpr std::size_t i = decltype(index)::value;
-        const char* name = spec.args[i];
+        const char* name = op.args[i];
         if (name != nullptr && args.is_object() && args.contains(name)) {
-            Codec<ParamAt<F, i>>::FromJson(args[name], std::get<i>(holders),
-                                           {call, spec.name, name});
+            Codec<ParamAt<F, i>>::FromJson(args[name], std::get<i>(holders), {call, op.name, name});
         }
         if constexpr (i > 0) {
             if constexpr (kIsBytePointer<ParamAt<F, i - 1>> && std::is_integral_v<ParamAt<F, i>>) {
@@ -307,8 +306,8 @@ bool InvokeWith(void* target, const Json& args, const OpSpec& spec, std::size_t 
 }
 
 template <auto Fn, typename Target>
-bool Invoke(void* target, const Json& args, const OpSpec& spec, std::size_t call) {
-    return InvokeWith<Fn, Target>(target, args, spec, call,
+bool Invoke(void* target, const Json& args, const OpEntry& op, std::size_t call) {
+    return InvokeWith<Fn, Target>(target, args, op, call,
                                   std::make_index_sequence<MemberFn<decltype(Fn)>::kArity>{});
 }
 
@@ -318,26 +317,26 @@ bool Invoke(void* target, const Json& args, const OpSpec& spec, std::size_t call
 // for a length that follows a data pointer). Target is the interface the
 // replay hands over, when Fn is declared in a base of it.
 template <auto Fn, typename Target = typename MemberFn<decltype(Fn)>::Class, typename... Names>
-OpSpec Op(const char* name, Names... argNames) {
+OpEntry Op(const char* name, Names... argNames) {
     static_assert(sizeof...(Names) == MemberFn<decltype(Fn)>::kArity,
                   "one name per argument of the operation");
-    return OpSpec{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
+    return OpEntry{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
 }
 
 // The JSON document of one parse: receiver calls and diagnostics in order.
 class Recorder {
   public:
-    explicit Recorder(const std::vector<OpSpec>& ops) : m_ops(ops) {}
+    explicit Recorder(const std::vector<OpEntry>& ops) : m_ops(ops) {}
 
     // Records receiver operation Fn (the Attributes member the receiver slot
     // mirrors) with its arguments; answers true so that parsing goes on.
     template <auto Fn, typename... A>
     bool Put(const A&... args) {
-        const OpSpec& spec = Find(&detail::Key<Fn>::id);
+        const OpEntry& op = Find(&detail::Key<Fn>::id);
         Json call = Json::object();
-        call["op"] = spec.name;
+        call["op"] = op.name;
         Json named = Json::object();
-        PutArgs<Fn>(named, spec, std::make_index_sequence<sizeof...(A)>{}, args...);
+        PutArgs<Fn>(named, op, std::make_index_sequence<sizeof...(A)>{}, args...);
         if (!named.empty()) call["args"] = std::move(named);
         m_calls.push_back(std::move(call));
         return true;
@@ -351,10 +350,10 @@ class Recorder {
     const Json& Diagnostics() const { return m_diagnostics; }
 
   private:
-    const OpSpec& Find(const void* key) const;
+    const OpEntry& Find(const void* key) const;
 
     template <auto Fn, std::size_t... I, typename... A>
-    void PutArgs(Json& named, const OpSpec& spec, std::index_sequence<I...>, const A&... args) {
+    void PutArgs(Json& named, const OpEntry& op, std::index_sequence<I...>, const A&... args) {
         static_assert(sizeof...(A) == MemberFn<decltype(Fn)>::kArity, "receiver slot arity");
         const auto all = std::forward_as_tuple(args...);
         const auto put = [&](auto index) {
@@ -364,18 +363,17 @@ class Recorder {
                 if constexpr (i + 1 < sizeof...(A)) {
                     const auto* data = std::get<i>(all);
                     const auto size = static_cast<std::size_t>(std::get<i + 1>(all));
-                    named[spec.args[i]] = data == nullptr ? Json(nullptr) : Json(HexOf(data, size));
+                    named[op.args[i]] = data == nullptr ? Json(nullptr) : Json(HexOf(data, size));
                 }
             } else {
-                if (spec.args[i] != nullptr)
-                    named[spec.args[i]] = Codec<P>::ToJson(std::get<i>(all));
+                if (op.args[i] != nullptr) named[op.args[i]] = Codec<P>::ToJson(std::get<i>(all));
             }
         };
         (put(std::integral_constant<std::size_t, I>{}), ...);
         (void)put;  // operations without arguments
     }
 
-    const std::vector<OpSpec>& m_ops;
+    const std::vector<OpEntry>& m_ops;
     Json m_calls = Json::array();
     Json m_diagnostics = Json::array();
 };

@@ -37,7 +37,7 @@ std::vector<TypeName> CalendarFamilyNames();
 
 // Operations that events, tasks and notes all have.
 template <typename I>
-std::vector<OpSpec> CalendarCommonOps() {
+std::vector<OpEntry> CalendarCommonOps() {
     return {
         Op<&I::Begin>("Begin", "instance"),
         Op<&I::End>("End"),
@@ -64,7 +64,7 @@ std::vector<OpSpec> CalendarCommonOps() {
 
 // Operations that events and tasks have beyond the common ones.
 template <typename I>
-std::vector<OpSpec> EventTaskOps() {
+std::vector<OpEntry> EventTaskOps() {
     return {
         Op<&I::Location>("Location", "text", "altRep", "language", "xParams"),
         Op<&I::Priority>("Priority", "priority", "xParams"),
@@ -73,7 +73,7 @@ std::vector<OpSpec> EventTaskOps() {
     };
 }
 
-inline std::vector<OpSpec> Joined(std::vector<OpSpec> a, const std::vector<OpSpec>& b) {
+inline std::vector<OpEntry> Joined(std::vector<OpEntry> a, const std::vector<OpEntry>& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;
 }

@@ -30,7 +30,7 @@ constexpr bool (M::*kPriorityLevel)(const unsigned char&) = &M::Priority;
 
 // Operations of both message items; I is the item's Attributes interface.
 template <typename I>
-std::vector<OpSpec> MimeCommonOps() {
+std::vector<OpEntry> MimeCommonOps() {
     using M = mime::M;
     return {
         Op<&M::Begin, I>("Begin", "instance"),

@@ -12,7 +12,7 @@ namespace {
 using R = PimShared::ICallstackReceiver;
 using namespace PimShared::CallstackTypeIds;
 
-std::vector<OpSpec> CallListOps() {
+std::vector<OpEntry> CallListOps() {
     return {
         Op<&R::Begin>("Begin", "kind", "instance"), Op<&R::End>("End"),
         Op<&R::CallByte>("CallByte", "value"),      Op<&R::CallText1>("CallText1", "text"),

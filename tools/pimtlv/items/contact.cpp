@@ -13,7 +13,7 @@ using XParams = PAL::TVector<I::tXParam>;
 using Texts = PAL::TVector<const char*>;
 using CText = const char*;
 
-std::vector<OpSpec> ContactOps() {
+std::vector<OpEntry> ContactOps() {
     return {
         Op<&I::Begin>("Begin", "instance"),
         Op<&I::End>("End"),

@@ -20,8 +20,8 @@ namespace {
 using I = PimShared::IEmailAttributes;
 constexpr bool (I::*kPriority)(const I::ePriority&) = &I::Priority;
 
-std::vector<OpSpec> EmailOps() {
-    std::vector<OpSpec> ops = MimeCommonOps<I>();
+std::vector<OpEntry> EmailOps() {
+    std::vector<OpEntry> ops = MimeCommonOps<I>();
     ops.push_back(Op<&I::Group>("Group", "name", "mailboxes"));
     ops.push_back(Op<&I::Mailbox>("Mailbox", "fieldType", "displayName", "address"));
     ops.push_back(Op<kPriority>("Priority", "priority"));

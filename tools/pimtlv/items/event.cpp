@@ -22,7 +22,7 @@ class EventRecorder : public EventTaskRecorder<ICalendarReceiver> {
     }
 };
 
-std::vector<OpSpec> EventOps() {
+std::vector<OpEntry> EventOps() {
     using I = ICalendarAttributes;
     return Joined(Joined(CalendarCommonOps<I>(), EventTaskOps<I>()),
                   {

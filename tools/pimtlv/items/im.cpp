@@ -27,9 +27,9 @@ namespace {
 using I = PimShared::IIMAttributes;
 constexpr bool (I::*kPriority)(const I::ePriority&) = &I::Priority;
 
-std::vector<OpSpec> ImOps() {
-    std::vector<OpSpec> ops = MimeCommonOps<I>();
-    const std::vector<OpSpec> own = {
+std::vector<OpEntry> ImOps() {
+    std::vector<OpEntry> ops = MimeCommonOps<I>();
+    const std::vector<OpEntry> own = {
         Op<&I::Group>("Group", "name", "mailboxes"),
         Op<&I::Mailbox>("Mailbox", "fieldType", "client", "displayName", "address"),
         Op<kPriority>("Priority", "priority"),

@@ -11,7 +11,7 @@ namespace {
 using I = PimShared::ISMSAttributes;
 using CText = const char*;
 
-std::vector<OpSpec> SmsOps() {
+std::vector<OpEntry> SmsOps() {
     return {
         Op<&I::Begin>("Begin", "instance"),
         Op<&I::End>("End"),

@@ -19,7 +19,7 @@ class TaskRecorder : public EventTaskRecorder<ITaskReceiver> {
     }
 };
 
-std::vector<OpSpec> TaskOps() {
+std::vector<OpEntry> TaskOps() {
     using I = ITaskAttributes;
     return Joined(Joined(CalendarCommonOps<I>(), EventTaskOps<I>()),
                   {Op<&I::DateTimeDueLocal>("DateTimeDueLocal", "dateTime", "xParams")});
