@@ -4,19 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# The build needs a compiler, CMake, Ninja, GoogleTest and the tool's two
-# libraries; on Debian-like systems missing ones are installed.
-packages=(g++ cmake ninja-build libgtest-dev nlohmann-json3-dev libcli11-dev)
-missing=()
-for p in "${packages[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
-done
-if ((${#missing[@]})) && command -v apt-get >/dev/null; then
-  echo "installing: ${missing[*]}"
-  sudo=""
-  [ "$(id -u)" -ne 0 ] && sudo="sudo"
-  $sudo apt-get install -y --no-install-recommends "${missing[@]}"
-fi
+bash tools/install-deps.sh
 
 # Quiet while it works; the whole log when it does not.
 log=$(mktemp)
