@@ -2,10 +2,11 @@
 #define PIMTLV_BENCH_TLVYARDSTICKS_H
 
 // Two deliberately minimal TLV engines that the benchmarks measure the codec
-// against, and a target that does nothing. They do the same job as CTLVParser and CTLVCreator on
-// well-formed input (bounds checks, terminator and UTF-8 checks, shortest length fields) and
-// nothing else: no element tree, no traces, no repair bookkeeping. They are yardsticks, not code to
-// use.
+// against, and a target that does nothing. The engines do the same job as
+// CTLVParser and CTLVCreator on well-formed input (bounds checks, terminator
+// and UTF-8 checks, shortest length fields) and nothing else: no element tree,
+// no traces, no repair. They are yardsticks, not code to use; the writer also
+// serves the round-trip fuzz target as an independent reference.
 
 #include <cstring>
 #include <type_traits>
