@@ -34,6 +34,13 @@ TEST(Utf8, StrictRfc3629) {
         {"\xE2\x82x", false, "??x"},                       // truncated in the middle
         {"\x80", false, "?"},                              // lone continuation
         {"ok\xFF\xC3\xA9", false, "ok?\xC3\xA9"},          // valid after invalid kept
+        // Long texts go through the block and word paths; faults sit at every
+        // place those paths treat differently.
+        {"0123456789abcdef0123456789", true, "0123456789abcdef0123456789"},
+        {"0123456789abcdef\x80" "123456789", false, "0123456789abcdef?123456789"},
+        {"01234567\xFF", false, "01234567?"},
+        {"0123456789\xE2\x82", false, "0123456789??"},
+        {"0123456789abcdef\xC3\xA9tail", true, "0123456789abcdef\xC3\xA9tail"},
     };
     for (const Case& c : cases) {
         std::string text = c.bytes;
@@ -110,6 +117,16 @@ TEST(Containers, BufferVectorAndString) {
     EXPECT_EQ(s.length(), 1000u);
     s.truncate(3);
     EXPECT_EQ(s, "qqq");
+    // Appending a string to itself, growing each time, reads the old text
+    // before its memory goes.
+    EXPECT_TRUE(s.assign("ab"));
+    for (int i = 0; i < 10; ++i) EXPECT_TRUE(s.append(s.c_str(), s.length()));
+    EXPECT_EQ(s.length(), 2048u);
+    std::string expected;
+    for (int i = 0; i < 1024; ++i) expected += "ab";
+    EXPECT_EQ(std::string(s.c_str()), expected);
+    EXPECT_TRUE(s.assign(s.c_str() + 2, 4));  // a piece of itself
+    EXPECT_EQ(s, "abab");
 }
 
 TEST(Trace, SinkReceivesRecordsAndSilenceWithout) {

@@ -16,49 +16,91 @@ char* Digits(char* end, unsigned long long magnitude) {
     return end;
 }
 
+// Collects the text in a stack buffer and hands it to the string in one
+// assignment; pieces that do not fit go straight to the string.
+class Sink {
+  public:
+    explicit Sink(PAL::CString& out) : m_out(out) {}
+
+    void Put(const char* text, std::size_t length) {
+        if (length <= sizeof m_buffer - m_used) {
+            std::memcpy(m_buffer + m_used, text, length);
+            m_used += length;
+            return;
+        }
+        Flush();
+        m_ok = m_ok && m_out.append(text, length);
+    }
+
+    bool Finish() {
+        Flush();
+        return m_ok;
+    }
+
+  private:
+    void Flush() {
+        if (m_first) {
+            m_ok = m_out.assign(m_buffer, m_used);
+            m_first = false;
+        } else if (m_used != 0) {
+            m_ok = m_ok && m_out.append(m_buffer, m_used);
+        }
+        m_used = 0;
+    }
+
+    PAL::CString& m_out;
+    char m_buffer[256];
+    std::size_t m_used = 0;
+    bool m_first = true;
+    bool m_ok = true;
+};
+
+// Writes number in decimal, sign included, backwards from end.
+char* SignedDigits(char* end, long long number) {
+    char* start = Digits(end, static_cast<unsigned long long>(number < 0 ? -number : number));
+    if (number < 0) *--start = '-';
+    return start;
+}
+
 }  // namespace
 
 bool FormatDiagnostic(PAL::CString& out, const char* fmt, ...) {
     if (fmt == nullptr) return false;
     va_list args;
     va_start(args, fmt);
-    out.truncate(0);
-    bool ok = true;
-    const char* run = fmt;
+    Sink sink(out);
     const char* p = fmt;
-    while (ok && *p != 0) {
-        if (*p != '%') {
-            ++p;
-            continue;
+    for (;;) {
+        const char* percent = std::strchr(p, '%');
+        if (percent == nullptr) {
+            sink.Put(p, std::strlen(p));
+            break;
         }
-        ok = out.append(run, static_cast<std::size_t>(p - run));
-        const char conversion = p[1];
+        sink.Put(p, static_cast<std::size_t>(percent - p));
+        const char conversion = percent[1];
         char number[24];
         char* end = number + sizeof number;
         if (conversion == 'd') {
-            const int v = va_arg(args, int);
-            const long long wide = v;
-            char* start = Digits(end, static_cast<unsigned long long>(wide < 0 ? -wide : wide));
-            if (wide < 0) *--start = '-';
-            ok = ok && out.append(start, static_cast<std::size_t>(end - start));
+            char* start = SignedDigits(end, va_arg(args, int));
+            sink.Put(start, static_cast<std::size_t>(end - start));
         } else if (conversion == 'u') {
             char* start = Digits(end, va_arg(args, unsigned int));
-            ok = ok && out.append(start, static_cast<std::size_t>(end - start));
+            sink.Put(start, static_cast<std::size_t>(end - start));
         } else if (conversion == 's') {
             const char* s = va_arg(args, const char*);
-            ok = ok && out.append(s == nullptr ? "(null)" : s);
+            if (s == nullptr) s = "(null)";
+            sink.Put(s, std::strlen(s));
         } else if (conversion == '%') {
-            ok = ok && out.append('%');
+            sink.Put("%", 1);
         } else {
             // Not a shape of ours: copy it as it stands.
-            ok = ok && out.append(p, conversion == 0 ? 1 : 2);
+            sink.Put(percent, conversion == 0 ? 1 : 2);
         }
-        p += conversion == 0 ? 1 : 2;
-        run = p;
+        if (conversion == 0) break;
+        p = percent + 2;
     }
-    if (ok) ok = out.append(run, static_cast<std::size_t>(p - run));
     va_end(args);
-    return ok;
+    return sink.Finish();
 }
 
 }  // namespace PimShared

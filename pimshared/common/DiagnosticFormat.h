@@ -1,6 +1,9 @@
 #ifndef PIMTLV_PIMSHARED_COMMON_DIAGNOSTICFORMAT_H
 #define PIMTLV_PIMSHARED_COMMON_DIAGNOSTICFORMAT_H
 
+#include <cstddef>
+#include <cstring>
+
 #include "platform/CString.h"
 #include "platform/PalExport.h"
 
@@ -18,6 +21,8 @@ PIMTLV_API bool FormatDiagnostic(PAL::CString& out, const char* fmt, ...);
 // by its class word (ParserCreatorCollection::ClassDisplayName, or "Node End").
 constexpr const char* kUnexpectedClassText = "Unexpected class ID = %d with type ID = %d";
 constexpr const char* kUnexpectedTypeIdText = "Unexpected %s with type ID = %d";
+// A node's closing has a class word of its own; its opening is "Node Begin".
+constexpr const char* kNodeEndWord = "Node End";
 
 // The message family's one refusal path: formats kUnexpectedTypeIdText into
 // text and reports it to the receiver with code 2; returns the receiver's
@@ -29,6 +34,43 @@ bool AlertUnexpectedTypeId(Receiver& receiver, PAL::CString& text, const char* k
     const int code = 2;
     return receiver.TraceMessage(code, text.c_str());
 }
+
+// A trace line of one fixed head and a number ("NodeBegin():  typeId: 202").
+// The head is written once; each line rewrites only the digits after it, so a
+// parser that traces every element it reads pays a few stores per element.
+class CTraceLine {
+  public:
+    // format is the head followed by "%d".
+    template <std::size_t N>
+    explicit CTraceLine(const char (&format)[N]) : m_head(N - 3) {
+        static_assert(N >= 3, "a trace line ends with %d");
+        char* text = m_text.overwrite(m_head + kMaxDigits);
+        if (text != nullptr) std::memcpy(text, format, m_head);
+    }
+
+    // The line for number; the empty text if memory ran out at construction.
+    const char* Format(int number) noexcept {
+        if (m_text.length() < m_head) return "";
+        unsigned int magnitude =
+            number < 0 ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
+        std::size_t count = number < 0 ? 2 : 1;
+        for (unsigned int rest = magnitude; rest >= 10; rest /= 10) ++count;
+        // Within the memory reserved at construction: no growth, head kept.
+        char* text = m_text.overwrite(m_head + count);
+        char* out = text + m_head + count;
+        do {
+            *--out = static_cast<char>('0' + magnitude % 10);
+            magnitude /= 10;
+        } while (magnitude != 0);
+        if (number < 0) *--out = '-';
+        return text;
+    }
+
+  private:
+    static constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
+    PAL::CString m_text;
+    std::size_t m_head;
+};
 
 }  // namespace PimShared
 

@@ -184,6 +184,11 @@ bool CTLVParser::walkLeaf(eClass elementClass, unsigned int typeId, unsigned int
     return m_target.Unknown(elementClass, typeId, value, length);
 }
 
+// The helpers stay exported for derived parsers; inside the walk they are
+// inlined, since they run once or more per element.
+#if defined(__GNUC__)
+__attribute__((flatten))
+#endif
 bool CTLVParser::parseBuffer(const unsigned int& limit) {
     // Iterative node walk. Each open node is a frame with its end offset; the
     // innermost end is the limit of every read, so a child can never run past

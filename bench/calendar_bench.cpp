@@ -1,0 +1,316 @@
+// Cost of the calendar family codecs: building and parsing an event of about
+// 1 KB (20 properties, 3 attendees, extension parameters), a task and a note,
+// beside a plain walk of the same bytes with CTLVParser and, when the
+// benchmark is built with PIMTLV_BENCH_PROTOBUF and the generated
+// calendar_bench.pb.h, beside Protocol Buffers on the same content.
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
+#include "pimshared/calendar/TLVCalendarCreator.h"
+#include "pimshared/calendar/TLVCalendarParser.h"
+#include "pimshared/note/TLVNoteCreator.h"
+#include "pimshared/note/TLVNoteParser.h"
+#include "pimshared/task/TLVTaskCreator.h"
+#include "pimshared/task/TLVTaskParser.h"
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+#include "calendar_bench.pb.h"
+#endif
+
+namespace {
+
+using XParams = PAL::TVector<PimShared::tXParam>;
+using Texts = PAL::TVector<const char*>;
+
+const char kDescription[] =
+    "Quarterly planning for the platform team. We go through the roadmap, the open risks of the "
+    "sync service, the migration of the calendar store and the staffing for the next two "
+    "quarters. Please read the attached notes beforehand and bring your estimates. Lunch is "
+    "provided; the room has a projector and a conference phone for remote attendees.";
+
+struct Content {
+    PAL::CDateAndTime start{2026, 11, 23, 9, 30, 0};
+    PAL::CDateAndTime end{2026, 11, 23, 12, 0, 0};
+    PAL::CDateAndTime stamp{2026, 11, 20, 17, 45, 12};
+    XParams none;
+    XParams one{{"X-SOURCE", "sync"}};
+    XParams two{{"X-SOURCE", "sync"}, {"X-COLOR", "#3366ff"}};
+    Texts categories{"Work", "Planning", "Quarterly"};
+    Texts members{"mailto:team@example.com"};
+    Texts empty;
+    const char* attendees[3] = {"mailto:ann@example.com", "mailto:bob@example.com",
+                                "mailto:carla@example.com"};
+    const char* names[3] = {"Ann Example", "Bob Example", "Carla Example"};
+};
+const Content& Data() {
+    static const Content content;
+    return content;
+}
+
+// The properties the three items share, written to any of the creators.
+template <typename TCreator>
+bool WriteShared(TCreator& c, const Content& d) {
+    bool ok = c.ProductIdentifier("-//Example//Sync 4.2//EN", d.none) && c.Version("2.0", d.none) &&
+              c.Categories(d.categories, "en", d.none) && c.Classification("PUBLIC", d.none) &&
+              c.Description(kDescription, nullptr, "en", d.one) && c.Status("CONFIRMED", d.none) &&
+              c.Summary("Quarterly planning", nullptr, "en", d.two) &&
+              c.UniqueIdentifier("4f6c2a9e-1b7d-4c55-9a3e-0d2f8b1c7e66@example.com", d.none) &&
+              c.DateTimeCreated(d.stamp, d.none) && c.LastModified(d.stamp, d.none) &&
+              c.SequenceNumber(3, d.none);
+    for (int i = 0; ok && i < 3; ++i) {
+        ok = c.Attendee(d.attendees[i], "INDIVIDUAL", d.members, "REQ-PARTICIPANT", "NEEDS-ACTION",
+                        PimShared::eRsvpTrue, d.empty, d.empty, nullptr, d.names[i], nullptr,
+                        nullptr, d.one);
+    }
+    return ok &&
+           c.Organizer("mailto:dora@example.com", nullptr, "Dora Example", nullptr, nullptr,
+                       d.none) &&
+           c.SendStatus(1);
+}
+
+bool WriteEvent(PimShared::CTLVCalendarCreator& c, const Content& d) {
+    return c.Reset() && c.Begin(42) && WriteShared(c, d) &&
+           c.Location("Room 4.12, Building B", nullptr, nullptr, d.none) && c.Priority(5, d.none) &&
+           c.DateTimeStart(d.start, "Europe/Berlin", d.none) &&
+           c.DateTimeEnd(d.end, "Europe/Berlin", d.none) && c.End();
+}
+bool WriteTask(PimShared::CTLVTaskCreator& c, const Content& d) {
+    return c.Reset() && c.Begin(42) && WriteShared(c, d) && c.Priority(5, d.none) &&
+           c.DateTimeDueLocal(d.end, d.none) && c.End();
+}
+bool WriteNote(PimShared::CTLVNoteCreator& c, const Content& d) {
+    return c.Reset() && c.Begin(42) && WriteShared(c, d) && c.End();
+}
+
+// A receiver that takes everything and keeps nothing. It declares the
+// operations of all three receivers; those the base lacks are never called.
+template <typename TReceiver>
+class Quiet : public TReceiver {
+  public:
+    using X = const XParams&;
+    using D = const PAL::CDateAndTime&;
+    using T = const char*;
+    using L = const Texts&;
+    bool TraceMessage(const int&, T) { return true; }
+    bool Begin(const unsigned int&) { return true; }
+    bool End() { return true; }
+    bool ProductIdentifier(T, X) { return true; }
+    bool Version(T, X) { return true; }
+    bool Categories(L, T, X) { return true; }
+    bool Classification(T, X) { return true; }
+    bool Description(T, T, T, X) { return true; }
+    bool Location(T, T, T, X) { return true; }
+    bool Priority(const unsigned char&, X) { return true; }
+    bool Status(T, X) { return true; }
+    bool Summary(T, T, T, X) { return true; }
+    bool DateTimeStart(D, T, X) { return true; }
+    bool DateTimeEnd(D, T, X) { return true; }
+    bool DateTimeStartLocal(D, X) { return true; }
+    bool DateTimeEndLocal(D, X) { return true; }
+    bool DateTimeDueLocal(D, X) { return true; }
+    bool UniqueIdentifier(T, X) { return true; }
+    bool DateTimeCreated(D, X) { return true; }
+    bool LastModified(D, X) { return true; }
+    bool SequenceNumber(const unsigned short&, X) { return true; }
+    bool Attendee(T, T, L, T, T, const PimShared::eRsvpType&, L, L, T, T, T, T, X) { return true; }
+    bool Organizer(T, T, T, T, T, X) { return true; }
+    bool SendStatus(unsigned char) { return true; }
+    bool InstanceName(T) { return true; }
+};
+
+// Every element accepted, nothing done: the floor any item parser stands on.
+class NullTarget : public ParserCreatorCollection::ITLV {
+  public:
+    using U = const unsigned int&;
+    bool Unknown(const ParserCreatorCollection::eClass&, U, const void*, U) override {
+        return true;
+    }
+    bool NodeBegin(U) override { return true; }
+    bool NodeEnd(U) override { return true; }
+    bool LeafInt8(U, const signed char&) override { return true; }
+    bool LeafInt16(U, const short&) override { return true; }
+    bool LeafUInt8(U, const unsigned char&) override { return true; }
+    bool LeafUInt16(U, const unsigned short&) override { return true; }
+    bool LeafBitfield8(U, const unsigned char&) override { return true; }
+    bool LeafBitfield16(U, const unsigned short&) override { return true; }
+    bool LeafString(U, const char*) override { return true; }
+    bool LeafByteStream(U, const void*, U) override { return true; }
+    bool LeafUInt32(U, U) override { return true; }
+    bool LeafInt32(U, const int&) override { return true; }
+};
+
+template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+void Create(benchmark::State& state) {
+    TCreator creator;
+    const void* data = nullptr;
+    unsigned int length = 0;
+    for (auto _ : state) {
+        if (!Write(creator, Data()) || !creator.GetData(data, length)) {
+            state.SkipWithError("write failed");
+            break;
+        }
+        benchmark::DoNotOptimize(data);
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.counters["bytes"] = length;
+}
+
+template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+std::string Bytes() {
+    TCreator creator;
+    const void* data = nullptr;
+    unsigned int length = 0;
+    if (!Write(creator, Data()) || !creator.GetData(data, length)) return {};
+    return std::string(static_cast<const char*>(data), length);
+}
+
+template <typename TParser, typename TReceiver, typename TCreator,
+          bool (*Write)(TCreator&, const Content&)>
+void Parse(benchmark::State& state) {
+    const std::string bytes = Bytes<TCreator, Write>();
+    Quiet<TReceiver> receiver;
+    TParser parser(receiver);
+    const char* error = nullptr;
+    unsigned int consumed = 0;
+    const auto length = static_cast<unsigned int>(bytes.size());
+    for (auto _ : state) {
+        if (!parser.Parse(bytes.data(), length, error, consumed)) {
+            state.SkipWithError("parse failed");
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+void Walk(benchmark::State& state) {
+    const std::string bytes = Bytes<TCreator, Write>();
+    NullTarget target;
+    ParserCreatorCollection::CTLVParser parser(target);
+    const char* error = nullptr;
+    unsigned int consumed = 0;
+    const auto length = static_cast<unsigned int>(bytes.size());
+    for (auto _ : state) {
+        if (!parser.Parse(bytes.data(), length, error, consumed)) {
+            state.SkipWithError("walk failed");
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+using PimShared::CTLVCalendarCreator;
+using PimShared::CTLVNoteCreator;
+using PimShared::CTLVTaskCreator;
+
+BENCHMARK(Create<CTLVCalendarCreator, WriteEvent>)->Name("Event/CreateAndGetData");
+BENCHMARK(Parse<PimShared::CTLVCalendarParser, PimShared::ICalendarReceiver, CTLVCalendarCreator,
+                WriteEvent>)
+    ->Name("Event/Parse");
+BENCHMARK(Walk<CTLVCalendarCreator, WriteEvent>)->Name("Event/PlainWalk");
+BENCHMARK(Create<CTLVTaskCreator, WriteTask>)->Name("Task/CreateAndGetData");
+BENCHMARK(Parse<PimShared::CTLVTaskParser, PimShared::ITaskReceiver, CTLVTaskCreator, WriteTask>)
+    ->Name("Task/Parse");
+BENCHMARK(Walk<CTLVTaskCreator, WriteTask>)->Name("Task/PlainWalk");
+BENCHMARK(Create<CTLVNoteCreator, WriteNote>)->Name("Note/CreateAndGetData");
+BENCHMARK(Parse<PimShared::CTLVNoteParser, PimShared::INoteReceiver, CTLVNoteCreator, WriteNote>)
+    ->Name("Note/Parse");
+BENCHMARK(Walk<CTLVNoteCreator, WriteNote>)->Name("Note/PlainWalk");
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+void SetText(pimbench::Text* t, const char* text, const char* language, const XParams& x) {
+    t->set_text(text);
+    if (language != nullptr) t->set_language(language);
+    for (const auto& p : x) {
+        auto* e = t->add_x();
+        e->set_name(p.name);
+        e->set_value(p.value);
+    }
+}
+
+// The same content as WriteEvent, date-times formatted the same way.
+void BuildEvent(pimbench::Event& e, const Content& d, std::string& when) {
+    using PAL::DateAndTimeUtilities::ToString;
+    const PAL::DateAndTimeUtilities::STimeZoneOffset offset;
+    const auto format = PAL::DateAndTimeUtilities::eDateTimeFormatICalendar;
+    e.set_instance(42);
+    SetText(e.mutable_product_identifier(), "-//Example//Sync 4.2//EN", nullptr, d.none);
+    SetText(e.mutable_version(), "2.0", nullptr, d.none);
+    auto* c = e.mutable_categories();
+    for (const char* category : d.categories) c->add_category(category);
+    c->set_language("en");
+    SetText(e.mutable_classification(), "PUBLIC", nullptr, d.none);
+    SetText(e.mutable_description(), kDescription, "en", d.one);
+    SetText(e.mutable_location(), "Room 4.12, Building B", nullptr, d.none);
+    e.mutable_priority()->set_value(5);
+    SetText(e.mutable_status(), "CONFIRMED", nullptr, d.none);
+    SetText(e.mutable_summary(), "Quarterly planning", "en", d.two);
+    PAL::CString text;
+    ToString(d.start, format, 0, offset, text);
+    e.mutable_start()->set_value(text.c_str());
+    e.mutable_start()->set_zone("Europe/Berlin");
+    ToString(d.end, format, 0, offset, text);
+    e.mutable_end()->set_value(text.c_str());
+    e.mutable_end()->set_zone("Europe/Berlin");
+    SetText(e.mutable_unique_identifier(), "4f6c2a9e-1b7d-4c55-9a3e-0d2f8b1c7e66@example.com",
+            nullptr, d.none);
+    ToString(d.stamp, format, 0, offset, text);
+    e.mutable_created()->set_value(text.c_str());
+    ToString(d.stamp, format, 0, offset, text);
+    e.mutable_last_modified()->set_value(text.c_str());
+    e.mutable_sequence()->set_value(3);
+    for (int i = 0; i < 3; ++i) {
+        auto* a = e.add_attendee();
+        a->set_address(d.attendees[i]);
+        a->set_cu_type("INDIVIDUAL");
+        for (const char* member : d.members) a->add_member(member);
+        a->set_role("REQ-PARTICIPANT");
+        a->set_part_stat("NEEDS-ACTION");
+        a->set_rsvp(1);
+        a->set_common_name(d.names[i]);
+        auto* x = a->add_x();
+        x->set_name("X-SOURCE");
+        x->set_value("sync");
+    }
+    e.mutable_organizer()->set_address("mailto:dora@example.com");
+    e.mutable_organizer()->set_common_name("Dora Example");
+    e.set_send_status(1);
+    e.SerializeToString(&when);
+}
+
+void ProtobufBuildAndSerialize(benchmark::State& state) {
+    pimbench::Event event;
+    std::string out;
+    for (auto _ : state) {
+        event.Clear();
+        BuildEvent(event, Data(), out);
+        benchmark::DoNotOptimize(out.data());
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.counters["bytes"] = static_cast<double>(out.size());
+}
+
+void ProtobufParse(benchmark::State& state) {
+    pimbench::Event event;
+    std::string bytes;
+    BuildEvent(event, Data(), bytes);
+    for (auto _ : state) {
+        if (!event.ParseFromString(bytes)) {
+            state.SkipWithError("parse failed");
+            break;
+        }
+        benchmark::DoNotOptimize(event.attendee_size());
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(ProtobufBuildAndSerialize)->Name("Event/Protobuf/BuildAndSerialize");
+BENCHMARK(ProtobufParse)->Name("Event/Protobuf/ParseFromString");
+#endif
+
+}  // namespace
+
+BENCHMARK_MAIN();

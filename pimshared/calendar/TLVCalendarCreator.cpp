@@ -1,0 +1,20 @@
+#include "pimshared/calendar/TLVCalendarCreator.h"
+
+#include "pimshared/common/CalendarTypeIds.h"
+
+namespace PimShared {
+
+CTLVCalendarCreator::~CTLVCalendarCreator() = default;
+
+bool CTLVCalendarCreator::DateTimeEnd(const PAL::CDateAndTime& dateTime, const char* timeZone,
+                                      const PAL::TVector<tXParam>& xParams) {
+    return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeEnd, dateTime, timeZone, xParams);
+}
+
+bool CTLVCalendarCreator::DateTimeEndLocal(const PAL::CDateAndTime& dateTime,
+                                           const PAL::TVector<tXParam>& xParams) {
+    return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeEndLocal, dateTime, nullptr,
+                         xParams);
+}
+
+}  // namespace PimShared

@@ -1,0 +1,85 @@
+#include "pimshared/calendar/TLVCalendarParser.h"
+
+#include <new>
+
+#include "pimshared/common/CalendarFamilyParser.h"
+#include "pimshared/common/TypeIds.h"
+
+namespace PimShared {
+
+using namespace CalendarFamily;
+
+namespace {
+
+const tParserItem kEvent = {
+    TypeIdObjTypeCalendarTask,
+    TypeIdCompTypeVevent,
+    "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdObjTypeCalendarTask)",
+    "NodeBegin(): [state ParsingStateCalendarContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdCompTypeVevent)",
+    "LeafNode(): [state ParsingStateCalendarContext] Unexpected typeId: %d",
+    "NodeEnd(): [state ParsingStateCalendarContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdObjTypeCalendar)",
+    "NodeBegin(): [state ParsingStateVeventContext] Unimplemented typeId. TypeId: %d.",
+    "NodeEnd(): [state ParsingStateVeventContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdCompTypeVevent)",
+    kUnimplementedInEventsAndNotes,
+    sizeof kUnimplementedInEventsAndNotes / sizeof kUnimplementedInEventsAndNotes[0],
+    SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
+        SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
+        SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
+        SlotBit(TypeIdPropTypePriority) | SlotBit(TypeIdPropTypeStatus) |
+        SlotBit(TypeIdPropTypeSummary) | SlotBit(TypeIdPropTypeDateTimeStart) |
+        SlotBit(TypeIdPropTypeDateTimeEnd) | SlotBit(TypeIdPropTypeDateTimeStartLocal) |
+        SlotBit(TypeIdPropTypeDateTimeEndLocal) | SlotBit(TypeIdPropTypeUniqueIdentifier) |
+        SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
+        SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
+        SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
+};
+
+}  // namespace
+
+class CTLVCalendarParser::CTLVCalendarParserImpl final
+    : public TReceivingEngine<ICalendarReceiver> {
+  public:
+    // The event's names of the engine's states.
+    static constexpr unsigned int ParsingStateCalendarContext = ParsingStateObjectContext;
+    static constexpr unsigned int ParsingStateVeventContext = ParsingStateComponentContext;
+
+    explicit CTLVCalendarParserImpl(ICalendarReceiver& receiver)
+        : TReceivingEngine(kEvent, receiver) {}
+
+  private:
+    bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
+        switch (property) {
+            case TypeIdPropTypeDateTimeEnd:
+                answer = m_receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
+                return true;
+            case TypeIdPropTypeDateTimeEndLocal:
+                answer = m_receiver.DateTimeEndLocal(v.dateTime, v.xParams);
+                return true;
+            default:
+                return DeliverEventAndTask(m_receiver, property, v, answer);
+        }
+    }
+};
+
+CTLVCalendarParser::CTLVCalendarParser(ICalendarReceiver& receiver)
+    : m_impl(new (std::nothrow) CTLVCalendarParserImpl(receiver)) {}
+
+CTLVCalendarParser::~CTLVCalendarParser() = default;
+
+bool CTLVCalendarParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
+                               unsigned int& consumed) {
+    if (!m_impl) {
+        // Without its working object the parser reads nothing, but callers
+        // still get defined out-parameters.
+        errorText = "";
+        consumed = 0;
+        return false;
+    }
+    return m_impl->Parse(data, length, errorText, consumed);
+}
+
+}  // namespace PimShared

@@ -1,0 +1,186 @@
+#ifndef PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYCREATOR_H
+#define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYCREATOR_H
+
+#include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarTypeIds.h"
+#include "pimshared/common/CreatorFrame.h"
+#include "pimshared/common/TypeIds.h"
+#include "platform/CDateAndTime.h"
+#include "platform/PalExport.h"
+#include "platform/TVector.h"
+
+namespace PimShared {
+
+// The writers of the calendar family. Events, tasks and notes share one
+// numbering and one layout per property, so each item creator is a list of
+// one-line operations over these writers; only the frame IDs and the set of
+// properties differ between the items.
+//
+// Every writer opens the property node, writes its value leaves (optional ones
+// only when given: a non-null text, a non-empty list, an RSVP that is not
+// eRsvpNotGiven), the extension parameters when there are any, and closes the
+// node. Each step runs only if all before it succeeded; the writer returns
+// the last result. A failed step leaves the node open on purpose, so that
+// GetData refuses the half-written item instead of shipping it.
+class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
+  protected:
+    CCalendarFamilyCreator() = default;
+
+    bool WriteBegin(unsigned int root, unsigned int component, unsigned int instance);
+    bool WriteEnd(unsigned int root, unsigned int component);
+
+    // One text leaf, always written (a null text as the empty text).
+    bool WriteText(unsigned int property, unsigned int valueId, const char* text,
+                   const PAL::TVector<tXParam>& xParams);
+    // Alternate representation and language if given, then the main text.
+    bool WriteRichText(unsigned int property, unsigned int valueId, const char* text,
+                       const char* altRep, const char* language,
+                       const PAL::TVector<tXParam>& xParams);
+    bool WriteUInt8(unsigned int property, unsigned int valueId, unsigned char value,
+                    const PAL::TVector<tXParam>& xParams);
+    bool WriteUInt16(unsigned int property, unsigned int valueId, unsigned short value,
+                     const PAL::TVector<tXParam>& xParams);
+    // The date-time text, then the zone text if given.
+    bool WriteDateTime(unsigned int property, const PAL::CDateAndTime& dateTime, const char* zone,
+                       const PAL::TVector<tXParam>& xParams);
+    bool WriteCategories(const PAL::TVector<const char*>& categories, const char* language,
+                         const PAL::TVector<tXParam>& xParams);
+    bool WriteAttendee(const char* address, const char* cuType,
+                       const PAL::TVector<const char*>& members, const char* role,
+                       const char* partStat, eRsvpType rsvp,
+                       const PAL::TVector<const char*>& delegatedTo,
+                       const PAL::TVector<const char*>& delegatedFrom, const char* sentBy,
+                       const char* commonName, const char* directory, const char* language,
+                       const PAL::TVector<tXParam>& xParams);
+    bool WriteOrganizer(const char* address, const char* sentBy, const char* commonName,
+                        const char* directory, const char* language,
+                        const PAL::TVector<tXParam>& xParams);
+    // The send status has no extension parameters.
+    bool WriteSendStatus(unsigned char status);
+
+  private:
+    bool OptionalText(unsigned int valueId, const char* text);
+    bool TextList(unsigned int valueId, const PAL::TVector<const char*>& texts);
+    bool Close(unsigned int property, const PAL::TVector<tXParam>& xParams);
+};
+
+// The operations that events, tasks and notes share, implemented once over
+// the writers for any of the three creator interfaces (their operations of
+// the same name take the same arguments). Root and Component are the item's
+// frame nodes.
+template <typename TInterface, unsigned int Root, unsigned int Component>
+class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator {
+  public:
+    using typename TInterface::eRsvpType;
+    using typename TInterface::tXParam;
+
+    bool Begin(const unsigned int& instance) override {
+        return WriteBegin(Root, Component, instance);
+    }
+    bool End() override { return WriteEnd(Root, Component); }
+    bool ProductIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
+        return WriteText(CalendarFamily::TypeIdPropTypeProductIdentifier,
+                         CalendarFamily::TypeIdValTypeProductIdentifier, text, xParams);
+    }
+    bool Version(const char* text, const PAL::TVector<tXParam>& xParams) override {
+        return WriteText(CalendarFamily::TypeIdPropTypeVersion, TypeIdValTypeVersion, text,
+                         xParams);
+    }
+    bool Categories(const PAL::TVector<const char*>& categories, const char* language,
+                    const PAL::TVector<tXParam>& xParams) override {
+        return WriteCategories(categories, language, xParams);
+    }
+    bool Classification(const char* text, const PAL::TVector<tXParam>& xParams) override {
+        return WriteText(CalendarFamily::TypeIdPropTypeClassification,
+                         CalendarFamily::TypeIdValTypeClassification, text, xParams);
+    }
+    bool Description(const char* text, const char* altRep, const char* language,
+                     const PAL::TVector<tXParam>& xParams) override {
+        return WriteRichText(CalendarFamily::TypeIdPropTypeDescription,
+                             CalendarFamily::TypeIdValTypeDescription, text, altRep, language,
+                             xParams);
+    }
+    // The status goes out as the caller's text.
+    bool Status(const char* text, const PAL::TVector<tXParam>& xParams) override {
+        return WriteText(CalendarFamily::TypeIdPropTypeStatus, CalendarFamily::TypeIdValTypeStatus,
+                         text, xParams);
+    }
+    bool Summary(const char* text, const char* altRep, const char* language,
+                 const PAL::TVector<tXParam>& xParams) override {
+        return WriteRichText(CalendarFamily::TypeIdPropTypeSummary,
+                             CalendarFamily::TypeIdValTypeSummary, text, altRep, language, xParams);
+    }
+    bool UniqueIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
+        return WriteText(CalendarFamily::TypeIdPropTypeUniqueIdentifier,
+                         TypeIdValTypeUniqueIdentifier, text, xParams);
+    }
+    bool DateTimeCreated(const PAL::CDateAndTime& dateTime,
+                         const PAL::TVector<tXParam>& xParams) override {
+        return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeCreated, dateTime, nullptr,
+                             xParams);
+    }
+    bool LastModified(const PAL::CDateAndTime& dateTime,
+                      const PAL::TVector<tXParam>& xParams) override {
+        return WriteDateTime(CalendarFamily::TypeIdPropTypeLastModified, dateTime, nullptr,
+                             xParams);
+    }
+    bool SequenceNumber(const unsigned short& number,
+                        const PAL::TVector<tXParam>& xParams) override {
+        return WriteUInt16(CalendarFamily::TypeIdPropTypeSequenceNumber,
+                           CalendarFamily::TypeIdValTypeSequenceNumber, number, xParams);
+    }
+    bool Attendee(const char* address, const char* cuType, const PAL::TVector<const char*>& members,
+                  const char* role, const char* partStat, const eRsvpType& rsvp,
+                  const PAL::TVector<const char*>& delegatedTo,
+                  const PAL::TVector<const char*>& delegatedFrom, const char* sentBy,
+                  const char* commonName, const char* directory, const char* language,
+                  const PAL::TVector<tXParam>& xParams) override {
+        return WriteAttendee(address, cuType, members, role, partStat, rsvp, delegatedTo,
+                             delegatedFrom, sentBy, commonName, directory, language, xParams);
+    }
+    bool Organizer(const char* address, const char* sentBy, const char* commonName,
+                   const char* directory, const char* language,
+                   const PAL::TVector<tXParam>& xParams) override {
+        return WriteOrganizer(address, sentBy, commonName, directory, language, xParams);
+    }
+    bool SendStatus(unsigned char status) override { return WriteSendStatus(status); }
+    // The instance name is read, never written.
+    bool InstanceName(const char*) override { return false; }
+    bool Reset() override { return FrameReset(); }
+    bool GetData(const void*& data, unsigned int& length) override {
+        return FrameGetData(data, length);
+    }
+};
+
+// Location, priority and the start times, which events and tasks have and
+// notes do not.
+template <typename TInterface, unsigned int Root, unsigned int Component>
+class TEventTaskCreator : public TCalendarFamilyCreator<TInterface, Root, Component> {
+  public:
+    using typename TInterface::tXParam;
+
+    bool Location(const char* text, const char* altRep, const char* language,
+                  const PAL::TVector<tXParam>& xParams) override {
+        return this->WriteRichText(CalendarFamily::TypeIdPropTypeLocation,
+                                   CalendarFamily::TypeIdValTypeLocation, text, altRep, language,
+                                   xParams);
+    }
+    bool Priority(const unsigned char& priority, const PAL::TVector<tXParam>& xParams) override {
+        return this->WriteUInt8(CalendarFamily::TypeIdPropTypePriority,
+                                CalendarFamily::TypeIdValTypePriority, priority, xParams);
+    }
+    bool DateTimeStart(const PAL::CDateAndTime& dateTime, const char* timeZone,
+                       const PAL::TVector<tXParam>& xParams) override {
+        return this->WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeStart, dateTime, timeZone,
+                                   xParams);
+    }
+    bool DateTimeStartLocal(const PAL::CDateAndTime& dateTime,
+                            const PAL::TVector<tXParam>& xParams) override {
+        return this->WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeStartLocal, dateTime,
+                                   nullptr, xParams);
+    }
+};
+
+}  // namespace PimShared
+
+#endif

@@ -1,0 +1,536 @@
+#include "pimshared/common/CalendarFamilyParser.h"
+
+#include "pimshared/common/CreatorFrame.h"
+#include "pimshared/common/DiagnosticFormat.h"
+#include "pimshared/common/TypeIds.h"
+
+namespace PimShared {
+namespace CalendarFamily {
+
+using ParserCreatorCollection::eClass;
+
+namespace {
+
+// Where a value leaf goes in its property's record.
+enum class eField : unsigned char {
+    Text,      // text[index] := the text
+    Append,    // list[index] += the text
+    Byte,      // number := low 8 bits
+    Word,      // number := low 16 bits
+    DateTime,  // dateTime := the text read as an iCalendar date-time
+    Status,    // a String leaf: text[kMain]; any other: number := low 8 bits
+};
+
+struct tValueRule {
+    unsigned short valueId;
+    eField field;
+    unsigned char index;
+};
+
+constexpr tValueRule kRichText[] = {
+    {TypeIdValTypeAltRep, eField::Text, kAltRep},
+    {TypeIdValTypeLanguage, eField::Text, kLanguage},
+};
+constexpr tValueRule kDateTimeZone[] = {
+    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
+    {TypeIdValTypeDateTimeZone, eField::Text, kZone},
+};
+constexpr tValueRule kDateTimeAlt[] = {
+    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
+};
+constexpr tValueRule kCategories[] = {
+    {TypeIdValTypeLanguage, eField::Text, kCategoryLanguage},
+};
+constexpr tValueRule kAttendee[] = {
+    {TypeIdValTypeCuType, eField::Text, kAttendeeCuType},
+    {TypeIdValTypeMember, eField::Append, kAttendeeMembers},
+    {TypeIdValTypeRole, eField::Text, kAttendeeRole},
+    {TypeIdValTypePartStat, eField::Text, kAttendeePartStat},
+    {TypeIdValTypeRsvp, eField::Byte, 0},
+    {TypeIdValTypeDelegatedTo, eField::Append, kAttendeeDelegatedTo},
+    {TypeIdValTypeDelegatedFrom, eField::Append, kAttendeeDelegatedFrom},
+    {TypeIdValTypeSentBy, eField::Text, kAttendeeSentBy},
+    {TypeIdValTypeCommonName, eField::Text, kAttendeeCommonName},
+    {TypeIdValTypeDirectory, eField::Text, kAttendeeDirectory},
+    {TypeIdValTypeLanguage, eField::Text, kAttendeeLanguage},
+};
+constexpr tValueRule kOrganizer[] = {
+    {TypeIdValTypeSentBy, eField::Text, kOrganizerSentBy},
+    {TypeIdValTypeCommonName, eField::Text, kOrganizerCommonName},
+    {TypeIdValTypeDirectory, eField::Text, kOrganizerDirectory},
+    {TypeIdValTypeLanguage, eField::Text, kOrganizerLanguage},
+};
+
+// One property of the family: its main value (the leaf the creator always
+// writes), the other value IDs it takes, whether it takes extension
+// parameters, and the number it is reset to.
+struct tSlotLayout {
+    unsigned short property;
+    unsigned short mainValue;
+    eField mainField;
+    unsigned char mainIndex;
+    const tValueRule* extras;
+    unsigned char extraCount;
+    bool xParams;
+    unsigned int resetNumber;
+};
+
+template <std::size_t N>
+constexpr unsigned char Count(const tValueRule (&)[N]) {
+    return static_cast<unsigned char>(N);
+}
+
+// The slot order is the order in which every item's record lists them.
+constexpr tSlotLayout kSlots[] = {
+    {TypeIdPropTypeProductIdentifier, TypeIdValTypeProductIdentifier, eField::Text, kMain, nullptr,
+     0, true, 0},
+    {TypeIdPropTypeVersion, TypeIdValTypeVersion, eField::Text, kMain, nullptr, 0, true, 0},
+    {TypeIdPropTypeCategories, TypeIdValTypeCategory, eField::Append, kCategoryList, kCategories,
+     Count(kCategories), true, 0},
+    {TypeIdPropTypeClassification, TypeIdValTypeClassification, eField::Text, kMain, nullptr, 0,
+     true, 0},
+    {TypeIdPropTypeDescription, TypeIdValTypeDescription, eField::Text, kMain, kRichText,
+     Count(kRichText), true, 0},
+    {TypeIdPropTypeLocation, TypeIdValTypeLocation, eField::Text, kMain, kRichText,
+     Count(kRichText), true, 0},
+    {TypeIdPropTypePriority, TypeIdValTypePriority, eField::Byte, 0, nullptr, 0, true, 0},
+    {TypeIdPropTypeStatus, TypeIdValTypeStatus, eField::Status, kMain, nullptr, 0, true, 0},
+    {TypeIdPropTypeSummary, TypeIdValTypeSummary, eField::Text, kMain, kRichText, Count(kRichText),
+     true, 0},
+    {TypeIdPropTypeDateTimeStart, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
+     Count(kDateTimeZone), true, 0},
+    {TypeIdPropTypeDateTimeEnd, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
+     Count(kDateTimeZone), true, 0},
+    {TypeIdPropTypeDateTimeStartLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
+     Count(kDateTimeAlt), true, 0},
+    {TypeIdPropTypeDateTimeEndLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
+     Count(kDateTimeAlt), true, 0},
+    {TypeIdPropTypeDateTimeDueLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
+     Count(kDateTimeAlt), true, 0},
+    {TypeIdPropTypeUniqueIdentifier, TypeIdValTypeUniqueIdentifier, eField::Text, kMain, nullptr, 0,
+     true, 0},
+    {TypeIdPropTypeDateTimeCreated, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true,
+     0},
+    {TypeIdPropTypeLastModified, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true, 0},
+    {TypeIdPropTypeSequenceNumber, TypeIdValTypeSequenceNumber, eField::Word, 0, nullptr, 0, true,
+     0},
+    {TypeIdPropTypeAttendee, TypeIdValTypeCalAddress, eField::Text, kAddress, kAttendee,
+     Count(kAttendee), true, eRsvpNotGiven},
+    {TypeIdPropTypeOrganizer, TypeIdValTypeCalAddress, eField::Text, kAddress, kOrganizer,
+     Count(kOrganizer), true, 0},
+    {TypeIdPropTypeSendStatus, TypeIdValTypeSendStatus, eField::Byte, 0, nullptr, 0, false, 0},
+};
+constexpr unsigned int kSlotCount = sizeof kSlots / sizeof kSlots[0];
+static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
+static_assert(kSlotCount <= 32, "slots are a 32-bit set");
+constexpr unsigned int kNoSlot = kSlotCount;
+
+// Slot of every 12-bit ID, looked up once per property node.
+struct tSlotIndex {
+    unsigned char slot[4096];
+};
+constexpr tSlotIndex MakeSlotIndex() {
+    tSlotIndex index{};
+    for (unsigned char& s : index.slot) s = static_cast<unsigned char>(kNoSlot);
+    for (unsigned int i = 0; i < kSlotCount; ++i) {
+        index.slot[kSlots[i].property] = static_cast<unsigned char>(i);
+    }
+    return index;
+}
+constexpr tSlotIndex kSlotIndex = MakeSlotIndex();
+static_assert(kNoSlot < 256, "slots fit the index");
+
+unsigned int FindSlot(unsigned int property) noexcept {
+    return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
+}
+
+// The leaf's value as a number, whatever its class; texts and byte streams
+// carry none.
+unsigned int NumberOf(eClass elementClass, const uTlvValue& value) noexcept {
+    switch (elementClass) {
+        case ParserCreatorCollection::Int8:
+            return static_cast<unsigned int>(value.int8);
+        case ParserCreatorCollection::Int16:
+            return static_cast<unsigned int>(value.int16);
+        case ParserCreatorCollection::UInt8:
+        case ParserCreatorCollection::Bitfield8:
+            return value.uint8;
+        case ParserCreatorCollection::UInt16:
+        case ParserCreatorCollection::Bitfield16:
+            return value.uint16;
+        case ParserCreatorCollection::UInt32:
+            return value.uint32;
+        case ParserCreatorCollection::Int32:
+            return static_cast<unsigned int>(value.int32);
+        default:
+            return 0;
+    }
+}
+
+// The leaf's text; a leaf of another class where a text is expected reads as
+// the empty text, so receivers never get a pointer that is not a text.
+const char* TextOf(eClass elementClass, const uTlvValue& value) noexcept {
+    return elementClass == ParserCreatorCollection::String && value.text != nullptr ? value.text
+                                                                                    : "";
+}
+
+bool IsObjectLevelProperty(unsigned int typeId) noexcept {
+    return typeId == TypeIdPropTypeObjLevel || typeId == TypeIdPropTypeProductIdentifier ||
+           typeId == TypeIdPropTypeVersion || typeId == TypeIdValTypeInstance;
+}
+
+constexpr int kWrongRoot = 1;
+constexpr int kUnexpected = 2;
+constexpr int kUnimplemented = 4;
+constexpr int kInternal = 6;
+
+}  // namespace
+
+unsigned int SlotBit(unsigned int property) noexcept {
+    const unsigned int slot = FindSlot(property);
+    return slot == kNoSlot ? 0u : 1u << slot;
+}
+
+CParserEngine::CParserEngine(const tParserItem& item)
+    : CTLVParser(static_cast<ParserCreatorCollection::ITLV&>(*this)),
+      m_item(item),
+      m_currentProperty(TypeIdNone),
+      m_currentSlot(kNoSlot) {
+    for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    for (unsigned int i = 0; i < m_item.unimplementedCount; ++i) {
+        for (unsigned int id = m_item.unimplemented[i].first; id <= m_item.unimplemented[i].last;
+             ++id) {
+            m_unimplemented.set(id);
+        }
+    }
+}
+
+CParserEngine::~CParserEngine() = default;
+
+bool CParserEngine::Report(int code, const char* format, unsigned int first, unsigned int second) {
+    FormatDiagnostic(m_message, format, static_cast<int>(first), static_cast<int>(second));
+    return ReceiverTrace(code, m_message.c_str());
+}
+
+void CParserEngine::ResetSlot(unsigned int slot) noexcept {
+    tPropertyValues& v = m_values[slot];
+    for (const char*& text : v.text) text = nullptr;
+    for (auto& list : v.list) list.clear();
+    v.number = kSlots[slot].resetNumber;
+    // Only the microseconds: the other fields keep the last value read, which
+    // receivers of a date-time that failed to read have come to expect.
+    v.dateTime.setMicroseconds(0);
+    v.xParams.clear();
+}
+
+void CParserEngine::SetCurrentProperty(unsigned int typeId) noexcept {
+    m_currentProperty = typeId;
+    const unsigned int slot = FindSlot(typeId);
+    m_currentSlot =
+        slot != kNoSlot && (m_item.gatheredProperties & (1u << slot)) != 0 ? slot : kNoSlot;
+}
+
+bool CParserEngine::IsUnimplemented(unsigned int typeId) const noexcept {
+    return typeId < m_unimplemented.size() && m_unimplemented[typeId];
+}
+
+bool CParserEngine::Parse(const void* data, const unsigned int& length, const char*& errorText,
+                          unsigned int& consumed) {
+    consumed = 0;
+    for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    if (data == nullptr) {
+        m_message.assign("invalid TLV stream");
+        errorText = m_message.c_str();
+        return false;
+    }
+    m_state = ParsingStateBegin;
+    const bool ok = CTLVParser::Parse(data, length, errorText, consumed);
+    if (!ok) ReceiverTrace(kInternal, errorText);
+    // A name left pending cannot pair with a value of a later stream: every
+    // property start drops it first. Its text may have been a repaired copy
+    // that the walk has freed, so it goes now.
+    m_pendingName = nullptr;
+    return ok;
+}
+
+bool CParserEngine::Unknown(const eClass& elementClass, const unsigned int& typeId, const void*,
+                            const unsigned int&) {
+    TraceLine(m_traceLeaf, typeId);
+    return Report(kInternal, "Unknown(): Unexpected class: %d  TypeId: %d", elementClass, typeId);
+}
+
+bool CParserEngine::NodeBegin(const unsigned int& typeId) {
+    TraceLine(m_traceNodeBegin, typeId);
+    switch (m_state) {
+        case ParsingStateBegin:
+            if (typeId == m_item.root) {
+                m_state = ParsingStateObjectContext;
+                m_skip = false;
+                return true;
+            }
+            return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.root);
+        case ParsingStateObjectContext:
+            if (IsObjectLevelProperty(typeId)) {
+                m_skip = false;
+                m_pendingName = nullptr;
+                SetCurrentProperty(typeId);
+                return true;
+            }
+            if (typeId == m_item.component) {
+                m_skip = false;
+                m_state = ParsingStateComponentContext;
+                return true;
+            }
+            if (typeId == TypeIdObjLevelMarker) return true;
+            return Report(kUnexpected, m_item.objectNodeUnexpected, typeId, m_item.component);
+        case ParsingStateComponentContext:
+            m_state = ParsingStatePropertyContext;
+            return BeginProperty(typeId, m_item.componentUnimplemented);
+        case ParsingStatePropertyContext:
+            return BeginProperty(typeId,
+                                 "NodeBegin(): [state ParsingStatePropertyContext] Unimplemented "
+                                 "typeId. TypeId: %d.");
+        default:
+            return Report(kInternal, "NodeBegin(): Unknown mParsingState: %d", m_state);
+    }
+}
+
+// A node inside the component (or inside a property: it then replaces the
+// current property). Unknown IDs are let in on purpose: the value store and
+// the property end report them, with the values they carried.
+bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplementedText) {
+    if (IsUnimplemented(typeId)) {
+        m_skip = true;
+        m_pendingName = nullptr;
+        SetCurrentProperty(typeId);
+        return Report(kUnimplemented, unimplementedText, typeId);
+    }
+    m_pendingName = nullptr;
+    SetCurrentProperty(typeId);
+    return true;
+}
+
+bool CParserEngine::NodeEnd(const unsigned int& typeId) {
+    TraceLine(m_traceNodeEnd, typeId);
+    switch (m_state) {
+        case ParsingStateBegin:
+            return Report(kUnexpected, "NodeEnd(): [state ParsingStateBegin] Unexpected typeId: %d",
+                          typeId);
+        case ParsingStateObjectContext:
+            if (typeId == m_currentProperty) return EndProperty(typeId);
+            if (typeId == m_item.root) {
+                ReceiverEnd();
+                m_state = ParsingStateBegin;
+                return true;
+            }
+            // A property of the object level that was already ended.
+            if (typeId == TypeIdObjLevelMarker || IsObjectLevelProperty(typeId)) return true;
+            return Report(kUnexpected, m_item.objectEndUnexpected, typeId, m_item.root);
+        case ParsingStateComponentContext:
+            if (typeId == m_item.component) {
+                m_state = ParsingStateObjectContext;
+                return true;
+            }
+            return Report(kUnexpected, m_item.componentEndUnexpected, typeId, m_item.component);
+        case ParsingStatePropertyContext:
+            if (typeId == m_currentProperty) {
+                const bool answer = EndProperty(typeId);
+                m_state = ParsingStateComponentContext;
+                return answer;
+            }
+            return Report(kUnexpected,
+                          "NodeEnd(): [state ParsingStatePropertyContext] Unexpected typeId: %d  "
+                          "Expected: %d (current property)",
+                          typeId, m_currentProperty);
+        default:
+            return Report(kInternal, "NodeEnd(): Unknown mParsingState: %d", m_state);
+    }
+}
+
+bool CParserEngine::EndProperty(unsigned int typeId) {
+    bool answer = true;
+    if (m_skip) {
+        m_skip = false;
+    } else {
+        answer = CallPropertyCallbackAndResetDataMember(typeId);
+    }
+    SetCurrentProperty(TypeIdNone);
+    return answer;
+}
+
+bool CParserEngine::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
+    TraceLine(m_traceCallback, typeId);
+    bool answer = true;
+    if (m_currentSlot != kNoSlot && Deliver(typeId, m_values[m_currentSlot], answer)) {
+        ResetSlot(m_currentSlot);
+        return answer;
+    }
+    // Values gathered for a property without a receiver operation stay until
+    // the next Parse.
+    Report(kInternal, "callPropertyCallbackAndResetDataMember(): Unexpected typeId: %d", typeId);
+    return true;
+}
+
+bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTlvValue& value) {
+    TraceLine(m_traceLeaf, typeId);
+    switch (m_state) {
+        case ParsingStateBegin:
+            return Report(kUnexpected,
+                          "LeafNode(): [state ParsingStateBegin] Unexpected typeId: %d", typeId);
+        case ParsingStateObjectContext:
+            if (typeId == TypeIdValTypeInstance) {
+                if (!m_skip) ReceiverBegin(NumberOf(elementClass, value));
+                return true;
+            }
+            if (typeId == TypeIdValTypeVersion || typeId == TypeIdValTypeObjLevel ||
+                typeId == TypeIdValTypeProductIdentifier) {
+                return m_skip || StorePropertyValue(elementClass, typeId, value);
+            }
+            return Report(kUnexpected, m_item.objectLeafUnexpected, typeId);
+        case ParsingStateComponentContext:
+            // The instance leaf is the component's first element; after it
+            // the component counts as inside a property.
+            m_state = ParsingStatePropertyContext;
+            if (typeId == TypeIdValTypeInstance) {
+                ReceiverBegin(NumberOf(elementClass, value));
+            } else if (typeId == TypeIdValTypeInstanceName) {
+                ReceiverInstanceName(TextOf(elementClass, value));
+            }
+            return true;
+        case ParsingStatePropertyContext:
+            return m_skip || StorePropertyValue(elementClass, typeId, value);
+        default:
+            return Report(kInternal, "LeafNode(): Unknown mParsingState: %d", m_state);
+    }
+}
+
+bool CParserEngine::StorePropertyValue(eClass elementClass, unsigned int typeId,
+                                       const uTlvValue& value) {
+    if (m_currentSlot == kNoSlot) {
+        return Report(kInternal, "storePropertyValue(): Unexpected mCurrentProperty: %d",
+                      m_currentProperty);
+    }
+    const tSlotLayout& layout = kSlots[m_currentSlot];
+    tPropertyValues& v = m_values[m_currentSlot];
+    if (layout.xParams && typeId == TypeIdValTypeXparamName) {
+        m_pendingName = TextOf(elementClass, value);
+        return true;
+    }
+    if (layout.xParams && typeId == TypeIdValTypeXparamValue) {
+        return HandleXParamValue(TextOf(elementClass, value));
+    }
+    eField field;
+    unsigned int index;
+    if (typeId == layout.mainValue) {
+        field = layout.mainField;
+        index = layout.mainIndex;
+    } else {
+        const tValueRule* rule = layout.extras;
+        const tValueRule* end = layout.extras + layout.extraCount;
+        while (rule != end && rule->valueId != typeId) ++rule;
+        if (rule == end) {
+            return Report(kUnexpected,
+                          "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)", typeId,
+                          m_currentProperty);
+        }
+        field = rule->field;
+        index = rule->index;
+    }
+    switch (field) {
+        case eField::Text:
+            v.text[index] = TextOf(elementClass, value);
+            return true;
+        case eField::Append:
+            return v.list[index].pushBack(TextOf(elementClass, value));
+        case eField::Byte:
+            v.number = NumberOf(elementClass, value) & 0xFFu;
+            return true;
+        case eField::Word:
+            v.number = NumberOf(elementClass, value) & 0xFFFFu;
+            return true;
+        case eField::DateTime:
+            // A text that does not read leaves the value as it was; the
+            // property is still delivered.
+            PAL::DateAndTimeUtilities::FromString(
+                v.dateTime, TextOf(elementClass, value),
+                PAL::DateAndTimeUtilities::eDateTimeFormatICalendar);
+            return true;
+        case eField::Status:
+            if (elementClass == ParserCreatorCollection::String) {
+                v.text[kMain] = TextOf(elementClass, value);
+            } else {
+                v.text[kMain] = nullptr;
+                v.number = NumberOf(elementClass, value) & 0xFFu;
+            }
+            return true;
+    }
+    return true;
+}
+
+bool CParserEngine::HandleXParamValue(const char* text) {
+    if (m_pendingName == nullptr) {
+        return Report(kInternal,
+                      "handleXParamValue(): Missing TypeIdValTypeXparamName. Property-TypeId: %d",
+                      m_currentProperty);
+    }
+    const tXParam pair{m_pendingName, text};
+    m_pendingName = nullptr;
+    return m_values[m_currentSlot].xParams.pushBack(pair);
+}
+
+// Every leaf class funnels into LeafNode: a leaf is interpreted by its type ID.
+bool CParserEngine::LeafInt8(const unsigned int& typeId, const signed char& value) {
+    uTlvValue v;
+    v.int8 = value;
+    return LeafNode(ParserCreatorCollection::Int8, typeId, v);
+}
+bool CParserEngine::LeafInt16(const unsigned int& typeId, const short& value) {
+    uTlvValue v;
+    v.int16 = value;
+    return LeafNode(ParserCreatorCollection::Int16, typeId, v);
+}
+bool CParserEngine::LeafUInt8(const unsigned int& typeId, const unsigned char& value) {
+    uTlvValue v;
+    v.uint8 = value;
+    return LeafNode(ParserCreatorCollection::UInt8, typeId, v);
+}
+bool CParserEngine::LeafUInt16(const unsigned int& typeId, const unsigned short& value) {
+    uTlvValue v;
+    v.uint16 = value;
+    return LeafNode(ParserCreatorCollection::UInt16, typeId, v);
+}
+bool CParserEngine::LeafBitfield8(const unsigned int& typeId, const unsigned char& value) {
+    uTlvValue v;
+    v.uint8 = value;
+    return LeafNode(ParserCreatorCollection::Bitfield8, typeId, v);
+}
+bool CParserEngine::LeafBitfield16(const unsigned int& typeId, const unsigned short& value) {
+    uTlvValue v;
+    v.uint16 = value;
+    return LeafNode(ParserCreatorCollection::Bitfield16, typeId, v);
+}
+bool CParserEngine::LeafString(const unsigned int& typeId, const char* text) {
+    uTlvValue v;
+    v.text = text;
+    return LeafNode(ParserCreatorCollection::String, typeId, v);
+}
+bool CParserEngine::LeafByteStream(const unsigned int& typeId, const void* data,
+                                   const unsigned int& length) {
+    uTlvValue v;
+    v.bytes.data = data;
+    v.bytes.length = length;
+    return LeafNode(ParserCreatorCollection::ByteStream, typeId, v);
+}
+bool CParserEngine::LeafUInt32(const unsigned int& typeId, const unsigned int& value) {
+    uTlvValue v;
+    v.uint32 = value;
+    return LeafNode(ParserCreatorCollection::UInt32, typeId, v);
+}
+bool CParserEngine::LeafInt32(const unsigned int& typeId, const int& value) {
+    uTlvValue v;
+    v.int32 = value;
+    return LeafNode(ParserCreatorCollection::Int32, typeId, v);
+}
+
+}  // namespace CalendarFamily
+}  // namespace PimShared

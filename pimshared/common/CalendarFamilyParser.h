@@ -1,0 +1,294 @@
+#ifndef PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
+#define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
+
+#include <bitset>
+
+#include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
+#include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarTypeIds.h"
+#include "pimshared/common/DiagnosticFormat.h"
+#include "pimshared/common/XParam.h"
+#include "platform/CDateAndTime.h"
+#include "platform/CString.h"
+#include "platform/TVector.h"
+
+namespace PimShared {
+namespace CalendarFamily {
+
+// The values gathered for one property until its node closes. One record
+// shape serves every property of the family; which field holds which value
+// ID is fixed per property by the engine's layout table, and the receiver
+// mapping reads the fields through the names below.
+struct tPropertyValues {
+    const char* text[8] = {};
+    PAL::TVector<const char*> list[3];
+    unsigned int number = 0;
+    PAL::CDateAndTime dateTime;
+    PAL::TVector<tXParam> xParams;
+};
+
+// Properties of the family whose values a parser gathers, one slot each.
+constexpr unsigned int kPropertySlots = 21;
+
+// Field names: main text of single-text properties, the rich texts
+// (description, location, summary), the zone beside a date-time, the
+// categories' language and the status text of a String status leaf.
+constexpr unsigned int kMain = 0;
+constexpr unsigned int kAltRep = 1;
+constexpr unsigned int kLanguage = 2;
+constexpr unsigned int kZone = 0;
+constexpr unsigned int kCategoryLanguage = 0;
+constexpr unsigned int kCategoryList = 0;
+// Attendee and organizer: the address comes first in both.
+constexpr unsigned int kAddress = 0;
+constexpr unsigned int kAttendeeCuType = 1, kAttendeeRole = 2, kAttendeePartStat = 3,
+                       kAttendeeSentBy = 4, kAttendeeCommonName = 5, kAttendeeDirectory = 6,
+                       kAttendeeLanguage = 7;
+constexpr unsigned int kAttendeeMembers = 0, kAttendeeDelegatedTo = 1, kAttendeeDelegatedFrom = 2;
+constexpr unsigned int kOrganizerSentBy = 1, kOrganizerCommonName = 2, kOrganizerDirectory = 3,
+                       kOrganizerLanguage = 4;
+
+// A run of property IDs, both ends included.
+struct tIdRange {
+    unsigned short first;
+    unsigned short last;
+};
+
+// Properties that an item knows but does not implement: their values are
+// skipped with a code-4 report. Events and notes share one list; the task
+// lacks the event's end times there and has its due time instead.
+inline constexpr tIdRange kUnimplementedInEventsAndNotes[] = {
+    {200, 201}, {204, 204}, {207, 207}, {209, 209}, {211, 211}, {213, 213}, {216, 216}, {218, 218},
+    {220, 227}, {229, 229}, {231, 233}, {235, 241}, {243, 243}, {247, 248}, {251, 251}, {901, 902},
+};
+inline constexpr tIdRange kUnimplementedInTasks[] = {
+    {200, 201}, {204, 204}, {207, 207}, {209, 209}, {211, 211}, {213, 213}, {216, 218}, {220, 227},
+    {229, 229}, {231, 233}, {235, 241}, {243, 243}, {247, 248}, {250, 250}, {901, 902},
+};
+
+// What one item adds to the engine: its frame IDs, the texts that name its
+// states and nodes, the properties it knows but does not implement (their
+// values are skipped) and the properties whose values it gathers.
+struct tParserItem {
+    unsigned int root;
+    unsigned int component;
+    const char* rootUnexpected;          // node in the begin state (typeId, root), code 1
+    const char* objectNodeUnexpected;    // node in the object state (typeId, component), code 2
+    const char* objectLeafUnexpected;    // leaf in the object state (typeId), code 2
+    const char* objectEndUnexpected;     // node end in the object state (typeId, root), code 2
+    const char* componentUnimplemented;  // unimplemented property at component level, code 4
+    const char* componentEndUnexpected;  // node end in the component state (typeId, component)
+    const tIdRange* unimplemented;
+    unsigned int unimplementedCount;
+    unsigned int gatheredProperties;  // bit set of slots, see SlotBit
+};
+
+// Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
+// item of the family gathers).
+unsigned int SlotBit(unsigned int property) noexcept;
+
+// The parse-state machine of the calendar family, written once for events,
+// tasks and notes. It walks the stream as the CTLVParser's target, checks
+// every element against its state, gathers each property's values and hands
+// them to the item's receiver when the property's node closes. Every event
+// first sends a trace line with code 0; irregularities go out with their code
+// and text and the walk goes on. The item supplies its data (tParserItem) and
+// the receiver calls (the hooks below).
+class CParserEngine : public ParserCreatorCollection::ITLV,
+                      public ParserCreatorCollection::CTLVParser {
+  public:
+    enum eParsingState : unsigned int {
+        ParsingStateBegin = 0,
+        ParsingStateObjectContext = 1,
+        ParsingStateComponentContext = 2,
+        ParsingStatePropertyContext = 4,
+    };
+
+    explicit CParserEngine(const tParserItem& item);
+    ~CParserEngine() override;
+
+    bool Parse(const void* data, const unsigned int& length, const char*& errorText,
+               unsigned int& consumed) override;
+
+    bool Unknown(const ParserCreatorCollection::eClass& elementClass, const unsigned int& typeId,
+                 const void* value, const unsigned int& length) final;
+    bool NodeBegin(const unsigned int& typeId) final;
+    bool NodeEnd(const unsigned int& typeId) final;
+    bool LeafInt8(const unsigned int& typeId, const signed char& value) final;
+    bool LeafInt16(const unsigned int& typeId, const short& value) final;
+    bool LeafUInt8(const unsigned int& typeId, const unsigned char& value) final;
+    bool LeafUInt16(const unsigned int& typeId, const unsigned short& value) final;
+    bool LeafBitfield8(const unsigned int& typeId, const unsigned char& value) final;
+    bool LeafBitfield16(const unsigned int& typeId, const unsigned short& value) final;
+    bool LeafString(const unsigned int& typeId, const char* text) final;
+    bool LeafByteStream(const unsigned int& typeId, const void* data,
+                        const unsigned int& length) final;
+    bool LeafUInt32(const unsigned int& typeId, const unsigned int& value) final;
+    bool LeafInt32(const unsigned int& typeId, const int& value) final;
+
+  protected:
+    // The receiver's TraceMessage.
+    virtual bool ReceiverTrace(const int& code, const char* text) = 0;
+    virtual void ReceiverBegin(const unsigned int& instance) = 0;
+    virtual void ReceiverEnd() = 0;
+    virtual void ReceiverInstanceName(const char* name) = 0;
+    // Calls the receiver operation of property with its gathered values and
+    // sets answer to the receiver's answer; false when the item has no
+    // operation for the property.
+    virtual bool Deliver(unsigned int property, const tPropertyValues& values, bool& answer) = 0;
+
+  private:
+    bool LeafNode(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
+                  const uTlvValue& value);
+    bool BeginProperty(unsigned int typeId, const char* unimplementedText);
+    bool EndProperty(unsigned int typeId);
+    bool CallPropertyCallbackAndResetDataMember(unsigned int typeId);
+    bool StorePropertyValue(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
+                            const uTlvValue& value);
+    bool HandleXParamValue(const char* text);
+    bool IsUnimplemented(unsigned int typeId) const noexcept;
+    void SetCurrentProperty(unsigned int typeId) noexcept;
+    void ResetSlot(unsigned int slot) noexcept;
+    bool Report(int code, const char* format, unsigned int first, unsigned int second = 0);
+    // The code-0 line at the start of every event.
+    void TraceLine(CTraceLine& line, unsigned int typeId) {
+        const int traceCode = 0;  // code 0: a trace line, not a fault
+        ReceiverTrace(traceCode, line.Format(static_cast<int>(typeId)));
+    }
+
+    const tParserItem& m_item;
+    PAL::CString m_message;
+    // The trace lines, each with its head written once.
+    CTraceLine m_traceNodeBegin{"NodeBegin():  typeId: %d"};
+    CTraceLine m_traceNodeEnd{"NodeEnd():  typeId: %d"};
+    CTraceLine m_traceLeaf{"LeafNode():  typeId: %d"};
+    CTraceLine m_traceCallback{"callPropertyCallbackAndResetDataMember():  typeId: %d"};
+    unsigned int m_state = ParsingStateBegin;
+    unsigned int m_currentProperty;
+    unsigned int m_currentSlot;  // slot of m_currentProperty, or none
+    const char* m_pendingName = nullptr;
+    bool m_skip = false;
+    std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
+    tPropertyValues m_values[kPropertySlots];
+};
+
+// The engine bound to one receiver interface: the frame calls and the
+// diagnostics go straight to it; the item adds its property mapping.
+template <typename TReceiver>
+class TReceivingEngine : public CParserEngine {
+  protected:
+    TReceivingEngine(const tParserItem& item, TReceiver& receiver)
+        : CParserEngine(item), m_receiver(receiver) {}
+
+    bool ReceiverTrace(const int& code, const char* text) override {
+        return m_receiver.TraceMessage(code, text);
+    }
+    // The answers of Begin, End and InstanceName do not steer the walk.
+    void ReceiverBegin(const unsigned int& instance) override { m_receiver.Begin(instance); }
+    void ReceiverEnd() override { m_receiver.End(); }
+    void ReceiverInstanceName(const char* name) override { m_receiver.InstanceName(name); }
+
+    TReceiver& m_receiver;
+};
+
+// The receiver calls of the properties that events, tasks and notes share,
+// written once for the three receiver interfaces (their operations of the
+// same name take the same arguments). False when property is not one of them.
+template <typename TReceiver>
+bool DeliverShared(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
+                   bool& answer) {
+    switch (property) {
+        case TypeIdPropTypeProductIdentifier:
+            answer = receiver.ProductIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case TypeIdPropTypeVersion:
+            answer = receiver.Version(v.text[kMain], v.xParams);
+            return true;
+        case TypeIdPropTypeCategories:
+            answer =
+                receiver.Categories(v.list[kCategoryList], v.text[kCategoryLanguage], v.xParams);
+            return true;
+        case TypeIdPropTypeClassification:
+            answer = receiver.Classification(v.text[kMain], v.xParams);
+            return true;
+        case TypeIdPropTypeDescription:
+            answer =
+                receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case TypeIdPropTypeStatus: {
+            // A String status leaf carries its own text; a UInt8 leaf a code.
+            const char* text = v.text[kMain] != nullptr ? v.text[kMain] : StatusText(v.number);
+            answer = receiver.Status(text, v.xParams);
+            return true;
+        }
+        case TypeIdPropTypeSummary:
+            answer = receiver.Summary(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case TypeIdPropTypeUniqueIdentifier:
+            answer = receiver.UniqueIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case TypeIdPropTypeDateTimeCreated:
+            answer = receiver.DateTimeCreated(v.dateTime, v.xParams);
+            return true;
+        case TypeIdPropTypeLastModified:
+            answer = receiver.LastModified(v.dateTime, v.xParams);
+            return true;
+        case TypeIdPropTypeSequenceNumber: {
+            const auto number = static_cast<unsigned short>(v.number);
+            answer = receiver.SequenceNumber(number, v.xParams);
+            return true;
+        }
+        case TypeIdPropTypeAttendee: {
+            const auto rsvp = static_cast<eRsvpType>(v.number);
+            answer = receiver.Attendee(
+                v.text[kAddress], v.text[kAttendeeCuType], v.list[kAttendeeMembers],
+                v.text[kAttendeeRole], v.text[kAttendeePartStat], rsvp,
+                v.list[kAttendeeDelegatedTo], v.list[kAttendeeDelegatedFrom],
+                v.text[kAttendeeSentBy], v.text[kAttendeeCommonName], v.text[kAttendeeDirectory],
+                v.text[kAttendeeLanguage], v.xParams);
+            return true;
+        }
+        case TypeIdPropTypeOrganizer:
+            answer = receiver.Organizer(v.text[kAddress], v.text[kOrganizerSentBy],
+                                        v.text[kOrganizerCommonName], v.text[kOrganizerDirectory],
+                                        v.text[kOrganizerLanguage], v.xParams);
+            return true;
+        case TypeIdPropTypeSendStatus:
+            answer = receiver.SendStatus(static_cast<unsigned char>(v.number));
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Location, priority and the start properties, which events and tasks have
+// and notes do not.
+template <typename TReceiver>
+bool DeliverEventAndTask(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
+                         bool& answer) {
+    switch (property) {
+        case TypeIdPropTypeLocation:
+            answer =
+                receiver.Location(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case TypeIdPropTypePriority: {
+            const auto priority = static_cast<unsigned char>(v.number);
+            answer = receiver.Priority(priority, v.xParams);
+            return true;
+        }
+        case TypeIdPropTypeDateTimeStart:
+            answer = receiver.DateTimeStart(v.dateTime, v.text[kZone], v.xParams);
+            return true;
+        case TypeIdPropTypeDateTimeStartLocal:
+            answer = receiver.DateTimeStartLocal(v.dateTime, v.xParams);
+            return true;
+        default:
+            return DeliverShared(receiver, property, v, answer);
+    }
+}
+
+}  // namespace CalendarFamily
+}  // namespace PimShared
+
+#endif

@@ -1,0 +1,40 @@
+#ifndef PIMTLV_PIMSHARED_EMAIL_IEMAILATTRIBUTES_H
+#define PIMTLV_PIMSHARED_EMAIL_IEMAILATTRIBUTES_H
+
+#include "pimshared/common/IMimeMessageAttributes.h"
+#include "platform/PalExport.h"
+#include "platform/TVector.h"
+
+namespace PimShared {
+
+// An e-mail, property by property. The MIME message operations shared with the
+// instant message come first (IMimeMessageAttributes), then the e-mail's group,
+// mailbox and enumerated priority. Begin opens the message and End closes it;
+// BeginEntity/EndEntity bracket each nested MIME entity (attachments, parts of
+// a multipart body), to any depth.
+class PIMTLV_API IEmailAttributes : public IMimeMessageAttributes {
+  public:
+    // One address of a header field. Borrows its texts.
+    struct tMailbox {
+        eMailboxFieldType fieldType;
+        const char* displayName;
+        const char* address;
+    };
+
+    using IMimeMessageAttributes::Priority;
+
+    virtual bool Group(const char* name, const PAL::TVector<tMailbox>& mailboxes) = 0;
+    virtual bool Mailbox(const eMailboxFieldType& fieldType, const char* displayName,
+                         const char* address) = 0;
+    virtual bool Priority(const ePriority& priority) = 0;
+
+  protected:
+    IEmailAttributes() = default;
+    IEmailAttributes(const IEmailAttributes&) = default;
+    IEmailAttributes& operator=(const IEmailAttributes&) = default;
+    ~IEmailAttributes() = default;
+};
+
+}  // namespace PimShared
+
+#endif

@@ -1,0 +1,25 @@
+#ifndef PIMTLV_PIMSHARED_TASK_ITASKRECEIVER_H
+#define PIMTLV_PIMSHARED_TASK_ITASKRECEIVER_H
+
+#include "pimshared/task/ITaskAttributes.h"
+#include "platform/PalExport.h"
+
+namespace PimShared {
+
+// What a CTLVTaskParser reports to: the operations of
+// ITaskAttributes, slot for slot, called with each property's values when
+// its node closes, then TraceMessage for every diagnostic. Texts and lists are
+// valid only during the call. A false answer to a call made at a leaf ends
+// the walk.
+class PIMTLV_API ITaskReceiver : public ITaskAttributes {
+  public:
+    // Code 0 is a trace line, 1 a wrong root, 2 an unexpected element, 4 an
+    // unimplemented property (its values are skipped), 6 an internal or
+    // stream error.
+    virtual bool TraceMessage(const int& code, const char* text) = 0;
+    virtual ~ITaskReceiver() = default;
+};
+
+}  // namespace PimShared
+
+#endif

@@ -1,0 +1,78 @@
+#include "pimshared/task/TLVTaskParser.h"
+
+#include <new>
+
+#include "pimshared/common/CalendarFamilyParser.h"
+#include "pimshared/common/TypeIds.h"
+
+namespace PimShared {
+
+using namespace CalendarFamily;
+
+namespace {
+
+const tParserItem kTask = {
+    TypeIdObjTypeCalendarTask,
+    TypeIdCompTypeVtodo,
+    "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdObjTypeCalendarTask)",
+    "NodeBegin(): [state ParsingStateTaskContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdCompTypeVtodo)",
+    "LeafNode(): [state ParsingStateTaskContext] Unexpected typeId: %d",
+    "NodeEnd(): [state ParsingStateTaskContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdObjTypeCalendarTask)",
+    "NodeBegin(): [state ParsingStateVtodoContext] Unimplemented typeId. TypeId: %d.",
+    "NodeEnd(): [state ParsingStateVtodoContext] Unexpected typeId: %d  Expected: %d "
+    "(TypeIdCompTypeVtodo)",
+    kUnimplementedInTasks,
+    sizeof kUnimplementedInTasks / sizeof kUnimplementedInTasks[0],
+    SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
+        SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
+        SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
+        SlotBit(TypeIdPropTypePriority) | SlotBit(TypeIdPropTypeStatus) |
+        SlotBit(TypeIdPropTypeSummary) | SlotBit(TypeIdPropTypeDateTimeStart) |
+        SlotBit(TypeIdPropTypeDateTimeStartLocal) | SlotBit(TypeIdPropTypeDateTimeDueLocal) |
+        SlotBit(TypeIdPropTypeUniqueIdentifier) | SlotBit(TypeIdPropTypeDateTimeCreated) |
+        SlotBit(TypeIdPropTypeLastModified) | SlotBit(TypeIdPropTypeSequenceNumber) |
+        SlotBit(TypeIdPropTypeAttendee) | SlotBit(TypeIdPropTypeOrganizer) |
+        SlotBit(TypeIdPropTypeSendStatus),
+};
+
+}  // namespace
+
+class CTLVTaskParser::CTLVTaskParserImpl final : public TReceivingEngine<ITaskReceiver> {
+  public:
+    // The task's names of the engine's states.
+    static constexpr unsigned int ParsingStateTaskContext = ParsingStateObjectContext;
+    static constexpr unsigned int ParsingStateVtodoContext = ParsingStateComponentContext;
+
+    explicit CTLVTaskParserImpl(ITaskReceiver& receiver) : TReceivingEngine(kTask, receiver) {}
+
+  private:
+    bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
+        if (property == TypeIdPropTypeDateTimeDueLocal) {
+            answer = m_receiver.DateTimeDueLocal(v.dateTime, v.xParams);
+            return true;
+        }
+        return DeliverEventAndTask(m_receiver, property, v, answer);
+    }
+};
+
+CTLVTaskParser::CTLVTaskParser(ITaskReceiver& receiver)
+    : m_impl(new (std::nothrow) CTLVTaskParserImpl(receiver)) {}
+
+CTLVTaskParser::~CTLVTaskParser() = default;
+
+bool CTLVTaskParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
+                           unsigned int& consumed) {
+    if (!m_impl) {
+        // Without its working object the parser reads nothing, but callers
+        // still get defined out-parameters.
+        errorText = "";
+        consumed = 0;
+        return false;
+    }
+    return m_impl->Parse(data, length, errorText, consumed);
+}
+
+}  // namespace PimShared
