@@ -13,7 +13,7 @@ set -euo pipefail
 
 usage() { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; }
 
-seconds=60
+seconds=30
 targets=()
 while [ $# -gt 0 ]; do
   case "$1" in
