@@ -8,7 +8,7 @@
 #   fuzz/run.sh [--seconds N | --minutes N] [target...]
 #
 # Targets are named by their file without "_fuzz.cpp" (tlv_parser); the
-# default is all of them, 60 seconds each.
+# default is all of them, 30 seconds each.
 set -euo pipefail
 
 usage() { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; }
