@@ -36,12 +36,15 @@ const char* CheckParser(const std::uint8_t* data, std::size_t size) {
 }
 
 namespace PS = PimShared;
+// The calendar family keeps the date of a date-time property from stream to
+// stream (a property without its date leaf reports the last date read), and
+// its current property and skip flag after a stream that broke off.
 constexpr ItemCheck kEventParser =
-    CheckParser<PS::CTLVCalendarParser, CalendarFamilyLog<PS::ICalendarReceiver>>;
+    CheckParser<PS::CTLVCalendarParser, CalendarFamilyLog<PS::ICalendarReceiver>, true>;
 constexpr ItemCheck kTaskParser =
-    CheckParser<PS::CTLVTaskParser, CalendarFamilyLog<PS::ITaskReceiver>>;
+    CheckParser<PS::CTLVTaskParser, CalendarFamilyLog<PS::ITaskReceiver>, true>;
 constexpr ItemCheck kNoteParser =
-    CheckParser<PS::CTLVNoteParser, CalendarFamilyLog<PS::INoteReceiver>>;
+    CheckParser<PS::CTLVNoteParser, CalendarFamilyLog<PS::INoteReceiver>, true>;
 constexpr ItemCheck kContactParser =
     CheckParser<PS::CTLVContactParser, ContactLog<PS::IContactReceiver>>;
 constexpr ItemCheck kEmailParser =

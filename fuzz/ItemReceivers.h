@@ -173,6 +173,7 @@ class CallLog {
 template <typename Base>
 class CalendarFamilyLog : public Base, public CallLog {
   public:
+    virtual ~CalendarFamilyLog() = default;
     using X = const PAL::TVector<PimShared::tXParam>&;
     using D = const PAL::CDateAndTime&;
     using T = const char*;
@@ -213,6 +214,7 @@ class CalendarFamilyLog : public Base, public CallLog {
 template <typename Base>
 class ContactLog : public Base, public CallLog {
   public:
+    virtual ~ContactLog() = default;
     using X = const PAL::TVector<PimShared::tXParam>&;
     using T = const char*;
     using L = const PAL::TVector<const char*>&;
@@ -271,6 +273,7 @@ class ContactLog : public Base, public CallLog {
 template <typename Base>
 class MimeMessageLog : public Base, public CallLog {
   public:
+    virtual ~MimeMessageLog() = default;
     using M = PimShared::IMimeMessageAttributes;
     using IM = PimShared::IIMAttributes;
     using T = const char*;
@@ -358,6 +361,7 @@ class MimeMessageLog : public Base, public CallLog {
 template <typename Base>
 class SmsLog : public Base, public CallLog {
   public:
+    virtual ~SmsLog() = default;
     using A = PimShared::ISMSAttributes;
     using T = const char*;
 
@@ -420,12 +424,13 @@ bool ParseInto(Parser& parser, Receiver& receiver, const std::uint8_t* data, std
     return receiver.Fault() == nullptr && errorText != nullptr && consumed <= size;
 }
 
-// The check of an item parser target: any bytes are parsed with every call
-// answered true, then again by the same parser object refusing the call chosen
-// by refuseAt (modulo the calls made). Up to the refused call the second parse
-// must report exactly what the first did: a parser that kept state from the
-// previous stream would differ. Items whose parser carries a value from one
-// stream to the next by design pass carriesState and skip that comparison.
+// The check of an item parser target: any bytes are parsed from a copy with
+// every call answered true; the copy is freed, and the same parser object
+// parses the bytes again refusing the call chosen by refuseAt (modulo the
+// calls made). A parser that kept a pointer into the first buffer reads freed
+// memory. Up to the refused call the second parse must report exactly what the
+// first did. Parsers that carry values from one stream to the next by design
+// (carriesState) are compared on a fresh object instead.
 // Returns the first fault, or null.
 template <typename Parser, typename Receiver>
 const char* CheckItemParse(const std::uint8_t* data, std::size_t size, std::size_t refuseAt,
@@ -434,8 +439,11 @@ const char* CheckItemParse(const std::uint8_t* data, std::size_t size, std::size
     Parser parser(receiver);
     bool ok = false;
     receiver.Start(CallLog::kNever, true);
-    if (!ParseInto(parser, receiver, data, size, ok)) {
-        return receiver.Fault() != nullptr ? receiver.Fault() : "the parser's answer is broken";
+    {
+        const std::vector<std::uint8_t> copy(data, data + size);
+        if (!ParseInto(parser, receiver, copy.data(), copy.size(), ok)) {
+            return receiver.Fault() != nullptr ? receiver.Fault() : "the parser's answer is broken";
+        }
     }
     const std::size_t calls = receiver.Calls();
     if (calls == 0) return nullptr;
@@ -445,10 +453,17 @@ const char* CheckItemParse(const std::uint8_t* data, std::size_t size, std::size
     if (!ParseInto(parser, receiver, data, size, ok)) {
         return receiver.Fault() != nullptr ? receiver.Fault() : "the parser's answer is broken";
     }
-    if (carriesState) return nullptr;
-    const std::vector<std::string>& second = receiver.Lines();
-    // Code-0 trace lines are calls too but are not refused differently, so the
-    // k+1 first calls are the k+1 first lines.
+    Receiver fresh;
+    Parser freshParser(fresh);
+    if (carriesState) {
+        fresh.Start(k, true);
+        if (!ParseInto(freshParser, fresh, data, size, ok)) {
+            return fresh.Fault() != nullptr ? fresh.Fault() : "the parser's answer is broken";
+        }
+    }
+    const std::vector<std::string>& second = carriesState ? fresh.Lines() : receiver.Lines();
+    // Every call is a line (trace lines kept), so the k+1 first calls are the
+    // k+1 first lines.
     for (std::size_t i = 0; i <= k && i < first.size(); ++i) {
         if (i >= second.size() || first[i] != second[i]) {
             return "a second parse reported other calls before the refusal";

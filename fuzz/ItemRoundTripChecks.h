@@ -1,0 +1,223 @@
+#ifndef PIMTLV_FUZZ_ITEMROUNDTRIPCHECKS_H
+#define PIMTLV_FUZZ_ITEMROUNDTRIPCHECKS_H
+
+// The operation tables of the items with a creator, and one round-trip check
+// per item in the shape of ItemParserChecks.h.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/ItemParserChecks.h"
+#include "fuzz/ItemRoundTrip.h"
+#include "pimshared/calendar/TLVCalendarCreator.h"
+#include "pimshared/sms/TLVSMSCreator.h"
+
+namespace PimTlvFuzz {
+
+template <typename T, std::size_t N, std::size_t M>
+constexpr std::array<T, N + M> Join(const std::array<T, N>& a, const std::array<T, M>& b) {
+    std::array<T, N + M> all{};
+    for (std::size_t i = 0; i < N; ++i) all[i] = a[i];
+    for (std::size_t i = 0; i < M; ++i) all[N + i] = b[i];
+    return all;
+}
+
+// ---- Events, tasks and notes ------------------------------------------------
+
+constexpr Asymmetry kCalendarFamilyAsymmetries[] = {
+    {Asym::NullTextEmpty,
+     "a property's main text, list entries and x-parameters are always written, an absent text "
+     "as empty"},
+    {Asym::LowByte, "an attendee's reply setting travels as its low byte"},
+    {Asym::EmptyItemUnclosed, "an item without properties is not closed when read"},
+};
+
+// Not given (a quarter of the time), or a setting below 2^31 whose low byte
+// travels.
+inline PimShared::eRsvpType Rsvp(OpArgs& a) {
+    const bool given = a.Number() % 4 != 3;
+    const std::uint32_t setting = a.Number(Asym::LowByte) & 0x7FFFFFFFu;
+    return static_cast<PimShared::eRsvpType>(given ? setting : 0xFFFFFFFFu);
+}
+
+constexpr Asym kMain = Asym::NullTextEmpty;
+
+// The operations the three items share, for any of their attributes
+// interfaces.
+template <typename A>
+constexpr std::array<Op<A>, 15> CalendarFamilyOps() {
+    return {{
+        {"ProductIdentifier",
+         [](A& t, OpArgs& a) { return t.ProductIdentifier(a.Text(kMain), a.XParams(kMain)); }},
+        {"Version", [](A& t, OpArgs& a) { return t.Version(a.Text(kMain), a.XParams(kMain)); }},
+        {"Categories",
+         [](A& t, OpArgs& a) { return t.Categories(a.Texts(kMain), a.Text(), a.XParams(kMain)); }},
+        {"Classification",
+         [](A& t, OpArgs& a) { return t.Classification(a.Text(kMain), a.XParams(kMain)); }},
+        {"Description",
+         [](A& t, OpArgs& a) {
+             return t.Description(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
+         }},
+        {"Status", [](A& t, OpArgs& a) { return t.Status(a.Text(kMain), a.XParams(kMain)); }},
+        {"Summary",
+         [](A& t, OpArgs& a) {
+             return t.Summary(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
+         }},
+        {"UniqueIdentifier",
+         [](A& t, OpArgs& a) { return t.UniqueIdentifier(a.Text(kMain), a.XParams(kMain)); }},
+        {"DateTimeCreated",
+         [](A& t, OpArgs& a) { return t.DateTimeCreated(a.DateTime(), a.XParams(kMain)); }},
+        {"LastModified",
+         [](A& t, OpArgs& a) { return t.LastModified(a.DateTime(), a.XParams(kMain)); }},
+        {"SequenceNumber",
+         [](A& t, OpArgs& a) {
+             return t.SequenceNumber(static_cast<unsigned short>(a.Number()), a.XParams(kMain));
+         }},
+        {"Attendee",
+         [](A& t, OpArgs& a) {
+             const char* address = a.Text(kMain);
+             const char* cuType = a.Text();
+             const auto& members = a.Texts(kMain);
+             const char* role = a.Text();
+             const char* partStat = a.Text();
+             const PimShared::eRsvpType rsvp = Rsvp(a);
+             const auto& to = a.Texts(kMain);
+             const auto& from = a.Texts(kMain);
+             const char* sentBy = a.Text();
+             const char* name = a.Text();
+             const char* directory = a.Text();
+             const char* language = a.Text();
+             return t.Attendee(address, cuType, members, role, partStat, rsvp, to, from, sentBy,
+                               name, directory, language, a.XParams(kMain));
+         }},
+        {"Organizer",
+         [](A& t, OpArgs& a) {
+             return t.Organizer(a.Text(kMain), a.Text(), a.Text(), a.Text(), a.Text(),
+                                a.XParams(kMain));
+         }},
+        {"SendStatus",
+         [](A& t, OpArgs& a) { return t.SendStatus(static_cast<unsigned char>(a.Number())); }},
+        {"InstanceName", [](A& t, OpArgs& a) { return t.InstanceName(a.Text()); }},
+    }};
+}
+
+template <typename A>
+constexpr std::array<Op<A>, 2> LocationAndPriorityOps() {
+    return {{
+        {"Location",
+         [](A& t, OpArgs& a) {
+             return t.Location(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
+         }},
+        {"Priority",
+         [](A& t, OpArgs& a) {
+             return t.Priority(static_cast<unsigned char>(a.Number()), a.XParams(kMain));
+         }},
+    }};
+}
+
+template <typename A>
+constexpr std::array<Op<A>, 2> StartOps() {
+    return {{
+        {"DateTimeStart",
+         [](A& t, OpArgs& a) { return t.DateTimeStart(a.DateTime(), a.Text(), a.XParams(kMain)); }},
+        {"DateTimeStartLocal",
+         [](A& t, OpArgs& a) { return t.DateTimeStartLocal(a.DateTime(), a.XParams(kMain)); }},
+    }};
+}
+
+struct EventItem {
+    using Attributes = PimShared::ICalendarAttributes;
+    using Creator = PimShared::CTLVCalendarCreator;
+    using Parser = PimShared::CTLVCalendarParser;
+    using Receiver = PimShared::ICalendarReceiver;
+    template <typename Base>
+    using Log = CalendarFamilyLog<Base>;
+    static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
+    static constexpr std::array<Op<Attributes>, 2> kEndOps{{
+        {"DateTimeEnd",
+         [](Attributes& t, OpArgs& a) { return t.DateTimeEnd(a.DateTime(), a.Text(), a.XParams(kMain)); }},
+        {"DateTimeEndLocal",
+         [](Attributes& t, OpArgs& a) { return t.DateTimeEndLocal(a.DateTime(), a.XParams(kMain)); }},
+    }};
+    static constexpr auto kOps =
+        Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
+             Join(StartOps<Attributes>(), kEndOps));
+};
+
+// ---- Short messages ---------------------------------------------------------
+
+struct SmsItem {
+    using Attributes = PimShared::ISMSAttributes;
+    using Creator = PimShared::CTLVSMSCreator;
+    using Parser = PimShared::CTLVSMSParser;
+    using Receiver = PimShared::ISMSReceiver;
+    template <typename Base>
+    using Log = SmsLog<Base>;
+    using A = Attributes;
+    static constexpr Asymmetry kAsymmetries[] = {
+        {Asym::NullTextEmpty, "every text leaf is written, an absent text as empty"},
+        {Asym::LowByte, "the enumerations travel as their low byte"},
+    };
+    static constexpr Asym kText = Asym::NullTextEmpty;
+    static constexpr Asym kByte = Asym::LowByte;
+    static constexpr Op<A> kOps[] = {
+        {"Body", [](A& t, OpArgs& a) { return t.Body(a.Text(kText)); }},
+        {"Concat",
+         [](A& t, OpArgs& a) {
+             const auto first = static_cast<unsigned char>(a.Number());
+             const auto second = static_cast<unsigned char>(a.Number());
+             return t.Concat(first, second, static_cast<unsigned char>(a.Number()));
+         }},
+        {"Destination", [](A& t, OpArgs& a) { return t.Destination(a.Text(kText)); }},
+        {"ReadStatus",
+         [](A& t, OpArgs& a) { return t.ReadStatus(a.Enum<A::eReadStatus>(kByte)); }},
+        {"DownloadState",
+         [](A& t, OpArgs& a) { return t.DownloadState(a.Enum<A::eDownloadState>(kByte)); }},
+        {"Folder", [](A& t, OpArgs& a) { return t.Folder(a.Text(kText)); }},
+        {"Instance", [](A& t, OpArgs& a) { return t.Instance(a.Text(kText)); }},
+        {"Originator", [](A& t, OpArgs& a) { return t.Originator(a.Text(kText)); }},
+        // Written as one call with six parts, read as one call per non-empty
+        // part from the second on, that part at its place and the rest null;
+        // the first part is not carried.
+        {"OriginatorName",
+         [](A& t, OpArgs& a) {
+             const char* p[6];
+             for (const char*& part : p) part = a.Text();
+             return t.OriginatorName(p[0], p[1], p[2], p[3], p[4], p[5]);
+         },
+         [](A& t, OpArgs& a) {
+             const char* p[6];
+             for (const char*& part : p) part = a.Text();
+             for (int i = 1; i < 6; ++i) {
+                 if (p[i] == nullptr || p[i][0] == 0) continue;
+                 const char* one[6] = {};
+                 one[i] = p[i];
+                 t.OriginatorName(one[0], one[1], one[2], one[3], one[4], one[5]);
+             }
+             return true;
+         }},
+        // Empty or absent friendly names are refused, so these are exact.
+        {"OriginatorFName", [](A& t, OpArgs& a) { return t.OriginatorFName(a.Text()); }},
+        {"DestinationFName", [](A& t, OpArgs& a) { return t.DestinationFName(a.Text()); }},
+        {"ServiceCenter", [](A& t, OpArgs& a) { return t.ServiceCenter(a.Text(kText)); }},
+        {"SMSState", [](A& t, OpArgs& a) { return t.SMSState(a.Enum<A::eSMSState>(kByte)); }},
+        {"SMSType", [](A& t, OpArgs& a) { return t.SMSType(a.Enum<A::eSMSType>(kByte)); }},
+        {"StorageType",
+         [](A& t, OpArgs& a) { return t.StorageType(a.Enum<A::eStorageType>(kByte)); }},
+        {"StorageIndex",
+         [](A& t, OpArgs& a) { return t.StorageIndex(static_cast<unsigned short>(a.Number())); }},
+        {"SendingState", [](A& t, OpArgs& a) { return t.SendingState(a.Text(kText)); }},
+        {"Subject", [](A& t, OpArgs& a) { return t.Subject(a.Text(kText)); }},
+        {"Timestamp", [](A& t, OpArgs& a) { return t.Timestamp(a.Text(kText)); }},
+        {"TimestampLocal", [](A& t, OpArgs& a) { return t.TimestampLocal(a.Text(kText)); }},
+        {"Priority", [](A& t, OpArgs& a) { return t.Priority(a.Enum<A::ePriority>(kByte)); }},
+    };
+};
+
+constexpr ItemCheck kEventRoundTrip = CheckItemRoundTrip<EventItem>;
+constexpr ItemCheck kSmsRoundTrip = CheckItemRoundTrip<SmsItem>;
+
+}  // namespace PimTlvFuzz
+
+#endif
