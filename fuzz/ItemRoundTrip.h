@@ -86,6 +86,7 @@ class OpArgs {
         const char* out = v.isNull ? nullptr : Keep(Repaired(v.text));
         if (out == nullptr && Applies(rule, Asym::NullTextEmpty)) out = Keep("");
         if (out != nullptr && out[0] == 0 && Applies(rule, Asym::EmptyTextNull)) out = nullptr;
+        Applies(rule, Asym::None);  // an undeclared rule is a fault even where it changed nothing
         return out;
     }
     std::uint32_t Number(Asym rule = Asym::None) {
@@ -97,6 +98,7 @@ class OpArgs {
                                               static_cast<std::uint32_t>(Byte()) << 8 | Byte());
         });
         if (m_expect && Applies(rule, Asym::LowByte)) return v.number & 0xFFu;
+        if (m_expect) Applies(rule, Asym::None);
         return v.number;
     }
     template <typename E>
@@ -145,12 +147,11 @@ class OpArgs {
         return m_values[m_next++];
     }
     bool Applies(Asym rule, Asym which) {
-        if (rule != which) return false;
-        if ((m_allowed & (1u << static_cast<unsigned>(which))) == 0) {
+        if (!Declares(rule)) {
             m_fault = "an operation uses an asymmetry its item does not declare";
             return false;
         }
-        return true;
+        return rule == which && rule != Asym::None;
     }
     const char* Keep(std::string text) {
         m_texts.push_back(std::move(text));

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/ItemParserChecks.h"
+#include "fuzz/ItemRoundTripChecks.h"
 #include "fuzz/TlvRoundTrip.h"
 #include "fuzz/TlvWalkCheck.h"
 
@@ -59,16 +61,35 @@ void ReplayRoundTrip(const std::vector<unsigned char>& bytes, bool) {
     EXPECT_EQ(fault, nullptr) << fault;
 }
 
+template <PimTlvFuzz::ItemCheck check>
+void ReplayItem(const std::vector<unsigned char>& bytes, bool) {
+    const char* fault = check(bytes.data(), bytes.size());
+    EXPECT_EQ(fault, nullptr) << fault;
+}
+
 // Each target's files go through that target's checks. Files of targets not
-// listed here (item parsers, round trips of items) still go through the walk,
+// listed here still go through the walk,
 // which must survive any bytes, TLV or not.
 struct Target {
     const char* name;
     void (*replay)(const std::vector<unsigned char>&, bool mustWalk);
     bool seedsAreStreams;  // its seeds are well-formed streams on purpose
 };
-constexpr Target kTargets[] = {{"tlv_parser", ReplayWalk, true},
-                               {"tlv_roundtrip", ReplayRoundTrip, false}};
+using namespace PimTlvFuzz;
+constexpr Target kTargets[] = {
+    {"tlv_parser", ReplayWalk, true},
+    {"tlv_roundtrip", ReplayRoundTrip, false},
+    {"event_parser", ReplayItem<kEventParser>, false},
+    {"task_parser", ReplayItem<kTaskParser>, false},
+    {"note_parser", ReplayItem<kNoteParser>, false},
+    {"contact_parser", ReplayItem<kContactParser>, false},
+    {"email_parser", ReplayItem<kEmailParser>, false},
+    {"im_parser", ReplayItem<kImParser>, false},
+    {"sms_parser", ReplayItem<kSmsParser>, false},
+    {"calllist_parser", ReplayItem<kCallListParser>, false},
+    {"event_roundtrip", ReplayItem<kEventRoundTrip>, false},
+    {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
+};
 constexpr Target kOtherTarget = {"", ReplayWalk, false};
 
 TEST(FuzzRegressions, EveryTargetHasSeeds) {
@@ -137,6 +158,65 @@ TEST(FuzzRegressions, CheckingTargetSeesBrokenPromises) {
         const char* fault = target.Finish();
         ASSERT_NE(fault, nullptr);
         EXPECT_STREQ(fault, c.name);
+    }
+}
+
+// The item receivers count every call, diagnostics too, and see what they
+// exist to catch.
+TEST(FuzzRegressions, ItemReceiversSeeBrokenPromises) {
+    SmsLog<PimShared::ISMSReceiver> sms;
+    sms.Start(1, false);
+    EXPECT_TRUE(sms.Body("a"));
+    EXPECT_FALSE(sms.TraceMessage(0, "refused"));
+    EXPECT_TRUE(sms.Body("\xC3\x28"));
+    EXPECT_STREQ(sms.Fault(), "a receiver got a text that is not valid UTF-8");
+    EXPECT_EQ(sms.Lines(), (std::vector<std::string>{"Body('a'|)", "Body('\xC3\x28'|)"}));
+
+    ContactLog<PimShared::IContactReceiver> contact;
+    contact.Start(CallLog::kNever, false);
+    const unsigned int three = 3;
+    EXPECT_TRUE(contact.Key("a", nullptr, nullptr, three));
+    EXPECT_STREQ(contact.Fault(), "a receiver got a null pointer with a length");
+}
+
+// A short message whose subject is expected back as a body, and one that
+// leaves out an asymmetry its operations rely on.
+struct MislabelledSms : SmsItem {
+    static constexpr Op<Attributes> kOps[] = {
+        {"Subject", [](Attributes& t, OpArgs& a) { return t.Subject(a.Text(kText)); },
+         [](Attributes& t, OpArgs& a) { return t.Body(a.Text(kText)); }}};
+};
+struct UndeclaredSms : SmsItem {
+    static constexpr Asymmetry kAsymmetries[] = {{Asym::LowByte, "enumerations"}};
+};
+// The event without its rule for an item that has no properties.
+struct EventWithoutEmptyRule : EventItem {
+    static constexpr Asymmetry kAsymmetries[] = {kCalendarFamilyAsymmetries[0],
+                                                 kCalendarFamilyAsymmetries[1]};
+};
+
+TEST(FuzzRegressions, ItemRoundTripsSeeMismatches) {
+    // Instance 1, operation 0 with the text "abc".
+    const unsigned char ops[] = {0, 1, 0, 3, 'a', 'b', 'c'};
+    struct Case {
+        ItemCheck check;
+        std::size_t size;
+        const char* fault;
+    };
+    const Case cases[] = {
+        {CheckItemRoundTrip<MislabelledSms>, sizeof ops,
+         "call 1 written as Body('abc'|) read as Subject('abc'|)"},
+        {CheckItemRoundTrip<UndeclaredSms>, sizeof ops,
+         "an operation uses an asymmetry its item does not declare"},
+        {CheckItemRoundTrip<EventWithoutEmptyRule>, 2,
+         "call 1 written as End() read as Trace(2|'NodeEnd(): [state ParsingStatePropertyContext] "
+         "Unexpected typeId: 103  Expected: -1 (current property)'|)"},
+        {kSmsRoundTrip, sizeof ops, nullptr},
+        {kEventRoundTrip, 2, nullptr},
+    };
+    for (const Case& c : cases) {
+        const char* fault = c.check(ops, c.size);
+        EXPECT_STREQ(fault, c.fault);
     }
 }
 
