@@ -11,7 +11,9 @@
 #include "fuzz/ItemParserChecks.h"
 #include "fuzz/ItemRoundTrip.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
+#include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/sms/TLVSMSCreator.h"
+#include "pimshared/task/TLVTaskCreator.h"
 
 namespace PimTlvFuzz {
 
@@ -145,6 +147,34 @@ struct EventItem {
              Join(StartOps<Attributes>(), kEndOps));
 };
 
+struct TaskItem {
+    using Attributes = PimShared::ITaskAttributes;
+    using Creator = PimShared::CTLVTaskCreator;
+    using Parser = PimShared::CTLVTaskParser;
+    using Receiver = PimShared::ITaskReceiver;
+    template <typename Base>
+    using Log = CalendarFamilyLog<Base>;
+    static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
+    static constexpr std::array<Op<Attributes>, 1> kDueOps{{
+        {"DateTimeDueLocal",
+         [](Attributes& t, OpArgs& a) { return t.DateTimeDueLocal(a.DateTime(), a.XParams(kMain)); }},
+    }};
+    static constexpr auto kOps =
+        Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
+             Join(StartOps<Attributes>(), kDueOps));
+};
+
+struct NoteItem {
+    using Attributes = PimShared::INoteAttributes;
+    using Creator = PimShared::CTLVNoteCreator;
+    using Parser = PimShared::CTLVNoteParser;
+    using Receiver = PimShared::INoteReceiver;
+    template <typename Base>
+    using Log = CalendarFamilyLog<Base>;
+    static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
+    static constexpr auto kOps = CalendarFamilyOps<Attributes>();
+};
+
 // ---- Short messages ---------------------------------------------------------
 
 struct SmsItem {
@@ -216,6 +246,8 @@ struct SmsItem {
 };
 
 constexpr ItemCheck kEventRoundTrip = CheckItemRoundTrip<EventItem>;
+constexpr ItemCheck kTaskRoundTrip = CheckItemRoundTrip<TaskItem>;
+constexpr ItemCheck kNoteRoundTrip = CheckItemRoundTrip<NoteItem>;
 constexpr ItemCheck kSmsRoundTrip = CheckItemRoundTrip<SmsItem>;
 
 }  // namespace PimTlvFuzz
