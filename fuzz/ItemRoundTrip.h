@@ -101,6 +101,18 @@ class OpArgs {
         if (m_expect) Applies(rule, Asym::None);
         return v.number;
     }
+    // Absent (null, 0) or bytes of any value, zeros included.
+    Bytes Data() {
+        Value& v = Next([this](Value& n) {
+            const std::uint8_t head = Byte();
+            n.isNull = head >= 0xF0;
+            for (unsigned int k = head & 0x1Fu; k > 0 && More(); --k) {
+                n.text.push_back(static_cast<char>(Byte()));
+            }
+        });
+        if (v.isNull) return Bytes{nullptr, 0};
+        return Bytes{v.text.data(), static_cast<unsigned int>(v.text.size())};
+    }
     template <typename E>
     E Enum(Asym rule = Asym::None) {
         return static_cast<E>(Number(rule));

@@ -11,6 +11,7 @@
 #include "fuzz/ItemParserChecks.h"
 #include "fuzz/ItemRoundTrip.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
+#include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/sms/TLVSMSCreator.h"
 #include "pimshared/task/TLVTaskCreator.h"
@@ -245,6 +246,227 @@ struct SmsItem {
     };
 };
 
+
+// ---- Contacts ---------------------------------------------------------------
+
+// Two texts of which only one is written: the first if given.
+template <typename Write>
+bool FirstOfTwo(OpArgs& a, Write write) {
+    const char* first = a.Text();
+    const char* second = a.Text();
+    return first != nullptr ? write(first, nullptr) : write(nullptr, second);
+}
+
+struct ContactItem {
+    using Attributes = PimShared::IContactAttributes;
+    using A = Attributes;
+    using Creator = PimShared::CTLVContactCreator;
+    using Parser = PimShared::CTLVContactParser;
+    using Receiver = PimShared::IContactReceiver;
+    template <typename Base>
+    using Log = ContactLog<Base>;
+    // XUID (read back always as null, with a diagnostic for its leaf) and
+    // Handle (its node is refused by the reader) are not driven: their parse
+    // is a diagnostic by design, not a call.
+    static constexpr Asymmetry kAsymmetries[] = {
+        {Asym::NullTextEmpty,
+         "a property's main text, list entries and x-parameters are always written, an absent "
+         "text as empty"},
+    };
+    static constexpr Asym kMain = Asym::NullTextEmpty;
+    // One text, a text parameter if given, x-parameters.
+    template <bool (A::*op)(const char*, const char*, const PAL::TVector<PimShared::tXParam>&)>
+    static bool Texted(A& t, OpArgs& a) {
+        const char* text = a.Text(kMain);
+        const char* parameter = a.Text();
+        return (t.*op)(text, parameter, a.XParams(kMain));
+    }
+    template <bool (A::*op)(const char*)>
+    static bool Single(A& t, OpArgs& a) {
+        return (t.*op)(a.Text(kMain));
+    }
+    template <bool (A::*op)(const char*, const char*)>
+    static bool Both(A& t, OpArgs& a) {
+        const char* first = a.Text();
+        return (t.*op)(first, a.Text());
+    }
+    template <bool (A::*op)(const char*, const char*)>
+    static bool FirstWins(A& t, OpArgs& a) {
+        return FirstOfTwo(a, [&t](const char* x, const char* y) { return (t.*op)(x, y); });
+    }
+    template <bool (A::*op)(const char*, const char*, const void*, const unsigned int&,
+                            const char*)>
+    static bool Media(A& t, OpArgs& a) {
+        const char* text = a.Text();
+        const char* type = a.Text();
+        const Bytes data = a.Data();
+        return (t.*op)(text, type, data.data, data.length, a.Text());
+    }
+    // Written as every text given; a node with no part at all is read without
+    // its text parameter and x-parameters.
+    static bool Parts(OpArgs& a, const char* (&parts)[7], int count) {
+        bool any = false;
+        for (int i = 0; i < count; ++i) any = (parts[i] = a.Text()) != nullptr || any;
+        return any;
+    }
+
+    static constexpr Op<A> kOps[] = {
+        {"FormattedName", Texted<&A::FormattedName>},
+        {"Name",
+         [](A& t, OpArgs& a) {
+             const char* p[7];
+             Parts(a, p, 5);
+             const char* parameter = a.Text();
+             return t.Name(p[0], p[1], p[2], p[3], p[4], parameter, a.XParams(kMain));
+         },
+         [](A& t, OpArgs& a) {
+             const char* p[7];
+             const bool any = Parts(a, p, 5);
+             const char* parameter = a.Text();
+             const auto& x = a.XParams(kMain);
+             return any ? t.Name(p[0], p[1], p[2], p[3], p[4], parameter, x)
+                        : t.Name(p[0], p[1], p[2], p[3], p[4], nullptr, {});
+         }},
+        {"Nickname",
+         [](A& t, OpArgs& a) {
+             const auto& names = a.Texts(kMain);
+             const char* parameter = a.Text();
+             return t.Nickname(names, parameter, a.XParams(kMain));
+         }},
+        {"Photo", Media<&A::Photo>},
+        {"Birthday", Both<&A::Birthday>, FirstWins<&A::Birthday>},
+        {"Address",
+         [](A& t, OpArgs& a) {
+             const char* p[7];
+             Parts(a, p, 7);
+             const auto type = static_cast<unsigned char>(a.Number());
+             const char* parameter = a.Text();
+             return t.Address(p[0], p[1], p[2], p[3], p[4], p[5], p[6], type, parameter,
+                              a.XParams(kMain));
+         },
+         [](A& t, OpArgs& a) {
+             const char* p[7];
+             const bool any = Parts(a, p, 7);
+             const auto type = static_cast<unsigned char>(a.Number());
+             const char* parameter = a.Text();
+             const auto& x = a.XParams(kMain);
+             return any ? t.Address(p[0], p[1], p[2], p[3], p[4], p[5], p[6], type, parameter, x)
+                        : t.Address(p[0], p[1], p[2], p[3], p[4], p[5], p[6], type, nullptr, {});
+         }},
+        {"Label",
+         [](A& t, OpArgs& a) {
+             const char* text = a.Text();
+             const auto type = static_cast<unsigned char>(a.Number());
+             const char* parameter = a.Text();
+             return t.Label(text, type, parameter, a.XParams(kMain));
+         }},
+        {"Telephone",
+         [](A& t, OpArgs& a) {
+             const char* number = a.Text(kMain);
+             const auto type = static_cast<unsigned short>(a.Number());
+             const auto byte = static_cast<unsigned char>(a.Number());
+             const auto flags = static_cast<unsigned short>(a.Number());
+             const char* text = a.Text();
+             return t.Telephone(number, type, byte, flags, text, a.XParams(kMain));
+         }},
+        {"Email",
+         [](A& t, OpArgs& a) {
+             const char* address = a.Text(kMain);
+             return t.Email(address, static_cast<unsigned char>(a.Number()));
+         }},
+        {"Mailer", Texted<&A::Mailer>},
+        {"Timezone", Both<&A::Timezone>, FirstWins<&A::Timezone>},
+        {"GeographicPosition",
+         [](A& t, OpArgs& a) {
+             const char* first = a.Text();
+             return t.GeographicPosition(first, a.Text());
+         }},
+        {"Title", Texted<&A::Title>},
+        {"Role", Texted<&A::Role>},
+        {"Logo", Media<&A::Logo>},
+        // Exactly one text travels: both or neither given leave the node empty.
+        {"Agent",
+         [](A& t, OpArgs& a) {
+             const char* first = a.Text();
+             return t.Agent(first, a.Text());
+         },
+         [](A& t, OpArgs& a) {
+             const char* first = a.Text();
+             const char* second = a.Text();
+             return (first == nullptr) != (second == nullptr) ? t.Agent(first, second)
+                                                              : t.Agent(nullptr, nullptr);
+         }},
+        {"Organization",
+         [](A& t, OpArgs& a) {
+             const char* name = a.Text(kMain);
+             return t.Organization(name, a.Texts(kMain));
+         }},
+        {"Categories",
+         [](A& t, OpArgs& a) {
+             const auto& list = a.Texts(kMain);
+             const char* parameter = a.Text();
+             return t.Categories(list, parameter, a.XParams(kMain));
+         },
+         [](A& t, OpArgs& a) {
+             const auto& list = a.Texts(kMain);
+             const char* parameter = a.Text();
+             const auto& x = a.XParams(kMain);
+             return list.isEmpty() ? t.Categories(list, nullptr, {})
+                                   : t.Categories(list, parameter, x);
+         }},
+        {"Note", Texted<&A::Note>},
+        {"Revision", Both<&A::Revision>, FirstWins<&A::Revision>},
+        {"SortString", Texted<&A::SortString>},
+        {"Sound",
+         [](A& t, OpArgs& a) {
+             const char* text = a.Text();
+             const char* type = a.Text();
+             const Bytes data = a.Data();
+             const char* third = a.Text();
+             const char* p[7];
+             Parts(a, p, 6);
+             return t.Sound(text, type, data.data, data.length, third, p[0], p[1], p[2], p[3],
+                            p[4], p[5]);
+         }},
+        {"UID", Single<&A::UID>},
+        {"SpeedDial", Single<&A::SpeedDial>},
+        // Read back: the number's low 16 bits, the unsigned number not at all.
+        {"XUCI",
+         [](A& t, OpArgs& a) {
+             const char* text = a.Text(kMain);
+             const auto number = static_cast<int>(a.Number());
+             return t.XUCI(text, number, static_cast<unsigned short>(a.Number()));
+         },
+         [](A& t, OpArgs& a) {
+             const char* text = a.Text(kMain);
+             const auto number = static_cast<int>(a.Number() & 0xFFFFu);
+             a.Number();
+             return t.XUCI(text, number, 0);
+         }},
+        {"URL", Single<&A::URL>},
+        {"Version", Single<&A::Version>},
+        {"Classification", Single<&A::Classification>},
+        {"ProdID", Single<&A::ProdID>},
+        {"Key",
+         [](A& t, OpArgs& a) {
+             const char* keyType = a.Text();
+             const char* type = a.Text();
+             const Bytes data = a.Data();
+             return t.Key(keyType, type, data.data, data.length);
+         }},
+        {"PhotoAvailability",
+         [](A& t, OpArgs& a) { return t.PhotoAvailability(a.Number() % 2 == 1); }},
+        {"NonStandardProperty",
+         [](A& t, OpArgs& a) {
+             const char* name = a.Text(kMain);
+             const char* value = a.Text();
+             const Bytes data = a.Data();
+             return t.NonStandardProperty(name, value, data.data, data.length, a.XParams(kMain));
+         }},
+    };
+};
+
+constexpr ItemCheck kContactRoundTrip = CheckItemRoundTrip<ContactItem>;
 constexpr ItemCheck kEventRoundTrip = CheckItemRoundTrip<EventItem>;
 constexpr ItemCheck kTaskRoundTrip = CheckItemRoundTrip<TaskItem>;
 constexpr ItemCheck kNoteRoundTrip = CheckItemRoundTrip<NoteItem>;

@@ -88,6 +88,7 @@ constexpr Target kTargets[] = {
     {"sms_parser", ReplayItem<kSmsParser>, false},
     {"calllist_parser", ReplayItem<kCallListParser>, false},
     {"event_roundtrip", ReplayItem<kEventRoundTrip>, false},
+    {"contact_roundtrip", ReplayItem<kContactRoundTrip>, false},
     {"task_roundtrip", ReplayItem<kTaskRoundTrip>, false},
     {"note_roundtrip", ReplayItem<kNoteRoundTrip>, false},
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
