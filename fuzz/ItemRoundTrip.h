@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <deque>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,7 @@ class OpArgs {
         m_texts.clear();
         m_lists.clear();
         m_xParams.clear();
+        m_kept.clear();
     }
     // Before its run on the expectation: the same values, through the rules.
     void Expect() {
@@ -112,6 +114,20 @@ class OpArgs {
         });
         if (v.isNull) return Bytes{nullptr, 0};
         return Bytes{v.text.data(), static_cast<unsigned int>(v.text.size())};
+    }
+    // A number read earlier through a rule, for operations whose expectation
+    // needs both the written and the read value.
+    std::uint32_t Through(Asym rule, std::uint32_t value) {
+        if (m_expect && Applies(rule, Asym::LowByte)) return value & 0xFFu;
+        return value;
+    }
+    bool Expecting() const { return m_expect; }
+    // An empty list of any record type that lives until the next operation.
+    template <typename T>
+    PAL::TVector<T>& NewList() {
+        auto list = std::make_shared<PAL::TVector<T>>();
+        m_kept.push_back(list);
+        return *list;
     }
     template <typename E>
     E Enum(Asym rule = Asym::None) {
@@ -188,6 +204,7 @@ class OpArgs {
     std::deque<std::string> m_texts;
     std::deque<PAL::TVector<const char*>> m_lists;
     std::deque<PAL::TVector<PimShared::tXParam>> m_xParams;
+    std::vector<std::shared_ptr<void>> m_kept;
 };
 
 // One creator operation. depth is +1 for an operation that opens a nested

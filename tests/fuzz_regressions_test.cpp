@@ -89,6 +89,7 @@ constexpr Target kTargets[] = {
     {"calllist_parser", ReplayItem<kCallListParser>, false},
     {"event_roundtrip", ReplayItem<kEventRoundTrip>, false},
     {"contact_roundtrip", ReplayItem<kContactRoundTrip>, false},
+    {"email_roundtrip", ReplayItem<kEmailRoundTrip>, false},
     {"task_roundtrip", ReplayItem<kTaskRoundTrip>, false},
     {"note_roundtrip", ReplayItem<kNoteRoundTrip>, false},
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
