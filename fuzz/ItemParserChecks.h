@@ -26,7 +26,8 @@ using ItemCheck = const char* (*)(const std::uint8_t* data, std::size_t size);
 
 inline std::size_t RefusalFrom(const std::uint8_t* data, std::size_t size) {
     std::size_t refuseAt = 0;
-    for (std::size_t i = size > 2 ? size - 2 : 0; i < size; ++i) refuseAt = refuseAt * 256 + data[i];
+    for (std::size_t i = size > 2 ? size - 2 : 0; i < size; ++i)
+        refuseAt = refuseAt * 256 + data[i];
     return refuseAt;
 }
 
@@ -66,9 +67,9 @@ inline int RunItemCheck(ItemCheck check, const std::uint8_t* data, std::size_t s
 
 }  // namespace PimTlvFuzz
 
-#define PIMTLV_ITEM_FUZZ_TARGET(check)                                                   \
+#define PIMTLV_ITEM_FUZZ_TARGET(check)                                                  \
     extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { \
-        return PimTlvFuzz::RunItemCheck(check, data, size);                              \
+        return PimTlvFuzz::RunItemCheck(check, data, size);                             \
     }
 
 #endif

@@ -144,8 +144,8 @@ class CallLog {
         for (const T& item : list) Touch(line, item);
         line += "]|";
     }
-    template <typename T, typename = std::enable_if_t<std::is_arithmetic<T>::value ||
-                                                      std::is_enum<T>::value>>
+    template <typename T,
+              typename = std::enable_if_t<std::is_arithmetic<T>::value || std::is_enum<T>::value>>
     void Touch(std::string& line, const T& value) {
         if constexpr (std::is_enum<T>::value) {
             line += std::to_string(static_cast<std::underlying_type_t<T>>(value));
@@ -167,7 +167,9 @@ class CallLog {
 // interface) and what a round trip expects (Base = the attributes interface
 // a creator implements). Operations an instance's Base lacks are never called.
 #define PIMTLV_FUZZ_TEXT_OP(Op) \
-    bool Op(const char* text) { return Call(#Op, text); }
+    bool Op(const char* text) { \
+        return Call(#Op, text); \
+    }
 
 // Events, tasks and notes.
 template <typename Base>

@@ -32,9 +32,9 @@ namespace PimTlvFuzz {
 // The ways a value may come back other than it went in.
 enum class Asym : unsigned int {
     None = 0,
-    NullTextEmpty,   // an absent text is written as the empty text
-    EmptyTextNull,   // an empty text is not written, so it comes back absent
-    LowByte,         // a number travels as its low byte
+    NullTextEmpty,  // an absent text is written as the empty text
+    EmptyTextNull,  // an empty text is not written, so it comes back absent
+    LowByte,        // a number travels as its low byte
     // An item without any property is read with no End: the parser leaves its
     // property state only at a property's end, and reports the closing nodes.
     EmptyItemUnclosed,
@@ -50,7 +50,8 @@ class OpArgs {
   public:
     OpArgs(const std::uint8_t* data, std::size_t size, const Asymmetry* table, std::size_t count)
         : m_data(data), m_size(size) {
-        for (std::size_t i = 0; i < count; ++i) m_allowed |= 1u << static_cast<unsigned>(table[i].rule);
+        for (std::size_t i = 0; i < count; ++i)
+            m_allowed |= 1u << static_cast<unsigned>(table[i].rule);
     }
 
     bool More() const { return m_at < m_size; }
@@ -72,7 +73,9 @@ class OpArgs {
         m_next = 0;
     }
     const char* Fault() const { return m_fault; }
-    bool Declares(Asym rule) const { return (m_allowed & (1u << static_cast<unsigned>(rule))) != 0; }
+    bool Declares(Asym rule) const {
+        return (m_allowed & (1u << static_cast<unsigned>(rule))) != 0;
+    }
 
     const char* Text(Asym rule = Asym::None) {
         Value& v = Next([this](Value& n) {
@@ -95,9 +98,10 @@ class OpArgs {
         Value& v = Next([this](Value& n) {
             const std::uint8_t head = Byte();
             // Mostly small values, sometimes all 32 bits.
-            n.number = head < 0xC0 ? head : (static_cast<std::uint32_t>(Byte()) << 24 |
-                                              static_cast<std::uint32_t>(Byte()) << 16 |
-                                              static_cast<std::uint32_t>(Byte()) << 8 | Byte());
+            n.number = head < 0xC0 ? head
+                                   : (static_cast<std::uint32_t>(Byte()) << 24 |
+                                      static_cast<std::uint32_t>(Byte()) << 16 |
+                                      static_cast<std::uint32_t>(Byte()) << 8 | Byte());
         });
         if (m_expect && Applies(rule, Asym::LowByte)) return v.number & 0xFFu;
         if (m_expect) Applies(rule, Asym::None);

@@ -13,6 +13,7 @@
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/email/TLVEmailCreator.h"
+#include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/sms/TLVSMSCreator.h"
 #include "pimshared/task/TLVTaskCreator.h"
@@ -37,12 +38,13 @@ constexpr Asymmetry kCalendarFamilyAsymmetries[] = {
     {Asym::EmptyItemUnclosed, "an item without properties is not closed when read"},
 };
 
-// Not given (a quarter of the time), or a setting below 2^31 whose low byte
-// travels.
-inline PimShared::eRsvpType Rsvp(OpArgs& a) {
+// Not given (0xFFFFFFFF, a quarter of the time), or a value below 2^31 whose
+// low byte travels.
+template <typename E>
+E Optional(OpArgs& a) {
     const bool given = a.Number() % 4 != 3;
-    const std::uint32_t setting = a.Number(Asym::LowByte) & 0x7FFFFFFFu;
-    return static_cast<PimShared::eRsvpType>(given ? setting : 0xFFFFFFFFu);
+    const std::uint32_t value = a.Number(Asym::LowByte) & 0x7FFFFFFFu;
+    return static_cast<E>(given ? value : 0xFFFFFFFFu);
 }
 
 constexpr Asym kMain = Asym::NullTextEmpty;
@@ -85,7 +87,7 @@ constexpr std::array<Op<A>, 15> CalendarFamilyOps() {
              const auto& members = a.Texts(kMain);
              const char* role = a.Text();
              const char* partStat = a.Text();
-             const PimShared::eRsvpType rsvp = Rsvp(a);
+             const auto rsvp = Optional<PimShared::eRsvpType>(a);
              const auto& to = a.Texts(kMain);
              const auto& from = a.Texts(kMain);
              const char* sentBy = a.Text();
@@ -140,9 +142,13 @@ struct EventItem {
     static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
     static constexpr std::array<Op<Attributes>, 2> kEndOps{{
         {"DateTimeEnd",
-         [](Attributes& t, OpArgs& a) { return t.DateTimeEnd(a.DateTime(), a.Text(), a.XParams(kMain)); }},
+         [](Attributes& t, OpArgs& a) {
+             return t.DateTimeEnd(a.DateTime(), a.Text(), a.XParams(kMain));
+         }},
         {"DateTimeEndLocal",
-         [](Attributes& t, OpArgs& a) { return t.DateTimeEndLocal(a.DateTime(), a.XParams(kMain)); }},
+         [](Attributes& t, OpArgs& a) {
+             return t.DateTimeEndLocal(a.DateTime(), a.XParams(kMain));
+         }},
     }};
     static constexpr auto kOps =
         Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
@@ -159,7 +165,9 @@ struct TaskItem {
     static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
     static constexpr std::array<Op<Attributes>, 1> kDueOps{{
         {"DateTimeDueLocal",
-         [](Attributes& t, OpArgs& a) { return t.DateTimeDueLocal(a.DateTime(), a.XParams(kMain)); }},
+         [](Attributes& t, OpArgs& a) {
+             return t.DateTimeDueLocal(a.DateTime(), a.XParams(kMain));
+         }},
     }};
     static constexpr auto kOps =
         Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
@@ -202,8 +210,7 @@ struct SmsItem {
              return t.Concat(first, second, static_cast<unsigned char>(a.Number()));
          }},
         {"Destination", [](A& t, OpArgs& a) { return t.Destination(a.Text(kText)); }},
-        {"ReadStatus",
-         [](A& t, OpArgs& a) { return t.ReadStatus(a.Enum<A::eReadStatus>(kByte)); }},
+        {"ReadStatus", [](A& t, OpArgs& a) { return t.ReadStatus(a.Enum<A::eReadStatus>(kByte)); }},
         {"DownloadState",
          [](A& t, OpArgs& a) { return t.DownloadState(a.Enum<A::eDownloadState>(kByte)); }},
         {"Folder", [](A& t, OpArgs& a) { return t.Folder(a.Text(kText)); }},
@@ -246,7 +253,6 @@ struct SmsItem {
         {"Priority", [](A& t, OpArgs& a) { return t.Priority(a.Enum<A::ePriority>(kByte)); }},
     };
 };
-
 
 // ---- Contacts ---------------------------------------------------------------
 
@@ -426,8 +432,8 @@ struct ContactItem {
              const char* third = a.Text();
              const char* p[7];
              Parts(a, p, 6);
-             return t.Sound(text, type, data.data, data.length, third, p[0], p[1], p[2], p[3],
-                            p[4], p[5]);
+             return t.Sound(text, type, data.data, data.length, third, p[0], p[1], p[2], p[3], p[4],
+                            p[5]);
          }},
         {"UID", Single<&A::UID>},
         {"SpeedDial", Single<&A::SpeedDial>},
@@ -565,11 +571,10 @@ constexpr std::array<Op<A>, 29> MimeMessageOps() {
              const Extensible name = ReadExtensible(a);
              const Extensible value = ReadExtensible(a);
              return t.ContentTypeParam(static_cast<M::eContentParamName>(name.value),
-                                       static_cast<M::eContentParamValue>(value.value),
-                                       name.token, value.token);
+                                       static_cast<M::eContentParamValue>(value.value), name.token,
+                                       value.token);
          }},
-        {"Priority",
-         [](A& t, OpArgs& a) { return t.Priority(a.Enum<M::ePriority>(kMimeByte)); }},
+        {"Priority", [](A& t, OpArgs& a) { return t.Priority(a.Enum<M::ePriority>(kMimeByte)); }},
     }};
 }
 
@@ -611,6 +616,92 @@ struct EmailItem {
     static constexpr auto kOps = Join(MimeMessageOps<A>(), kOwnOps);
 };
 
+struct ImItem {
+    using Attributes = PimShared::IIMAttributes;
+    using A = Attributes;
+    using Creator = PimShared::CTLVIMCreator;
+    using Parser = PimShared::CTLVIMParser;
+    using Receiver = PimShared::IIMReceiver;
+    template <typename Base>
+    using Log = MimeMessageLog<Base>;
+    static constexpr const Asymmetry (&kAsymmetries)[2] = kMimeMessageAsymmetries;
+    static constexpr Asym kText = kMimeText;
+    static constexpr std::array<Op<A>, 14> kOwnOps{{
+        // The client only when given, the texts only when given.
+        {"Mailbox",
+         [](A& t, OpArgs& a) {
+             const auto field = a.Enum<A::eMailboxFieldType>(kMimeByte);
+             const auto client = Optional<A::eUCIClient>(a);
+             const char* name = a.Text();
+             return t.Mailbox(field, client, name, a.Text());
+         }},
+        // Members' clients do not travel; their texts are always written.
+        {"Group",
+         [](A& t, OpArgs& a) {
+             const char* name = a.Text(kText);
+             auto& members = a.NewList<A::tMailbox>();
+             for (std::uint32_t n = a.Number() % 3; n > 0; --n) {
+                 const auto field = a.Enum<A::eMailboxFieldType>(kMimeByte);
+                 const auto client = Optional<A::eUCIClient>(a);
+                 const char* display = a.Text(kText);
+                 members.pushBack({field, a.Expecting() ? A::eUCIClientNotGiven : client, display,
+                                   a.Text(kText)});
+             }
+             return t.Group(name, members);
+         }},
+        {"Direction",
+         [](A& t, OpArgs& a) { return t.Direction(a.Enum<A::eDirection>(kMimeByte)); }},
+        {"EntityType",
+         [](A& t, OpArgs& a) { return t.EntityType(a.Enum<A::eEntityType>(kMimeByte)); }},
+        {"ExtendedData",
+         [](A& t, OpArgs& a) {
+             auto& list = a.NewList<A::tExtendedData>();
+             for (std::uint32_t n = a.Number() % 4; n > 0; --n) {
+                 const auto key = a.Enum<A::eExtendedDataKey>(kMimeByte);
+                 list.pushBack({key, static_cast<int>(a.Number())});
+             }
+             return t.ExtendedData(list);
+         }},
+        {"ConversationID", [](A& t, OpArgs& a) { return t.ConversationID(a.Text(kText)); }},
+        {"ConversationName", [](A& t, OpArgs& a) { return t.ConversationName(a.Text(kText)); }},
+        {"ConversationLastActivity",
+         [](A& t, OpArgs& a) { return t.ConversationLastActivity(a.Text(kText)); }},
+        {"ConversationVersionCounter",
+         [](A& t, OpArgs& a) { return t.ConversationVersionCounter(a.Text(kText)); }},
+        {"ConversationSummary",
+         [](A& t, OpArgs& a) { return t.ConversationSummary(a.Text(kText)); }},
+        // Written as its low byte even when not given.
+        {"OwnerAvailability",
+         [](A& t, OpArgs& a) {
+             return t.OwnerAvailability(a.Enum<A::ePresenceAvailability>(kMimeByte));
+         }},
+        {"OwnerText", [](A& t, OpArgs& a) { return t.OwnerText(a.Text(kText)); }},
+        {"OwnerLastActivity", [](A& t, OpArgs& a) { return t.OwnerLastActivity(a.Text(kText)); }},
+        // The client does not travel; everything else only when given.
+        {"ConversationParticipant",
+         [](A& t, OpArgs& a) {
+             const auto client = Optional<A::eUCIClient>(a);
+             const char* t1 = a.Text();
+             const char* t2 = a.Text();
+             const auto chat = Optional<A::eChatState>(a);
+             const char* t3 = a.Text();
+             const char* t4 = a.Text();
+             const char* t5 = a.Text();
+             const auto availability = Optional<A::ePresenceAvailability>(a);
+             const char* t6 = a.Text();
+             const auto flags = static_cast<unsigned char>(a.Number());
+             return t.ConversationParticipant(a.Expecting() ? A::eUCIClientNotGiven : client, t1,
+                                              t2, chat, t3, t4, t5, availability, t6, flags);
+         }},
+    }};
+    static constexpr std::array<Op<A>, 1> kChatOps{{
+        {"OwnerChatState",
+         [](A& t, OpArgs& a) { return t.OwnerChatState(a.Enum<A::eChatState>(kMimeByte)); }},
+    }};
+    static constexpr auto kOps = Join(Join(MimeMessageOps<A>(), kOwnOps), kChatOps);
+};
+
+constexpr ItemCheck kImRoundTrip = CheckItemRoundTrip<ImItem>;
 constexpr ItemCheck kEmailRoundTrip = CheckItemRoundTrip<EmailItem>;
 constexpr ItemCheck kContactRoundTrip = CheckItemRoundTrip<ContactItem>;
 constexpr ItemCheck kEventRoundTrip = CheckItemRoundTrip<EventItem>;

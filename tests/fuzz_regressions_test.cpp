@@ -90,6 +90,7 @@ constexpr Target kTargets[] = {
     {"event_roundtrip", ReplayItem<kEventRoundTrip>, false},
     {"contact_roundtrip", ReplayItem<kContactRoundTrip>, false},
     {"email_roundtrip", ReplayItem<kEmailRoundTrip>, false},
+    {"im_roundtrip", ReplayItem<kImRoundTrip>, false},
     {"task_roundtrip", ReplayItem<kTaskRoundTrip>, false},
     {"note_roundtrip", ReplayItem<kNoteRoundTrip>, false},
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
