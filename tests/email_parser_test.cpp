@@ -5,7 +5,7 @@
 
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
-#include "support/MimeMessageRecorder.h"
+#include "support/EmailRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVEmailCreator;
@@ -14,20 +14,6 @@ using E = PimShared::IEmailAttributes;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-class EmailRecorder : public TRecorder<PimShared::IEmailReceiver> {
-  public:
-    bool Group(const char* name, const PAL::TVector<E::tMailbox>& list) override {
-        std::string line = "Group(" + T(name);
-        for (const E::tMailbox& m : list) {
-            line += ",[" + N(m.fieldType) + " " + T(m.displayName) + " " + T(m.address) + "]";
-        }
-        return Log(line + ")");
-    }
-    bool Mailbox(const E::eMailboxFieldType& f, const char* name, const char* address) override {
-        return Log("Mailbox(" + N(f) + "," + T(name) + "," + T(address) + ")");
-    }
-};
 
 Outcome ParseWith(EmailRecorder& r, const Bytes& stream) {
     return MimeTest::ParseWith<CTLVEmailParser>(r, stream);
