@@ -2,10 +2,11 @@
 #define PIMTLV_BENCH_TLVYARDSTICKS_H
 
 // Two deliberately minimal TLV engines that the benchmarks measure the codec
-// against. They do the same job as CTLVParser and CTLVCreator on well-formed
-// input (bounds checks, terminator and UTF-8 checks, shortest length fields)
-// and nothing else: no element tree, no traces, no repair bookkeeping. They
-// are yardsticks, not code to use.
+// against, and a target that does nothing. The engines do the same job as
+// CTLVParser and CTLVCreator on well-formed input (bounds checks, terminator
+// and UTF-8 checks, shortest length fields) and nothing else: no element tree,
+// no traces, no repair. They are yardsticks, not code to use; the writer also
+// serves the round-trip fuzz target as an independent reference.
 
 #include <cstring>
 #include <type_traits>
@@ -18,6 +19,26 @@ namespace PimTlvBench {
 
 using ParserCreatorCollection::eClass;
 using ParserCreatorCollection::ITLV;
+
+// Accepts every event and does nothing, so that a walk is measured alone.
+class NullTarget final : public ITLV {
+  public:
+    // clang-format off
+    bool Unknown(const eClass&, const unsigned int&, const void*, const unsigned int&) override { return true; }
+    bool NodeBegin(const unsigned int&) override { return true; }
+    bool NodeEnd(const unsigned int&) override { return true; }
+    bool LeafInt8(const unsigned int&, const signed char&) override { return true; }
+    bool LeafInt16(const unsigned int&, const short&) override { return true; }
+    bool LeafUInt8(const unsigned int&, const unsigned char&) override { return true; }
+    bool LeafUInt16(const unsigned int&, const unsigned short&) override { return true; }
+    bool LeafBitfield8(const unsigned int&, const unsigned char&) override { return true; }
+    bool LeafBitfield16(const unsigned int&, const unsigned short&) override { return true; }
+    bool LeafString(const unsigned int&, const char*) override { return true; }
+    bool LeafByteStream(const unsigned int&, const void*, const unsigned int&) override { return true; }
+    bool LeafUInt32(const unsigned int&, const unsigned int&) override { return true; }
+    bool LeafInt32(const unsigned int&, const int&) override { return true; }
+    // clang-format on
+};
 
 // Bounds-checked iterative walk: every element must fit in its enclosing node.
 // CheckText selects whether String values are checked as UTF-8 (the codec

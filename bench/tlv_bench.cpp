@@ -19,6 +19,7 @@ namespace {
 using namespace ParserCreatorCollection;
 using PimTlvBench::MinimalWalker;
 using PimTlvBench::MinimalWriter;
+using PimTlvBench::NullTarget;
 
 // ---- the stream shapes ----------------------------------------------------------
 
@@ -158,27 +159,6 @@ const Shape kEventShape{"event", 1};
 const Shape kMegabyteShape{"1MB", (1u << 20) / EventSize() + 1};
 
 // ---- targets ----------------------------------------------------------------------
-
-class NullTarget final : public ITLV {
-  public:
-    bool Unknown(const eClass&, const unsigned int&, const void*, const unsigned int&) override {
-        return true;
-    }
-    bool NodeBegin(const unsigned int&) override { return true; }
-    bool NodeEnd(const unsigned int&) override { return true; }
-    bool LeafInt8(const unsigned int&, const signed char&) override { return true; }
-    bool LeafInt16(const unsigned int&, const short&) override { return true; }
-    bool LeafUInt8(const unsigned int&, const unsigned char&) override { return true; }
-    bool LeafUInt16(const unsigned int&, const unsigned short&) override { return true; }
-    bool LeafBitfield8(const unsigned int&, const unsigned char&) override { return true; }
-    bool LeafBitfield16(const unsigned int&, const unsigned short&) override { return true; }
-    bool LeafString(const unsigned int&, const char*) override { return true; }
-    bool LeafByteStream(const unsigned int&, const void*, const unsigned int&) override {
-        return true;
-    }
-    bool LeafUInt32(const unsigned int&, const unsigned int&) override { return true; }
-    bool LeafInt32(const unsigned int&, const int&) override { return true; }
-};
 
 void SetRates(benchmark::State& state, const Shape& shape, std::size_t bytes) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));

@@ -6,7 +6,8 @@
 //   - report balanced nodes (every NodeEnd names the innermost open node, and
 //     every node opened is closed by the time Parse returns);
 //   - hand out only texts that end inside the stream (or in a repaired copy),
-//     are valid UTF-8 and stay unchanged until Parse returns;
+//     are valid UTF-8 and stay readable and unchanged at least until the next
+//     node event (receivers keep them until their property node ends);
 //   - hand out byte streams and unknown values that lie inside the stream;
 //   - stop at a refused leaf: afterwards only the NodeEnds of open nodes come;
 //   - ignore the answers to NodeBegin and NodeEnd;
@@ -27,7 +28,8 @@ namespace PimTlvFuzz {
 
 using namespace ParserCreatorCollection;
 
-// 64-bit FNV-1a over bytes, so a log entry can stand for a text's content.
+// 64-bit FNV-1a over bytes, so a log entry can stand for a value's content.
+constexpr std::uint64_t kMixStart = 14695981039346656037ull;
 inline std::uint64_t Mix(std::uint64_t h, const void* bytes, std::size_t count) {
     const auto* p = static_cast<const unsigned char*>(bytes);
     for (std::size_t i = 0; i < count; ++i) h = (h ^ p[i]) * 1099511628211ull;
@@ -68,7 +70,6 @@ class CheckingTarget : public ITLV {
     std::size_t Leaves() const { return m_leaves; }
     bool Refused() const { return m_refused; }
     bool SawUnknown() const { return m_sawUnknown; }
-    std::size_t Depth() const { return m_open.size(); }
 
     bool Unknown(const eClass& elementClass, const unsigned int& typeId, const void* value,
                  const unsigned int& length) override {
@@ -129,14 +130,14 @@ class CheckingTarget : public ITLV {
             Velmor_UTF8_rfc3629_check_string(text, static_cast<unsigned int>(length), 0) == 0) {
             Fault("a text is not valid UTF-8");
         }
-        const std::uint64_t content = Mix(14695981039346656037ull, text, length);
+        const std::uint64_t content = Mix(kMixStart, text, length);
         m_texts.push_back(Text{text, content});
         return Leaf(9, id, content);
     }
     bool LeafByteStream(const unsigned int& id, const void* data,
                         const unsigned int& length) override {
         const bool inside = Inside(data, length, "a byte stream lies outside the stream");
-        return Leaf(10, id, inside ? Mix(14695981039346656037ull, data, length) : 0);
+        return Leaf(10, id, inside ? Mix(kMixStart, data, length) : 0);
     }
     bool LeafUInt32(const unsigned int& id, const unsigned int& v) override {
         return Leaf(11, id, v);
@@ -178,11 +179,11 @@ class CheckingTarget : public ITLV {
         Fault(what);
         return false;
     }
-    // Texts handed out must stay readable and unchanged until Parse returns:
+    // Texts handed out must still read the same at the next node event:
     // receivers keep them until the enclosing node ends.
     void Recheck() {
         for (const Text& t : m_texts) {
-            if (Mix(14695981039346656037ull, t.text, std::strlen(t.text)) != t.content) {
+            if (Mix(kMixStart, t.text, std::strlen(t.text)) != t.content) {
                 Fault("a text changed before the walk ended");
             }
         }

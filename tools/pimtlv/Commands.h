@@ -1,0 +1,33 @@
+#ifndef PIMTLV_TOOL_COMMANDS_H
+#define PIMTLV_TOOL_COMMANDS_H
+
+#include <iosfwd>
+#include <string>
+
+#include "Items.h"
+
+namespace pimtlv_tool {
+
+struct Options {
+    std::string input;   // file name, "-" or empty for standard input
+    std::string output;  // encode: file name, "-" or empty for standard output
+    std::string item;    // forced item kind, empty to detect it
+    bool hex = false;    // input (or encode's output) as hex text
+    bool trace = false;  // decode: keep the parser's code-0 trace lines
+    bool color = false;  // dump: colour the output
+};
+
+// Each command returns the exit status; UsageError escapes for input the
+// tool cannot use.
+int Dump(const Options& options, std::ostream& out, std::ostream& err);
+int Decode(const Options& options, std::ostream& out, std::ostream& err);
+int Encode(const Options& options, std::ostream& err);
+int Check(const Options& options, std::ostream& out, std::ostream& err);
+int ListOps(const std::string& item, std::ostream& out);
+
+// Formats one dump line (without its newline).
+std::string DumpLine(const Element& element, const char* name, bool color);
+
+}  // namespace pimtlv_tool
+
+#endif

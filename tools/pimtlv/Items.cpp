@@ -1,0 +1,169 @@
+#include "Items.h"
+
+#include "pimshared/common/TypeIds.h"
+
+namespace pimtlv_tool {
+
+const std::vector<const ItemAdapter*>& Adapters() {
+    // The one registry: an item's adapter is listed here and built when the
+    // library has that item's codec.
+    static const std::vector<const ItemAdapter*> adapters = {
+#ifdef PIMTLV_TOOL_ITEM_EVENT
+        &kEventItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_TASK
+        &kTaskItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_NOTE
+        &kNoteItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_CONTACT
+        &kContactItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_EMAIL
+        &kEmailItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_IM
+        &kImItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_SMS
+        &kSmsItem,
+#endif
+#ifdef PIMTLV_TOOL_ITEM_CALLLIST
+        &kCallListItem,
+#endif
+    };
+    return adapters;
+}
+
+const std::vector<Kind>& Kinds() {
+    using namespace PimShared;
+    static const std::vector<Kind> kinds = {
+        {"event", "calendar event", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVevent}},
+        {"task", "task", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVtodo}},
+        {"note", "note", TypeIdObjTypeNote, {TypeIdCompTypeVJournal}},
+        {"contact", "contact", TypeIdObjTypeContact, {}},
+        {"email", "e-mail", TypeIdObjTypeMessage, {600}},
+        {"im", "instant message", TypeIdObjTypeMessage, {900}},
+        {"sms", "SMS", TypeIdObjTypeMessage, {700}},
+        {"calllist", "call list", TypeIdObjTypeCallstack, {2000, 2001}},
+    };
+    return kinds;
+}
+
+const Kind* FindKind(const std::string& name) {
+    for (const Kind& k : Kinds()) {
+        if (name == k.name) return &k;
+    }
+    return nullptr;
+}
+
+const Kind* DetectKind(const StreamFrame& frame) {
+    if (!frame.hasRoot) return nullptr;
+    for (const Kind& k : Kinds()) {
+        if (k.root != frame.root) continue;
+        if (k.components.empty()) return &k;
+        if (!frame.hasComponent) continue;
+        for (unsigned int c : k.components) {
+            if (c == frame.component) return &k;
+        }
+    }
+    return nullptr;
+}
+
+std::string KindNames() {
+    std::string names;
+    for (const Kind& k : Kinds()) {
+        if (!names.empty()) names += ", ";
+        names += k.name;
+    }
+    return names;
+}
+
+const ItemAdapter* FindAdapter(const std::string& kind) {
+    for (const ItemAdapter* a : Adapters()) {
+        if (kind == a->kind) return a;
+    }
+    return nullptr;
+}
+
+namespace {
+
+#define PIMTLV_FRAME_NAME(node, constant)               \
+    TypeName {                                          \
+        PimShared::constant, node, kNoParent, #constant \
+    }
+
+// Names that hold in every item's frame.
+const TypeName* FrameName(bool node, unsigned int id, unsigned int depth) {
+    static const TypeName roots[] = {
+        PIMTLV_FRAME_NAME(true, TypeIdObjTypeContact),
+        PIMTLV_FRAME_NAME(true, TypeIdObjTypeCalendarTask),
+        PIMTLV_FRAME_NAME(true, TypeIdObjTypeMessage),
+        PIMTLV_FRAME_NAME(true, TypeIdObjTypeNote),
+        PIMTLV_FRAME_NAME(true, TypeIdObjTypeCallstack),
+    };
+    static const TypeName inner[] = {
+        PIMTLV_FRAME_NAME(true, TypeIdCompTypeVevent),
+        PIMTLV_FRAME_NAME(true, TypeIdCompTypeVtodo),
+        PIMTLV_FRAME_NAME(true, TypeIdCompTypeVJournal),
+        PIMTLV_FRAME_NAME(false, TypeIdValTypeInstance),
+    };
+    if (depth == 0) {
+        for (const TypeName& t : roots) {
+            if (t.node == node && t.id == id) return &t;
+        }
+    } else if (depth <= 2) {
+        for (const TypeName& t : inner) {
+            if (t.node == node && t.id == id) return &t;
+        }
+    }
+    return nullptr;
+}
+
+#undef PIMTLV_FRAME_NAME
+
+}  // namespace
+
+const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsigned int id,
+                   unsigned int depth) {
+    if (item != nullptr && depth > 0) {
+        const TypeName* anywhere = nullptr;
+        for (const TypeName& t : item->names) {
+            if (t.node != node || t.id != id) continue;
+            if (t.parent == parent) return t.name;
+            if (t.parent == kNoParent && anywhere == nullptr) anywhere = &t;
+        }
+        if (anywhere != nullptr) return anywhere->name;
+    }
+    const TypeName* frame = FrameName(node, id, depth);
+    return frame != nullptr ? frame->name : nullptr;
+}
+
+void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
+                 std::vector<std::string>& refused) {
+    if (!calls.is_array()) throw UsageError("\"calls\" must be an array");
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        const Json& call = calls[i];
+        const std::string where = "call " + std::to_string(i);
+        if (!call.is_object()) throw UsageError(where + " must be an object");
+        for (const auto& entry : call.items()) {
+            if (entry.key() != "op" && entry.key() != "args") {
+                throw UsageError(where + ": unknown key '" + entry.key() + "'");
+            }
+        }
+        if (!call.contains("op") || !call["op"].is_string()) {
+            throw UsageError(where + ": \"op\" must name an operation");
+        }
+        const std::string name = call["op"].get<std::string>();
+        const OpEntry* found = nullptr;
+        for (const OpEntry& op : ops) {
+            if (name == op.name) found = &op;
+        }
+        if (found == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
+        const Json args = call.contains("args") ? call["args"] : Json(nullptr);
+        if (!found->invoke(target, args, *found, i)) refused.push_back(where + " (" + name + ")");
+    }
+}
+
+}  // namespace pimtlv_tool

@@ -1,0 +1,110 @@
+#ifndef PIMTLV_TOOL_ITEMS_H
+#define PIMTLV_TOOL_ITEMS_H
+
+#include <string>
+#include <vector>
+
+#include "Json.h"
+#include "Stream.h"
+
+namespace pimtlv_tool {
+
+// The name of a type ID in an item's context. parent is the enclosing node
+// the meaning holds in, or kNoParent for anywhere in the item.
+struct TypeName {
+    unsigned int id;
+    bool node;
+    unsigned int parent;
+    const char* name;
+};
+
+// What the tool knows of every item kind, whether or not this build has its
+// codec: how a stream shows it (root node and first node inside the root).
+struct Kind {
+    const char* name;  // as --item takes it
+    const char* title;
+    unsigned int root;
+    std::vector<unsigned int> components;  // empty: no component node
+};
+const std::vector<Kind>& Kinds();
+const Kind* FindKind(const std::string& name);
+const Kind* DetectKind(const StreamFrame& frame);
+std::string KindNames();  // "event, task, ..." for messages
+
+// The result of running an item's parser.
+struct ParseRun {
+    bool ok = false;
+    unsigned int consumed = 0;
+};
+
+// One item's adapter between its codec and the tool.
+struct ItemAdapter {
+    const char* kind;
+    std::vector<TypeName> names;
+    std::vector<OpEntry> ops;
+    // Runs the item's parser with a receiver that records into recorder.
+    ParseRun (*decode)(const Bytes& data, Recorder& recorder);
+    // Replays calls (a JSON array) into the item's creator. Returns the
+    // bytes; refused calls are listed in refused. Throws UsageError for
+    // calls it cannot make.
+    Bytes (*encode)(const std::vector<OpEntry>& ops, const Json& calls,
+                    std::vector<std::string>& refused);
+    // Where a stream does not come back byte for byte after decode and
+    // encode, by design; shown by the tool's help.
+    const char* asymmetries;
+};
+
+// Each adapter file defines one of these; the registry refers only to those
+// this build has.
+extern const ItemAdapter kEventItem, kTaskItem, kNoteItem, kContactItem, kEmailItem, kImItem,
+    kSmsItem, kCallListItem;
+
+// The adapters this build has, in the order of Kinds().
+const std::vector<const ItemAdapter*>& Adapters();
+const ItemAdapter* FindAdapter(const std::string& kind);
+
+// The constant name of a type ID in the context of an item (may be null,
+// then only the frame's shared names are known); null when none.
+const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsigned int id,
+                   unsigned int depth);
+
+// Invokes every call of calls (a JSON array) on target, the Attributes
+// interface the ops were made for; refused calls are listed in refused.
+void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
+                 std::vector<std::string>& refused);
+
+// Replays calls through a creator whose Attributes interface is Iface:
+// every call's op is looked up in ops and invoked; then GetData.
+template <typename Iface, typename Creator>
+Bytes EncodeWith(const std::vector<OpEntry>& ops, const Json& calls,
+                 std::vector<std::string>& refused) {
+    Creator creator;
+    Iface& target = creator;
+    ReplayCalls(ops, calls, &target, refused);
+    const void* data = nullptr;
+    unsigned int length = 0;
+    if (!creator.GetData(data, length)) {
+        throw UsageError(
+            "the creator could not finish the stream (a property node is left open "
+            "after a refused call, or Begin/End are missing)");
+    }
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    return Bytes(bytes, bytes + length);
+}
+
+// Runs Parser over data with Receiver (constructed from the recorder).
+template <typename Parser, typename Receiver>
+ParseRun DecodeWith(const Bytes& data, Recorder& recorder) {
+    Receiver receiver(recorder);
+    Parser parser(receiver);
+    static const std::uint8_t empty = 0;
+    const char* errorText = nullptr;
+    ParseRun run;
+    run.ok = parser.Parse(data.empty() ? &empty : data.data(),
+                          static_cast<unsigned int>(data.size()), errorText, run.consumed);
+    return run;
+}
+
+}  // namespace pimtlv_tool
+
+#endif

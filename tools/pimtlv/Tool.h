@@ -1,0 +1,27 @@
+#ifndef PIMTLV_TOOL_TOOL_H
+#define PIMTLV_TOOL_TOOL_H
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace pimtlv_tool {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Exit statuses: 1 for a stream that is malformed or has diagnostics (the
+// tool did its job and found a problem), 2 for input the tool could not use.
+constexpr int kExitProblem = 1;
+constexpr int kExitUsage = 2;
+
+// Thrown for input the tool cannot use (missing file, bad hex, bad JSON,
+// unknown names, wrong types); main prints its text as one line and exits 2.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace pimtlv_tool
+
+#endif
