@@ -61,6 +61,7 @@ const StreamCase kStreams[] = {
     {"16- and 32-bit signed classes are read by ID too", "{0 {407 i16:528=9 } {431 s:549=x i32:550=70000 } }",
      "Telephone(-|9|0|0|-|[]) XUCI(x|4464|0) End()"},
     {"a list entry that is not a text is dropped", "{0 {900 u8:1004=1 s:1004=a } }", "Categories([a]|-|[]) End()"},
+    {"a number sent as bytes reads as 0", "{0 {408 bs:533=ab } }", "Email(-|0) End()"},
     {"a leaf without a store", "{0 {430 s:548=x s:1013=n } }", "Trace(6) Trace(6) XUID(-) End()"},
     {"an element of an undefined class is no problem", "{0 x:77 }", "End()"},
 };

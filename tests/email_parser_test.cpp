@@ -131,6 +131,12 @@ const Case kStructure[] = {
       Refused("Node Begin", 670), "DispositionParam(1,null,null)", Refused("Node End", 670),
       Refused("Node Begin", 680), "Mailbox(0,null,null)", Refused("Node End", 680),
       Refused("Node Begin", 690), "Group(null)", Refused("Node End", 690), "End"}},
+    // Depth counts ends, not matching begins: the refused entity's end closes
+    // the one around it, and what follows is outside every entity.
+    {"an entity refused inside an open node still ends the entity around it",
+     Message(600, {Node(690, {Node(600)}), Node(680)}),
+     {"Begin(7)", Refused("Node Begin", 600), Refused("Node End", 690), Refused("Node Begin", 680),
+      Refused("Node End", 680), Refused("Node End", 600), "End"}},
     {"a later value overwrites",
      Message(600, {Node(640, {U8(641, 2), U8(641, 3)})}),
      {"Begin(7)", "ContentType(3,null)", "End"}},
