@@ -14,13 +14,17 @@ find build/coverage -name '*.gcda' -delete
 ctest --preset coverage >/dev/null
 gcov_opts=(--root . --object-directory build/coverage --exclude-throw-branches
     --exclude-unreachable-branches)
+# The summaries go to stdout; the full report to a scratch file (gcovr replaces
+# its output file, so it must never be a device such as /dev/null).
+scratch=$(mktemp)
+trap 'rm -f "$scratch"' EXIT
 for dir in platform parsercreatorcollection pimshared; do
     echo "== $dir/"
-    gcovr "${gcov_opts[@]}" --filter "$dir/" --print-summary -o /dev/null | grep -E '^(lines|branches)'
+    gcovr "${gcov_opts[@]}" --filter "$dir/" --print-summary -o "$scratch" | grep -E '^(lines|branches)'
 done
 echo "== library"
 gcovr "${gcov_opts[@]}" --filter 'platform/|parsercreatorcollection/|pimshared/' --print-summary \
-    -o /dev/null | grep -E '^(lines|branches)'
+    -o "$scratch" | grep -E '^(lines|branches)'
 echo "== branches of the parsers"
 gcovr "${gcov_opts[@]}" --filter 'pimshared/.*Parser.*\.cpp|parsercreatorcollection/.*Parser.*\.cpp' \
     --branches
