@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "bench/QuietReceivers.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
@@ -24,6 +25,7 @@ namespace {
 
 using XParams = PAL::TVector<PimShared::tXParam>;
 using Texts = PAL::TVector<const char*>;
+using PimTlvBench::Quiet;
 
 const char kDescription[] =
     "Quarterly planning for the platform team. We go through the roadmap, the open risks of the "
@@ -84,42 +86,6 @@ bool WriteTask(PimShared::CTLVTaskCreator& c, const Content& d) {
 bool WriteNote(PimShared::CTLVNoteCreator& c, const Content& d) {
     return c.Reset() && c.Begin(42) && WriteShared(c, d) && c.End();
 }
-
-// A receiver that takes everything and keeps nothing. It declares the
-// operations of all three receivers; those the base lacks are never called.
-template <typename TReceiver>
-class Quiet : public TReceiver {
-  public:
-    using X = const XParams&;
-    using D = const PAL::CDateAndTime&;
-    using T = const char*;
-    using L = const Texts&;
-    bool TraceMessage(const int&, T) { return true; }
-    bool Begin(const unsigned int&) { return true; }
-    bool End() { return true; }
-    bool ProductIdentifier(T, X) { return true; }
-    bool Version(T, X) { return true; }
-    bool Categories(L, T, X) { return true; }
-    bool Classification(T, X) { return true; }
-    bool Description(T, T, T, X) { return true; }
-    bool Location(T, T, T, X) { return true; }
-    bool Priority(const unsigned char&, X) { return true; }
-    bool Status(T, X) { return true; }
-    bool Summary(T, T, T, X) { return true; }
-    bool DateTimeStart(D, T, X) { return true; }
-    bool DateTimeEnd(D, T, X) { return true; }
-    bool DateTimeStartLocal(D, X) { return true; }
-    bool DateTimeEndLocal(D, X) { return true; }
-    bool DateTimeDueLocal(D, X) { return true; }
-    bool UniqueIdentifier(T, X) { return true; }
-    bool DateTimeCreated(D, X) { return true; }
-    bool LastModified(D, X) { return true; }
-    bool SequenceNumber(const unsigned short&, X) { return true; }
-    bool Attendee(T, T, L, T, T, const PimShared::eRsvpType&, L, L, T, T, T, T, X) { return true; }
-    bool Organizer(T, T, T, T, T, X) { return true; }
-    bool SendStatus(unsigned char) { return true; }
-    bool InstanceName(T) { return true; }
-};
 
 // Every element accepted, nothing done: the floor any item parser stands on.
 class NullTarget : public ParserCreatorCollection::ITLV {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/QuietReceivers.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
@@ -20,92 +21,8 @@ namespace {
 
 using namespace PimShared;
 using M = IMimeMessageAttributes;
-
-// Answers true to everything and keeps nothing: what is measured is the
-// codec, not a receiver.
-template <class Base>
-class TQuiet : public Base {
-  public:
-    bool Begin(const unsigned&) override { return true; }
-    bool End() override { return true; }
-    bool BeginEntity() override { return true; }
-    bool EndEntity() override { return true; }
-    bool AttachmentAvailable(const M::eAttachmentAvailable&) override { return true; }
-    bool CutoffState(const unsigned short&) override { return true; }
-    bool Comments(const char*) override { return true; }
-    bool ContentDescription(const char*) override { return true; }
-    bool ContentId(const char*) override { return true; }
-    bool ContentTransferEncodingEnum(const M::eContentTransferEncoding&) override { return true; }
-    bool ReadStatus(const M::eReadStatus&) override { return true; }
-    bool DownloadState(const M::eDownloadState&) override { return true; }
-    bool Folder(const char*) override { return true; }
-    bool InReplyTo(const char*) override { return true; }
-    bool Instance(const char*) override { return true; }
-    bool Keywords(const char*) override { return true; }
-    bool MessageId(const char*) override { return true; }
-    bool MimeVersion(const char*) override { return true; }
-    bool OrigDate(const char*) override { return true; }
-    bool SendingState(const char*) override { return true; }
-    bool OrigDateLocal(const char*) override { return true; }
-    bool Priority(const unsigned char&) override { return true; }
-    bool References(const char*) override { return true; }
-    bool Subject(const char*) override { return true; }
-    bool Body(const M::eBodyEncoding&, const M::eBodyCharset&, const void* content,
-              const unsigned& length) override {
-        benchmark::DoNotOptimize(content);
-        benchmark::DoNotOptimize(length);
-        return true;
-    }
-    bool Body(const M::eBodyEncoding&, const M::eBodyCharset&, const char*) override {
-        return true;
-    }
-    bool Body(const char*, const char*, const char*) override { return true; }
-    bool ContentDispositionType(const M::eContentDispositionType&, const char*) override {
-        return true;
-    }
-    bool ContentDispositionTypeParam(const M::eContentDispositionParamName&, const char*,
-                                     const char*) override {
-        return true;
-    }
-    bool ContentSubtype(const M::eContentSubtype&, const char*) override { return true; }
-    bool ContentType(const M::eContentType&, const char*) override { return true; }
-    bool ContentTypeParam(const M::eContentParamName&, const M::eContentParamValue&, const char*,
-                          const char*) override {
-        return true;
-    }
-    bool Group(const char*, const PAL::TVector<typename Base::tMailbox>&) override { return true; }
-    bool Priority(const M::ePriority&) override { return true; }
-    bool TraceMessage(const int&, const char*) override { return true; }
-};
-
-class QuietEmail : public TQuiet<IEmailReceiver> {
-  public:
-    bool Mailbox(const eMailboxFieldType&, const char*, const char*) override { return true; }
-};
-
-class QuietIM : public TQuiet<IIMReceiver> {
-  public:
-    bool Mailbox(const eMailboxFieldType&, eUCIClient, const char*, const char*) override {
-        return true;
-    }
-    bool Direction(const eDirection&) override { return true; }
-    bool EntityType(const eEntityType&) override { return true; }
-    bool ExtendedData(const PAL::TVector<tExtendedData>&) override { return true; }
-    bool ConversationID(const char*) override { return true; }
-    bool ConversationName(const char*) override { return true; }
-    bool ConversationLastActivity(const char*) override { return true; }
-    bool ConversationVersionCounter(const char*) override { return true; }
-    bool ConversationSummary(const char*) override { return true; }
-    bool OwnerAvailability(ePresenceAvailability) override { return true; }
-    bool OwnerText(const char*) override { return true; }
-    bool OwnerLastActivity(const char*) override { return true; }
-    bool OwnerChatState(eChatState) override { return true; }
-    bool ConversationParticipant(eUCIClient, const char*, const char*, eChatState, const char*,
-                                 const char*, const char*, ePresenceAvailability, const char*,
-                                 const unsigned char&) override {
-        return true;
-    }
-};
+using PimTlvBench::QuietEmail;
+using PimTlvBench::QuietIM;
 
 // The plain walk: every element reported, nothing interpreted.
 class NullTarget : public ParserCreatorCollection::ITLV {

@@ -117,6 +117,12 @@ TEST(CalendarEvent, TraceLinesPrecedeEveryEvent) {
 
 TEST(CalendarEvent, Diagnostics) {
     CheckDiagnostics<CTLVCalendarParser, EventRecorder>({
+        // The value is read by its ID; a text where a number belongs reads as 0.
+        {"PriorityOfOtherClasses",
+         Event({N(212, {Element(1, 317, {0x00, 0x05})}), N(212, {S(317, "9")}),
+                N(212, {Element(10, 317, {0, 0, 1, 6})})}),
+         {},
+         {"Begin(7)", "Priority(5{})", "Priority(0{})", "Priority(6{})", "End()"}},
         {"WrongRoot",
          N(2, {S(10, "x")}),
          {"1:NodeBegin(): [state ParsingStateBegin] Unexpected typeId: 2  Expected: 1 "

@@ -62,6 +62,12 @@ const Case kCases[] = {
      "Begin(1,0) CallText1(a) CallText1() CallByte(1) CallByte(2) End()"},
     {"PropertyClassNotChecked", "{5 {2000 s:2010=A u16:2016=256 u8:2013=65 } }", true,
      "Begin(1,0) CallByte(65) CallFlag(false) CallText3() End()"},
+    // Every other class gives its low byte; an empty byte stream gives 0.
+    {"EveryClassGivesItsLowByte",
+     "{5 {2000 i8:2010=-1 i16:2010=258 b8:2010=3 b16:2016=256 i32:2016=1 bs:2010= bs:2016=A } }",
+     true,
+     "Begin(1,0) CallByte(255) CallByte(2) CallByte(3) CallFlag(false) CallFlag(true) CallByte(0) "
+     "CallFlag(true) End()"},
     {"EachParseAcceptsItsOwnInstance", "{5 u32:10=2 {2001 } }", true, "Begin(2,2) End()",
      "{5 u32:10=1 {2000 } }"},
     {"EntryBeforeInstance", "{5 {2000 u32:10=9 } u32:10=4 }", true, "Begin(1,0) End()"},

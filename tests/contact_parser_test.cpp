@@ -58,6 +58,10 @@ const StreamCase kStreams[] = {
      "XUCI(a|65535|0) XUCI(b|65535|0) End()"},
     {"classes are not checked, numbers are read by ID", "{0 {408 u16:533=4613 i8:534=-1 } {428 b8:546=2 } }",
      "Email(-|5) PhotoAvailability(1) End()"},
+    {"16- and 32-bit signed classes are read by ID too", "{0 {407 i16:528=9 } {431 s:549=x i32:550=70000 } }",
+     "Telephone(-|9|0|0|-|[]) XUCI(x|4464|0) End()"},
+    {"a list entry that is not a text is dropped", "{0 {900 u8:1004=1 s:1004=a } }", "Categories([a]|-|[]) End()"},
+    {"a number sent as bytes reads as 0", "{0 {408 bs:533=ab } }", "Email(-|0) End()"},
     {"a leaf without a store", "{0 {430 s:548=x s:1013=n } }", "Trace(6) Trace(6) XUID(-) End()"},
     {"an element of an undefined class is no problem", "{0 x:77 }", "End()"},
 };

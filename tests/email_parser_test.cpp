@@ -5,7 +5,7 @@
 
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
-#include "support/MimeMessageRecorder.h"
+#include "support/EmailRecorder.h"
 
 using namespace MimeTest;
 using PimShared::CTLVEmailCreator;
@@ -14,20 +14,6 @@ using E = PimShared::IEmailAttributes;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-class EmailRecorder : public TRecorder<PimShared::IEmailReceiver> {
-  public:
-    bool Group(const char* name, const PAL::TVector<E::tMailbox>& list) override {
-        std::string line = "Group(" + T(name);
-        for (const E::tMailbox& m : list) {
-            line += ",[" + N(m.fieldType) + " " + T(m.displayName) + " " + T(m.address) + "]";
-        }
-        return Log(line + ")");
-    }
-    bool Mailbox(const E::eMailboxFieldType& f, const char* name, const char* address) override {
-        return Log("Mailbox(" + N(f) + "," + T(name) + "," + T(address) + ")");
-    }
-};
 
 Outcome ParseWith(EmailRecorder& r, const Bytes& stream) {
     return MimeTest::ParseWith<CTLVEmailParser>(r, stream);
@@ -137,6 +123,20 @@ const Case kStructure[] = {
      {"Begin(7)", "ContentType(1,null)", "ContentSubtype(1,null)", "Disposition(1,null)",
       "ContentTypeParam(1,1,null,null)", "DispositionParam(1,null,null)", "Mailbox(0,null,null)",
       "End"}},
+    {"a structured node inside its own kind is refused, and so is its second end",
+     Message(600, {Node(630, {Node(630)}), Node(660, {Node(660)}), Node(670, {Node(670)}),
+                   Node(680, {Node(680)}), Node(690, {Node(690)})}),
+     {"Begin(7)", Refused("Node Begin", 630), "BodyContent(1,1,'',0)", Refused("Node End", 630),
+      Refused("Node Begin", 660), "ContentTypeParam(1,1,null,null)", Refused("Node End", 660),
+      Refused("Node Begin", 670), "DispositionParam(1,null,null)", Refused("Node End", 670),
+      Refused("Node Begin", 680), "Mailbox(0,null,null)", Refused("Node End", 680),
+      Refused("Node Begin", 690), "Group(null)", Refused("Node End", 690), "End"}},
+    // Depth counts ends, not matching begins: the refused entity's end closes
+    // the one around it, and what follows is outside every entity.
+    {"an entity refused inside an open node still ends the entity around it",
+     Message(600, {Node(690, {Node(600)}), Node(680)}),
+     {"Begin(7)", Refused("Node Begin", 600), Refused("Node End", 690), Refused("Node Begin", 680),
+      Refused("Node End", 680), Refused("Node End", 600), "End"}},
     {"a later value overwrites",
      Message(600, {Node(640, {U8(641, 2), U8(641, 3)})}),
      {"Begin(7)", "ContentType(3,null)", "End"}},

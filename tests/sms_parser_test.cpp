@@ -57,6 +57,8 @@ const Case kCases[] = {
      "{2 {700 {730 u8:732=5 } {730 {730 } u8:733=7 } } }",
      "Begin(0) Concat(0,5,0) Trace(2,Node Begin 730) Concat(0,0,0) Trace(2,UInt8 733) Trace(2,Node "
      "End 730) End()"},
+    {"MessageInsideMessage", "{2 {700 {700 } } }",
+     "Begin(0) Trace(2,Node Begin 700) Trace(2,Node End 700) End()"},
     {"UnknownClass", "{2 {700 x:77 } }",
      "Begin(0) Trace(1,Unexpected class ID = 12 with type ID = 77) End()"},
     {"MalformedStream", "{2 {700 s:740=a bad:5 s:716=b } }", "Begin(0) Body(a) End() Trace(3,)"},

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "pimshared/common/CalendarFamilyParser.h"
+#include "pimshared/common/ParserFrame.h"
 #include "pimshared/common/TypeIds.h"
 
 namespace PimShared {
@@ -72,14 +73,7 @@ CTLVCalendarParser::~CTLVCalendarParser() = default;
 
 bool CTLVCalendarParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                                unsigned int& consumed) {
-    if (!m_impl) {
-        // Without its working object the parser reads nothing, but callers
-        // still get defined out-parameters.
-        errorText = "";
-        consumed = 0;
-        return false;
-    }
-    return m_impl->Parse(data, length, errorText, consumed);
+    return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
 }  // namespace PimShared

@@ -175,15 +175,6 @@ bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& lengt
     return false;
 }
 
-bool CMimeMessageParserEngine::ParseWith(CMimeMessageParserEngine* engine, const void* data,
-                                         const unsigned int& length, const char*& errorText,
-                                         unsigned int& consumed) {
-    if (engine != nullptr) return engine->Parse(data, length, errorText, consumed);
-    errorText = "";
-    consumed = 0;
-    return false;
-}
-
 bool CMimeMessageParserEngine::Refuse(const char* classWord, unsigned int typeId) {
     // AlertUnexpectedTypeId speaks to a receiver; the item's receiver is
     // reached through Trace.

@@ -32,12 +32,6 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     // broken stream is reported with code 3 and the walk's text.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed) override;
-    // Parse through an engine that may be missing (its allocation failed):
-    // then false, with the out-parameters as for null data.
-    static bool ParseWith(CMimeMessageParserEngine* engine, const void* data,
-                          const unsigned int& length, const char*& errorText,
-                          unsigned int& consumed);
-
     bool Unknown(const ParserCreatorCollection::eClass& elementClass, const unsigned int& typeId,
                  const void* value, const unsigned int& length) override;
     bool NodeBegin(const unsigned int& typeId) override;

@@ -1,4 +1,5 @@
 #include "pimshared/contact/TLVContactParser.h"
+#include "pimshared/common/ParserFrame.h"
 
 #include <new>
 
@@ -424,7 +425,7 @@ CTLVContactParser::~CTLVContactParser() = default;
 
 bool CTLVContactParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                               unsigned int& consumed) {
-    return m_impl && m_impl->Parse(data, length, errorText, consumed);
+    return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
 }  // namespace PimShared

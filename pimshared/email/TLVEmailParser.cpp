@@ -1,4 +1,5 @@
 #include "pimshared/email/TLVEmailParser.h"
+#include "pimshared/common/ParserFrame.h"
 
 #include <new>
 
@@ -43,7 +44,7 @@ CTLVEmailParser::~CTLVEmailParser() = default;
 
 bool CTLVEmailParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                             unsigned int& consumed) {
-    return CMimeMessageParserEngine::ParseWith(m_impl.get(), data, length, errorText, consumed);
+    return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
 }  // namespace PimShared

@@ -1,4 +1,5 @@
 #include "pimshared/im/TLVIMParser.h"
+#include "pimshared/common/ParserFrame.h"
 
 #include <new>
 
@@ -194,7 +195,7 @@ CTLVIMParser::~CTLVIMParser() = default;
 
 bool CTLVIMParser::Parse(const void* data, const unsigned int& length, const char*& errorText,
                          unsigned int& consumed) {
-    return CMimeMessageParserEngine::ParseWith(m_impl.get(), data, length, errorText, consumed);
+    return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
 }  // namespace PimShared

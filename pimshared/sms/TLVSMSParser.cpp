@@ -71,7 +71,6 @@ constexpr unsigned int kNameArguments = 6;
 static_assert(TypeIdValTypeNamePart5 - TypeIdValTypeNamePart1 + 2 == kNameArguments,
               "five name parts after the unwritten first argument");
 
-
 }  // namespace
 
 CTLVSMSParser::CTLVSMSParser(ISMSReceiver& receiver)

@@ -13,6 +13,7 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/contact/ContactReceiver.h"
 #include "pimshared/contact/TLVContactCreator.h"
+#include "support/TlvRecorder.h"
 
 namespace testsupport {
 
@@ -167,6 +168,7 @@ class RecordingReceiver : public PimShared::IContactReceiver {
         if (d.data == nullptr) return "-#" + std::to_string(d.length);
         std::string s = "#" + std::to_string(d.length) + ":";
         const unsigned char* p = static_cast<const unsigned char*>(d.data);
+        ReadEvery(p, d.length);  // only eight are shown, but all must be there
         for (unsigned int i = 0; i < d.length && i < 8; ++i) {
             char hex[3];
             std::snprintf(hex, sizeof hex, "%02x", p[i]);

@@ -5,6 +5,7 @@
 // a line of text (and can refuse the k-th one), a trace sink that records
 // trace records, and hex helpers.
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -48,6 +49,14 @@ inline std::string ToHex(const void* data, unsigned int length) {
         out += b;
     }
     return out;
+}
+
+// Reads every byte, so that the sanitizer builds notice a pointer that runs
+// short of its length or dangles.
+inline void ReadEvery(const void* data, std::size_t length) {
+    static volatile unsigned char sink;
+    const auto* p = static_cast<const unsigned char*>(data);
+    for (std::size_t i = 0; i < length; ++i) sink = static_cast<unsigned char>(sink + p[i]);
 }
 
 // Records events as "NodeBegin(1)", "LeafString(302,AB)", ... Leaf and
