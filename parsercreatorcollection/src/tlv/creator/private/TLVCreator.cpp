@@ -198,28 +198,19 @@ class CTLVCreator::CTLVCreatorImpl {
             }
         }
         total = m_root.GetContentLength();
-        m_output.shrink(0);
-        if (total > 0xFFFFFFFFull || !m_output.resize(static_cast<unsigned int>(total))) {
+        unsigned char* out =
+            total > 0xFFFFFFFFull ? nullptr : m_output.prepare(static_cast<unsigned int>(total));
+        if (out == nullptr && total != 0) {
             Trace(3, LineGetDataTooLarge);
             return false;
         }
-        try {
-            unsigned char* out = m_output.getData();
-            CTLVObject* e = CTLVElementFactory::FirstChild(m_root);
-            CTLVElementFactory::Forget(m_root);
-            while (e != nullptr) {
-                CTLVObject* next = CTLVElementFactory::Next(*e);
-                out = CTLVElementFactory::Encode(*e, out);
-                CTLVElementFactory::Dispose(e);
-                e = next;
-            }
-        } catch (...) {
-            // Only the write path's node array can throw, on exhausted memory;
-            // the partly written tree is gone, so the output is dropped too.
-            m_output.shrink(0);
-            m_arena.Rewind();
-            Trace(3, LineGetDataTooLarge);
-            return false;
+        CTLVObject* e = CTLVElementFactory::FirstChild(m_root);
+        CTLVElementFactory::Forget(m_root);
+        while (e != nullptr) {
+            CTLVObject* next = CTLVElementFactory::Next(*e);
+            out = CTLVElementFactory::Encode(*e, out);
+            CTLVElementFactory::Dispose(e);
+            e = next;
         }
         m_arena.Rewind();
         data = m_output.getData();
@@ -231,7 +222,9 @@ class CTLVCreator::CTLVCreatorImpl {
         for (CTLVObjNode* node : m_open) CTLVElementFactory::Dispose(node);
         m_open.clear();
         m_root.DisposeChildrenForReset();
-        m_output.release();
+        // The output is emptied but its memory kept: a creator is usually reset
+        // to write the next item of similar size. The destructor frees it.
+        m_output.shrink(0);
         m_arena.Rewind();
         return true;
     }

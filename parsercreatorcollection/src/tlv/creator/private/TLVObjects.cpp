@@ -167,10 +167,9 @@ void CTLVObjNode::Append(CTLVObject* child) noexcept {
     }
     m_lastChild = child;
     ++m_childCount;
-    m_contentLength += child->m_isNode
-                           ? 2 + WriteLengthField(child->GetValueLength(), nullptr) +
-                                 static_cast<CTLVObjNode*>(child)->m_contentLength
-                           : child->GetLength();
+    m_contentLength += child->m_isNode ? 2 + WriteLengthField(child->GetValueLength(), nullptr) +
+                                             static_cast<CTLVObjNode*>(child)->m_contentLength
+                                       : child->GetLength();
 }
 
 bool CTLVObjNode::Add(CTLVObject* child) {
@@ -181,10 +180,10 @@ bool CTLVObjNode::Add(CTLVObject* child) {
 
 unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
     // Writes this node's header and its whole subtree, children first-to-last,
-    // deleting each child once written. The path of open nodes is the only
-    // state, kept in a small heap array instead of the call stack.
+    // deleting each child once written. Neither the call stack nor the heap
+    // holds the path back up: a node being written has been taken off its
+    // parent's child list, so its sibling link is free to point at the parent.
     // REQUIRES: out has room for the subtree (content fits in 32 bits).
-    std::vector<CTLVObjNode*> path;
     out = EncodeHeader(out, GetValueLength());
     CTLVObjNode* node = this;
     for (;;) {
@@ -195,8 +194,8 @@ unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
             node->m_contentLength = 0;
             if (node == this) break;
             CTLVObjNode* done = node;
-            node = path.back();
-            path.pop_back();
+            node = static_cast<CTLVObjNode*>(done->m_next);
+            done->m_next = nullptr;
             Dispose(done);
             continue;
         }
@@ -204,7 +203,7 @@ unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
         if (child->m_isNode) {
             auto* inner = static_cast<CTLVObjNode*>(child);
             out = inner->EncodeHeader(out, inner->GetValueLength());
-            path.push_back(node);  // may throw only on exhausted memory
+            inner->m_next = node;  // the way back up
             node = inner;
         } else {
             out = child->EncodeHeader(out, child->GetValueLength());
