@@ -77,6 +77,9 @@ class CTLVElementFactory {
     }
 
     static void Append(CTLVObjNode& node, CTLVObject* child) noexcept { node.Append(child); }
+    static void Append(CTLVObjNode& node, CTLVObject* child, unsigned int valueLength) noexcept {
+        node.Append(child, 2ull + CTLVObject::WriteLengthField(valueLength, nullptr) + valueLength);
+    }
     static void Dispose(CTLVObject* object) noexcept { CTLVObject::Dispose(object); }
     static CTLVObject* FirstChild(const CTLVObjNode& node) noexcept { return node.m_firstChild; }
     static CTLVObject* Next(const CTLVObject& object) noexcept { return object.m_next; }
@@ -131,7 +134,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, line);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, leaf->Element::GetValueLength());  // the leaf's own width, no virtual call
         return true;
     }
 
@@ -165,7 +168,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, LineString);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, length + 1);
         return true;
     }
 
@@ -179,7 +182,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, LineByteStream);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, length);
         return true;
     }
 
@@ -255,6 +258,10 @@ class CTLVCreator::CTLVCreatorImpl {
 
     void Attach(CTLVObject* element) noexcept {
         CTLVElementFactory::Append(m_open.empty() ? m_root : *m_open.back(), element);
+    }
+    // A leaf, whose value length the caller knows.
+    void Attach(CTLVObject* leaf, unsigned int valueLength) noexcept {
+        CTLVElementFactory::Append(m_open.empty() ? m_root : *m_open.back(), leaf, valueLength);
     }
 
     Root m_root;                       // top-level elements, in the order created

@@ -69,7 +69,7 @@ unsigned int CTLVObject::GetLength() const {
 
 unsigned char* CTLVObject::EncodeHeader(unsigned char* out,
                                         unsigned int valueLength) const noexcept {
-    const unsigned int word = (static_cast<unsigned int>(GetClass()) << 12) | (m_typeId & 0xFFFu);
+    const unsigned int word = (static_cast<unsigned int>(m_class) << 12) | (m_typeId & 0xFFFu);
     out[0] = static_cast<unsigned char>(word >> 8);
     out[1] = static_cast<unsigned char>(word & 0xFFu);
     return out + 2 + WriteLengthField(valueLength, out + 2);
@@ -159,6 +159,14 @@ bool CTLVObjNode::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
 }
 
 void CTLVObjNode::Append(CTLVObject* child) noexcept {
+    Append(child,
+           child->m_isNode
+               ? 2 + WriteLengthField(static_cast<CTLVObjNode*>(child)->GetValueLength(), nullptr) +
+                     static_cast<CTLVObjNode*>(child)->m_contentLength
+               : child->GetLength());
+}
+
+void CTLVObjNode::Append(CTLVObject* child, unsigned long long size) noexcept {
     child->m_next = nullptr;
     if (m_lastChild == nullptr) {
         m_firstChild = child;
@@ -167,9 +175,7 @@ void CTLVObjNode::Append(CTLVObject* child) noexcept {
     }
     m_lastChild = child;
     ++m_childCount;
-    m_contentLength += child->m_isNode ? 2 + WriteLengthField(child->GetValueLength(), nullptr) +
-                                             static_cast<CTLVObjNode*>(child)->m_contentLength
-                                       : child->GetLength();
+    m_contentLength += size;
 }
 
 bool CTLVObjNode::Add(CTLVObject* child) {
@@ -237,11 +243,15 @@ CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* text)
     : CTLVObject(typeId),
       m_owned(text),
       m_text(m_owned.c_str()),
-      m_textLength(static_cast<unsigned int>(m_owned.length())) {}
+      m_textLength(static_cast<unsigned int>(m_owned.length())) {
+    SetClass(String);
+}
 
 CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* arenaText, unsigned int length,
                              ArenaText) noexcept
-    : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {}
+    : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {
+    SetClass(String);
+}
 
 unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
     if (m_textLength != 0) std::memcpy(out, m_text, m_textLength);
@@ -260,6 +270,7 @@ unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
 CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const void* data,
                                      const unsigned int& length)
     : CTLVObject(typeId), m_owned(0, length == 0 ? 1 : length), m_bytes(nullptr), m_count(0) {
+    SetClass(ByteStream);
     if (data != nullptr && length != 0 && m_owned.copyTo(data, length, 0)) {
         m_bytes = m_owned.getData();
         m_count = length;
@@ -268,7 +279,9 @@ CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const void* dat
 
 CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const unsigned char* arenaBytes,
                                      unsigned int length, ArenaBytes) noexcept
-    : CTLVObject(typeId), m_bytes(arenaBytes), m_count(length) {}
+    : CTLVObject(typeId), m_bytes(arenaBytes), m_count(length) {
+    SetClass(ByteStream);
+}
 
 unsigned char* CTLVObjByteStream::EncodeValue(unsigned char* out) {
     if (m_count != 0) std::memcpy(out, m_bytes, m_count);
