@@ -3,7 +3,9 @@
 // keeps nothing), each beside the plain TLV walk of the same bytes, which is
 // the floor any item parser stands on. The e-mail is a realistic large one: a
 // 4 KB body, five mailboxes, content-type nodes and two 64 KB attachments in
-// their own entities. The instant message is a typical short one.
+// their own entities. The instant message is a typical short one. When built
+// with PIMTLV_BENCH_PROTOBUF (message_bench.proto), both are also measured as
+// Protocol Buffers messages with the same fields.
 
 #include <benchmark/benchmark.h>
 
@@ -16,6 +18,10 @@
 #include "pimshared/email/TLVEmailParser.h"
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/im/TLVIMParser.h"
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+#include "message_bench.pb.h"
+#endif
 
 namespace {
 
@@ -163,5 +169,130 @@ BENCHMARK_TEMPLATE(ParseItem, CTLVIMCreator, WriteIM, CTLVIMParser, QuietIM)->Na
 BENCHMARK_TEMPLATE(ParseItem, CTLVIMCreator, WriteIM, ParserCreatorCollection::CTLVParser,
                    NullTarget)
     ->Name("IM/PlainWalk");
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+// The same content through protobuf: build + SerializeToString, and
+// ParseFromString (which copies every body, where the TLV parsers hand out
+// pointers into the stream).
+void AddMailbox(pimbench::Mailbox* m, unsigned type, unsigned client, const char* name,
+                const char* address) {
+    m->set_field_type(type);
+    m->set_client(client);
+    if (name != nullptr) m->set_display_name(name);
+    m->set_address(address);
+}
+
+void BuildEmail(pimbench::Email& e, std::string& out) {
+    e.set_instance(42);
+    pimbench::Entity* m = e.mutable_message();
+    m->set_message_id("<20261122.1234@example.org>");
+    m->set_subject("Quarterly figures and the two spreadsheets");
+    m->set_orig_date("Sun, 22 Nov 2026 01:00:00 +0000");
+    m->set_mime_version("1.0");
+    m->set_folder("INBOX");
+    m->set_read_status(M::eReadStatusUnread);
+    m->set_priority(M::ePriorityNormal);
+    AddMailbox(m->add_mailbox(), M::eMailboxFieldTypeFrom, 0, "Ann Example", "ann@example.org");
+    AddMailbox(m->add_mailbox(), M::eMailboxFieldTypeTo, 0, "Bob Example", "bob@example.org");
+    AddMailbox(m->add_mailbox(), M::eMailboxFieldTypeReplyTo, 0, nullptr, "team@example.org");
+    pimbench::Group* g = m->add_group();
+    g->set_name("reviewers");
+    AddMailbox(g->add_mailbox(), M::eMailboxFieldTypeCc, 0, "Carol Example", "carol@example.org");
+    AddMailbox(g->add_mailbox(), M::eMailboxFieldTypeCc, 0, "Dave Example", "dave@example.org");
+    m->mutable_content_type()->set_value(M::eContentTypeMultipart);
+    m->mutable_content_subtype()->set_value(M::eContentSubtypeMixed);
+    pimbench::TypeParam* p = m->add_type_param();
+    p->set_name(M::eContentParamNameBoundary);
+    p->set_value(M::eContentParamValueExtension);
+    p->set_value_token("----=_Part_0");
+    pimbench::Entity* text = m->add_entity();
+    text->mutable_content_type()->set_value(M::eContentTypeText);
+    text->mutable_content_subtype()->set_value(M::eContentSubtypePlain);
+    text->mutable_body()->set_encoding(M::eBodyEncoding8Bit);
+    text->mutable_body()->set_charset(M::eBodyCharsetUtf8);
+    text->mutable_body()->set_content(kBody);
+    for (const char* name : {"q3.xlsx", "q4.xlsx"}) {
+        pimbench::Entity* a = m->add_entity();
+        a->mutable_content_type()->set_value(M::eContentTypeApplication);
+        a->mutable_content_subtype()->set_value(M::eContentSubtypeOctetStream);
+        a->mutable_disposition()->set_value(M::eContentDispositionTypeAttachment);
+        pimbench::DispositionParam* d = a->add_disposition_param();
+        d->set_name(M::eContentDispositionParamNameFilename);
+        d->set_value(name);
+        a->mutable_body()->set_encoding(M::eBodyEncodingBase64);
+        a->mutable_body()->set_charset(M::eBodyCharsetUnknown);
+        a->mutable_body()->set_content(kAttachment);
+    }
+    e.SerializeToString(&out);
+}
+
+void BuildIM(pimbench::InstantMessage& im, std::string& out) {
+    const char text[] = "On my way, see you in ten minutes at the usual place.";
+    im.set_instance(7);
+    im.set_message_id("im-8812");
+    im.set_conversation_id("conv-17");
+    im.set_orig_date("20261122T010000Z");
+    im.set_direction(IIMAttributes::eDirectionOutgoing);
+    im.set_read_status(M::eReadStatusRead);
+    AddMailbox(im.add_mailbox(), M::eMailboxFieldTypeFrom, IIMAttributes::eUCIClientXmpp, "Ann",
+               "ann@example.org");
+    AddMailbox(im.add_mailbox(), M::eMailboxFieldTypeTo, IIMAttributes::eUCIClientXmpp, "Bob",
+               "bob@example.org");
+    im.mutable_content_type()->set_value(M::eContentTypeText);
+    im.mutable_content_subtype()->set_value(M::eContentSubtypePlain);
+    im.mutable_body()->set_encoding(M::eBodyEncoding8Bit);
+    im.mutable_body()->set_charset(M::eBodyCharsetUtf8);
+    im.mutable_body()->set_content(text, sizeof text - 1);
+    im.set_owner_availability(IIMAttributes::ePresenceAvailabilityAvailable);
+    pimbench::Participant* p = im.add_participant();
+    p->set_display_name("Bob");
+    p->set_address("bob@example.org");
+    p->set_chat_state(IIMAttributes::eChatStateActive);
+    p->set_availability(IIMAttributes::ePresenceAvailabilityAway);
+    p->set_flags(0xFF);
+    pimbench::ExtendedData* x = im.add_extended();
+    x->set_key(IIMAttributes::eExtendedDataKeyUnreadCount);
+    x->set_value(3);
+    im.SerializeToString(&out);
+}
+
+template <class Message, void (*Build)(Message&, std::string&)>
+void ProtobufBuildAndSerialize(benchmark::State& state) {
+    Message message;
+    std::string out;
+    for (auto _ : state) {
+        message.Clear();
+        Build(message, out);
+        benchmark::DoNotOptimize(out.data());
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * out.size()));
+}
+
+template <class Message, void (*Build)(Message&, std::string&)>
+void ProtobufParse(benchmark::State& state) {
+    Message message;
+    std::string bytes;
+    Build(message, bytes);
+    for (auto _ : state) {
+        if (!message.ParseFromString(bytes)) {
+            state.SkipWithError("parse failed");
+            break;
+        }
+        benchmark::DoNotOptimize(message.instance());
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes.size()));
+}
+
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Email, BuildEmail)
+    ->Name("Email/Protobuf/BuildAndSerialize");
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Email, BuildEmail)
+    ->Name("Email/Protobuf/ParseFromString");
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::InstantMessage, BuildIM)
+    ->Name("IM/Protobuf/BuildAndSerialize");
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::InstantMessage, BuildIM)
+    ->Name("IM/Protobuf/ParseFromString");
+#endif
 
 }  // namespace

@@ -86,6 +86,12 @@ bool CBuffer::resize(unsigned int size) {
     return true;
 }
 
+unsigned char* CBuffer::prepare(unsigned int size) {
+    if (!grow(size)) return nullptr;
+    m_size = size;
+    return m_data.get();
+}
+
 void CBuffer::shrink(unsigned int size) noexcept {
     if (size < m_size) m_size = size;
 }

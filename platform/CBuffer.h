@@ -29,6 +29,10 @@ class PIMTLV_API CBuffer {
     bool reserve(unsigned int capacity);
     // Sets the size; new bytes are zero.
     bool resize(unsigned int size);
+    // Sets the size to size bytes that the caller writes next (not cleared)
+    // and returns where they start; null (buffer unchanged) when memory runs
+    // out. The bytes already there are kept.
+    unsigned char* prepare(unsigned int size);
     // Reduces the size to at most size bytes; the memory is kept for reuse.
     void shrink(unsigned int size) noexcept;
     // Empties the buffer and frees its memory.

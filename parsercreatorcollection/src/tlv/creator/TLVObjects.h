@@ -47,6 +47,12 @@ class PIMTLV_API CTLVObject {
     static unsigned int HostToTLV32(const unsigned int& value) noexcept;
 
   protected:
+    // Each element class names its class once, at construction.
+    void SetClass(eClass elementClass) noexcept {
+        m_class = static_cast<unsigned char>(elementClass);
+        m_isNode = elementClass == Node;
+    }
+
     // Writes the header word and the length field of this element at offset.
     bool WriteHeader(PAL::CBuffer& buffer, unsigned int& offset, const eClass& elementClass) const;
 
@@ -69,9 +75,10 @@ class PIMTLV_API CTLVObject {
     unsigned int m_typeId;
     CTLVObject* m_next = nullptr;  // next sibling in the parent's child list
     bool m_inArena = false;        // storage belongs to a creator's arena
-    // Set by CTLVObjNode: the walks over a tree ask this for every element, so
-    // it is a plain field rather than a virtual GetClass call.
+    // Set by each element class: the walks over a tree ask these for every
+    // element, so they are plain fields rather than virtual GetClass calls.
     bool m_isNode = false;
+    unsigned char m_class = 0;
 };
 
 // A node: its value is the encodings of its children, in the order added.
@@ -81,7 +88,7 @@ class PIMTLV_API CTLVObject {
 class PIMTLV_API CTLVObjNode : public CTLVObject {
   public:
     explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {
-        m_isNode = true;
+        SetClass(Node);
     }
     ~CTLVObjNode() override;
 
@@ -105,6 +112,8 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
     friend class CTLVObject;
     friend class CTLVElementFactory;
     void Append(CTLVObject* child) noexcept;
+    // REQUIRES: size is the child's total encoded size.
+    void Append(CTLVObject* child, unsigned long long size) noexcept;
     void DisposeChildren() noexcept;
 
     CTLVObject* m_firstChild = nullptr;
@@ -119,7 +128,9 @@ template <eClass Class, typename Value, unsigned int Width>
 class PIMTLV_API CTLVObjNumber : public CTLVObject {
   public:
     CTLVObjNumber(const unsigned int& typeId, const Value& value) noexcept
-        : CTLVObject(typeId), m_value(value) {}
+        : CTLVObject(typeId), m_value(value) {
+        SetClass(Class);
+    }
     eClass GetClass() const override { return Class; }
     unsigned int GetValueLength() const override { return Width; }
     const Value& GetValue() const noexcept { return m_value; }

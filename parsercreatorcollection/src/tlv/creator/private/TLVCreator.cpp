@@ -77,6 +77,9 @@ class CTLVElementFactory {
     }
 
     static void Append(CTLVObjNode& node, CTLVObject* child) noexcept { node.Append(child); }
+    static void Append(CTLVObjNode& node, CTLVObject* child, unsigned int valueLength) noexcept {
+        node.Append(child, 2ull + CTLVObject::WriteLengthField(valueLength, nullptr) + valueLength);
+    }
     static void Dispose(CTLVObject* object) noexcept { CTLVObject::Dispose(object); }
     static CTLVObject* FirstChild(const CTLVObjNode& node) noexcept { return node.m_firstChild; }
     static CTLVObject* Next(const CTLVObject& object) noexcept { return object.m_next; }
@@ -131,7 +134,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, line);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, leaf->Element::GetValueLength());  // the leaf's own width, no virtual call
         return true;
     }
 
@@ -165,7 +168,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, LineString);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, length + 1);
         return true;
     }
 
@@ -179,7 +182,7 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, LineByteStream);
             return false;
         }
-        Attach(leaf);
+        Attach(leaf, length);
         return true;
     }
 
@@ -198,28 +201,19 @@ class CTLVCreator::CTLVCreatorImpl {
             }
         }
         total = m_root.GetContentLength();
-        m_output.shrink(0);
-        if (total > 0xFFFFFFFFull || !m_output.resize(static_cast<unsigned int>(total))) {
+        unsigned char* out =
+            total > 0xFFFFFFFFull ? nullptr : m_output.prepare(static_cast<unsigned int>(total));
+        if (out == nullptr && total != 0) {
             Trace(3, LineGetDataTooLarge);
             return false;
         }
-        try {
-            unsigned char* out = m_output.getData();
-            CTLVObject* e = CTLVElementFactory::FirstChild(m_root);
-            CTLVElementFactory::Forget(m_root);
-            while (e != nullptr) {
-                CTLVObject* next = CTLVElementFactory::Next(*e);
-                out = CTLVElementFactory::Encode(*e, out);
-                CTLVElementFactory::Dispose(e);
-                e = next;
-            }
-        } catch (...) {
-            // Only the write path's node array can throw, on exhausted memory;
-            // the partly written tree is gone, so the output is dropped too.
-            m_output.shrink(0);
-            m_arena.Rewind();
-            Trace(3, LineGetDataTooLarge);
-            return false;
+        CTLVObject* e = CTLVElementFactory::FirstChild(m_root);
+        CTLVElementFactory::Forget(m_root);
+        while (e != nullptr) {
+            CTLVObject* next = CTLVElementFactory::Next(*e);
+            out = CTLVElementFactory::Encode(*e, out);
+            CTLVElementFactory::Dispose(e);
+            e = next;
         }
         m_arena.Rewind();
         data = m_output.getData();
@@ -231,7 +225,9 @@ class CTLVCreator::CTLVCreatorImpl {
         for (CTLVObjNode* node : m_open) CTLVElementFactory::Dispose(node);
         m_open.clear();
         m_root.DisposeChildrenForReset();
-        m_output.release();
+        // The output is emptied but its memory kept: a creator is usually reset
+        // to write the next item of similar size. The destructor frees it.
+        m_output.shrink(0);
         m_arena.Rewind();
         return true;
     }
@@ -262,6 +258,10 @@ class CTLVCreator::CTLVCreatorImpl {
 
     void Attach(CTLVObject* element) noexcept {
         CTLVElementFactory::Append(m_open.empty() ? m_root : *m_open.back(), element);
+    }
+    // A leaf, whose value length the caller knows.
+    void Attach(CTLVObject* leaf, unsigned int valueLength) noexcept {
+        CTLVElementFactory::Append(m_open.empty() ? m_root : *m_open.back(), leaf, valueLength);
     }
 
     Root m_root;                       // top-level elements, in the order created

@@ -69,7 +69,7 @@ unsigned int CTLVObject::GetLength() const {
 
 unsigned char* CTLVObject::EncodeHeader(unsigned char* out,
                                         unsigned int valueLength) const noexcept {
-    const unsigned int word = (static_cast<unsigned int>(GetClass()) << 12) | (m_typeId & 0xFFFu);
+    const unsigned int word = (static_cast<unsigned int>(m_class) << 12) | (m_typeId & 0xFFFu);
     out[0] = static_cast<unsigned char>(word >> 8);
     out[1] = static_cast<unsigned char>(word & 0xFFu);
     return out + 2 + WriteLengthField(valueLength, out + 2);
@@ -159,6 +159,14 @@ bool CTLVObjNode::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
 }
 
 void CTLVObjNode::Append(CTLVObject* child) noexcept {
+    Append(child,
+           child->m_isNode
+               ? 2 + WriteLengthField(static_cast<CTLVObjNode*>(child)->GetValueLength(), nullptr) +
+                     static_cast<CTLVObjNode*>(child)->m_contentLength
+               : child->GetLength());
+}
+
+void CTLVObjNode::Append(CTLVObject* child, unsigned long long size) noexcept {
     child->m_next = nullptr;
     if (m_lastChild == nullptr) {
         m_firstChild = child;
@@ -167,10 +175,7 @@ void CTLVObjNode::Append(CTLVObject* child) noexcept {
     }
     m_lastChild = child;
     ++m_childCount;
-    m_contentLength += child->m_isNode
-                           ? 2 + WriteLengthField(child->GetValueLength(), nullptr) +
-                                 static_cast<CTLVObjNode*>(child)->m_contentLength
-                           : child->GetLength();
+    m_contentLength += size;
 }
 
 bool CTLVObjNode::Add(CTLVObject* child) {
@@ -181,10 +186,10 @@ bool CTLVObjNode::Add(CTLVObject* child) {
 
 unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
     // Writes this node's header and its whole subtree, children first-to-last,
-    // deleting each child once written. The path of open nodes is the only
-    // state, kept in a small heap array instead of the call stack.
+    // deleting each child once written. Neither the call stack nor the heap
+    // holds the path back up: a node being written has been taken off its
+    // parent's child list, so its sibling link is free to point at the parent.
     // REQUIRES: out has room for the subtree (content fits in 32 bits).
-    std::vector<CTLVObjNode*> path;
     out = EncodeHeader(out, GetValueLength());
     CTLVObjNode* node = this;
     for (;;) {
@@ -195,8 +200,8 @@ unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
             node->m_contentLength = 0;
             if (node == this) break;
             CTLVObjNode* done = node;
-            node = path.back();
-            path.pop_back();
+            node = static_cast<CTLVObjNode*>(done->m_next);
+            done->m_next = nullptr;
             Dispose(done);
             continue;
         }
@@ -204,7 +209,7 @@ unsigned char* CTLVObjNode::EncodeValue(unsigned char* out) {
         if (child->m_isNode) {
             auto* inner = static_cast<CTLVObjNode*>(child);
             out = inner->EncodeHeader(out, inner->GetValueLength());
-            path.push_back(node);  // may throw only on exhausted memory
+            inner->m_next = node;  // the way back up
             node = inner;
         } else {
             out = child->EncodeHeader(out, child->GetValueLength());
@@ -238,11 +243,15 @@ CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* text)
     : CTLVObject(typeId),
       m_owned(text),
       m_text(m_owned.c_str()),
-      m_textLength(static_cast<unsigned int>(m_owned.length())) {}
+      m_textLength(static_cast<unsigned int>(m_owned.length())) {
+    SetClass(String);
+}
 
 CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* arenaText, unsigned int length,
                              ArenaText) noexcept
-    : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {}
+    : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {
+    SetClass(String);
+}
 
 unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
     if (m_textLength != 0) std::memcpy(out, m_text, m_textLength);
@@ -261,6 +270,7 @@ unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
 CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const void* data,
                                      const unsigned int& length)
     : CTLVObject(typeId), m_owned(0, length == 0 ? 1 : length), m_bytes(nullptr), m_count(0) {
+    SetClass(ByteStream);
     if (data != nullptr && length != 0 && m_owned.copyTo(data, length, 0)) {
         m_bytes = m_owned.getData();
         m_count = length;
@@ -269,7 +279,9 @@ CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const void* dat
 
 CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const unsigned char* arenaBytes,
                                      unsigned int length, ArenaBytes) noexcept
-    : CTLVObject(typeId), m_bytes(arenaBytes), m_count(length) {}
+    : CTLVObject(typeId), m_bytes(arenaBytes), m_count(length) {
+    SetClass(ByteStream);
+}
 
 unsigned char* CTLVObjByteStream::EncodeValue(unsigned char* out) {
     if (m_count != 0) std::memcpy(out, m_bytes, m_count);
