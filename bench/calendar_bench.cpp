@@ -9,6 +9,7 @@
 #include <string>
 
 #include "bench/QuietReceivers.h"
+#include "bench/TlvYardsticks.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
@@ -87,26 +88,7 @@ bool WriteNote(PimShared::CTLVNoteCreator& c, const Content& d) {
     return c.Reset() && c.Begin(42) && WriteShared(c, d) && c.End();
 }
 
-// Every element accepted, nothing done: the floor any item parser stands on.
-class NullTarget : public ParserCreatorCollection::ITLV {
-  public:
-    using U = const unsigned int&;
-    bool Unknown(const ParserCreatorCollection::eClass&, U, const void*, U) override {
-        return true;
-    }
-    bool NodeBegin(U) override { return true; }
-    bool NodeEnd(U) override { return true; }
-    bool LeafInt8(U, const signed char&) override { return true; }
-    bool LeafInt16(U, const short&) override { return true; }
-    bool LeafUInt8(U, const unsigned char&) override { return true; }
-    bool LeafUInt16(U, const unsigned short&) override { return true; }
-    bool LeafBitfield8(U, const unsigned char&) override { return true; }
-    bool LeafBitfield16(U, const unsigned short&) override { return true; }
-    bool LeafString(U, const char*) override { return true; }
-    bool LeafByteStream(U, const void*, U) override { return true; }
-    bool LeafUInt32(U, U) override { return true; }
-    bool LeafInt32(U, const int&) override { return true; }
-};
+using PimTlvBench::NullTarget;
 
 template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
 void Create(benchmark::State& state) {

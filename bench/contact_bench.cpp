@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "bench/TlvYardsticks.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/contact/TLVContactParser.h"
@@ -101,25 +102,7 @@ class CountingReceiver : public PimShared::IContactReceiver {
     }
 };
 
-// Accepts every event and does nothing: the walk alone.
-class NullTarget : public ParserCreatorCollection::ITLV {
-  public:
-    // clang-format off
-    bool Unknown(const ParserCreatorCollection::eClass&, const unsigned int&, const void*, const unsigned int&) override { return true; }
-    bool NodeBegin(const unsigned int&) override { return true; }
-    bool NodeEnd(const unsigned int&) override { return true; }
-    bool LeafInt8(const unsigned int&, const signed char&) override { return true; }
-    bool LeafInt16(const unsigned int&, const short&) override { return true; }
-    bool LeafUInt8(const unsigned int&, const unsigned char&) override { return true; }
-    bool LeafUInt16(const unsigned int&, const unsigned short&) override { return true; }
-    bool LeafBitfield8(const unsigned int&, const unsigned char&) override { return true; }
-    bool LeafBitfield16(const unsigned int&, const unsigned short&) override { return true; }
-    bool LeafString(const unsigned int&, const char* text) override { benchmark::DoNotOptimize(text); return true; }
-    bool LeafByteStream(const unsigned int&, const void*, const unsigned int&) override { return true; }
-    bool LeafUInt32(const unsigned int&, const unsigned int&) override { return true; }
-    bool LeafInt32(const unsigned int&, const int&) override { return true; }
-    // clang-format on
-};
+using PimTlvBench::NullTarget;
 
 // The contact's bytes, written once for the reading benchmarks.
 const std::vector<unsigned char>& ContactBytes() {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/QuietReceivers.h"
+#include "bench/TlvYardsticks.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
@@ -30,26 +31,7 @@ using M = IMimeMessageAttributes;
 using PimTlvBench::QuietEmail;
 using PimTlvBench::QuietIM;
 
-// The plain walk: every element reported, nothing interpreted.
-class NullTarget : public ParserCreatorCollection::ITLV {
-  public:
-    bool Unknown(const ParserCreatorCollection::eClass&, const unsigned&, const void*,
-                 const unsigned&) override {
-        return true;
-    }
-    bool NodeBegin(const unsigned&) override { return true; }
-    bool NodeEnd(const unsigned&) override { return true; }
-    bool LeafInt8(const unsigned&, const signed char&) override { return true; }
-    bool LeafInt16(const unsigned&, const short&) override { return true; }
-    bool LeafUInt8(const unsigned&, const unsigned char&) override { return true; }
-    bool LeafUInt16(const unsigned&, const unsigned short&) override { return true; }
-    bool LeafBitfield8(const unsigned&, const unsigned char&) override { return true; }
-    bool LeafBitfield16(const unsigned&, const unsigned short&) override { return true; }
-    bool LeafString(const unsigned&, const char*) override { return true; }
-    bool LeafByteStream(const unsigned&, const void*, const unsigned&) override { return true; }
-    bool LeafUInt32(const unsigned&, const unsigned&) override { return true; }
-    bool LeafInt32(const unsigned&, const int&) override { return true; }
-};
+using PimTlvBench::NullTarget;
 
 const std::string kBody(4096, 'b');
 const std::string kAttachment(64 * 1024, 'a');
