@@ -71,9 +71,13 @@ class PIMTLV_API CTLVParser {
         unsigned int typeId;
         unsigned int end;  // offset one past the node's value
     };
-    // REQUIRES: the header was read; length bytes of value start at the position.
-    bool walkLeaf(eClass elementClass, unsigned int typeId, unsigned int length);
-    bool deliverString(unsigned int typeId, const unsigned char* value, unsigned int length);
+    // A String value that is not valid UTF-8: repaired in a copy that lives
+    // until Parse returns, then delivered. The rare path, kept out of the walk.
+#if defined(__GNUC__)
+    __attribute__((noinline, cold))
+#endif
+    bool
+    deliverRepaired(unsigned int typeId, const unsigned char* value, unsigned int length);
 
     unsigned int m_end = 0;  // no read goes at or past this offset (innermost node's end)
 

@@ -114,13 +114,23 @@ class CTLVCreator::CTLVCreatorImpl {
             Trace(3, LineString);
             return false;
         }
-        if (length == 0 || Velmor_UTF8_rfc3629_check_string(text, length, 0) != 0) {
-            if (!Value(String, typeId, text, length, true)) {
-                Trace(3, LineString);
-                return false;
-            }
-            return true;
+        if (length != 0 && Velmor_UTF8_rfc3629_check_string(text, length, 0) == 0) {
+            return LeafStringRepaired(typeId, text, length);
         }
+        if (!Value(String, typeId, text, length, true)) {
+            Trace(3, LineString);
+            return false;
+        }
+        return true;
+    }
+
+    // The rare path, kept out of the common one: a text that is not valid
+    // UTF-8 is written as a repaired copy.
+#if defined(__GNUC__)
+    __attribute__((noinline, cold))
+#endif
+    bool
+    LeafStringRepaired(unsigned int typeId, const char* text, unsigned int length) {
         Trace(2, LineStringRepaired);
         std::unique_ptr<char[]> copy(new (std::nothrow) char[length + 1]);
         if (!copy) {
@@ -218,7 +228,9 @@ class CTLVCreator::CTLVCreatorImpl {
     // Where the next element would start in the written stream: the body so
     // far plus the headers of the nodes closed so far (an open node's header
     // is not counted until its length is known).
-    unsigned long long StreamPosition() const noexcept { return m_bodySize + m_headerBytes; }
+    unsigned long long StreamPosition() const noexcept {
+        return m_bodySize + m_headerBytes;
+    }
 
     // REQUIRES: length <= MaxValueLength. A value leaf: header word, length
     // field, the bytes and, for a text, its terminating zero byte. False, with

@@ -109,12 +109,9 @@ bool CTLVParser::parseTL(eClass& elementClass, unsigned int& typeId, unsigned in
     return true;
 }
 
-bool CTLVParser::deliverString(unsigned int typeId, const unsigned char* value,
-                               unsigned int length) {
+bool CTLVParser::deliverRepaired(unsigned int typeId, const unsigned char* value,
+                                 unsigned int length) {
     const char* text = reinterpret_cast<const char*>(value);
-    if (Velmor_UTF8_rfc3629_check_string(text, length, 0) != 0) {
-        return m_target.LeafString(typeId, text);
-    }
     Trace(2, LineStringRepaired);
     std::unique_ptr<char[]> copy(new (std::nothrow) char[length + 1]);
     if (!copy) {
@@ -139,106 +136,153 @@ bool CTLVParser::deliverString(unsigned int typeId, const unsigned char* value,
     return m_target.LeafString(typeId, repaired);
 }
 
-bool CTLVParser::walkLeaf(eClass elementClass, unsigned int typeId, unsigned int length) {
-    switch (elementClass) {
-        case Int8:
-        case UInt8:
-        case Bitfield8: {
-            unsigned char v = 0;
-            if (!readU8(length, v)) return false;
-            if (elementClass == Int8) return m_target.LeafInt8(typeId, static_cast<signed char>(v));
-            if (elementClass == UInt8) return m_target.LeafUInt8(typeId, v);
-            return m_target.LeafBitfield8(typeId, v);
-        }
-        case Int16:
-        case UInt16:
-        case Bitfield16: {
-            unsigned short v = 0;
-            if (!readU16(length, v)) return false;
-            if (elementClass == Int16) return m_target.LeafInt16(typeId, static_cast<short>(v));
-            if (elementClass == UInt16) return m_target.LeafUInt16(typeId, v);
-            return m_target.LeafBitfield16(typeId, v);
-        }
-        case UInt32:
-        case Int32: {
-            unsigned int v = 0;
-            if (!readU32(length, v)) return false;
-            if (elementClass == UInt32) return m_target.LeafUInt32(typeId, v);
-            return m_target.LeafInt32(typeId, static_cast<int>(v));
-        }
-        default:
-            break;
-    }
-    // Variable-size values: the whole value must lie within the limit.
-    if (remaining(m_end) < length) return false;
-    const unsigned char* value = m_data + m_position;
-    if (elementClass == String) {
-        // A text value carries its own terminator; without it a receiver would
-        // read past the value.
-        if (length == 0 || value[length - 1] != 0) return false;
-        m_position += length;
-        return deliverString(typeId, value, length);
-    }
-    m_position += length;
-    if (elementClass == ByteStream) return m_target.LeafByteStream(typeId, value, length);
-    return m_target.Unknown(elementClass, typeId, value, length);
-}
-
-// The helpers stay exported for derived parsers; inside the walk they are
-// inlined, since they run once or more per element.
-#if defined(__GNUC__)
-__attribute__((flatten))
-#endif
+// The node walk. Each open node is a frame with its end offset; the innermost
+// end is the limit of every read, so a child can never run past its parent and
+// no read can leave the stream. The position and that limit live in locals
+// for the whole walk (a target's calls cannot move them; m_position is set
+// before each call, so a derived parser may still ask where the walk is), and
+// the header and value reads are written out here rather than through the
+// helpers above, leaving the same position behind on every path: at the
+// element's first byte when its header cannot be read, after the header when
+// its value cannot, after the value otherwise.
 bool CTLVParser::parseBuffer(const unsigned int& limit) {
-    // Iterative node walk. Each open node is a frame with its end offset; the
-    // innermost end is the limit of every read, so a child can never run past
-    // its parent and no read can leave the stream.
+    const unsigned char* const data = m_data;
     const std::size_t base = m_stack.size();
-    const unsigned int outerEnd =
-        m_position + (limit < remaining(m_length) ? limit : remaining(m_length));
-    const unsigned int savedEnd = m_end;
+    unsigned int pos = m_position;
+    const unsigned int outerEnd = pos + (limit < remaining(m_length) ? limit : remaining(m_length));
+    unsigned int end = outerEnd;
     bool ok = true;
     for (;;) {
-        while (m_stack.size() > base && m_position == m_stack.back().end) {
-            const unsigned int typeId = m_stack.back().typeId;
+        if (pos == end) {
+            if (m_stack.size() == base) break;
+            const unsigned int closed = m_stack.back().typeId;
             m_stack.pop_back();
-            m_target.NodeEnd(typeId);
+            end = m_stack.size() > base ? m_stack.back().end : outerEnd;
+            m_position = pos;
+            m_target.NodeEnd(closed);
+            continue;
         }
-        m_end = m_stack.size() > base ? m_stack.back().end : outerEnd;
-        if (m_position >= m_end) break;
-        eClass elementClass = Int8;
-        unsigned int typeId = 0;
-        unsigned int headerSize = 0;
-        unsigned int length = 0;
-        if (!parseTL(elementClass, typeId, headerSize, length)) {
+        // Header: the word and the length field's lead byte, then the rest of
+        // a long length field.
+        const unsigned int left = end - pos;
+        if (left < 3) {
             ok = false;
             break;
         }
-        if (elementClass == Node) {
-            if (remaining(m_end) < length) {
+        const unsigned int word = (static_cast<unsigned int>(data[pos]) << 8) | data[pos + 1];
+        const unsigned int lead = data[pos + 2];
+        unsigned int length = lead;
+        unsigned int headerSize = 3;
+        if (lead >= 0x80) {
+            const unsigned int n = lead & 0x7Fu;
+            if (n == 0 || left - 3 < n) {
                 ok = false;
                 break;
             }
-            try {
-                m_stack.push_back(Frame{typeId, m_position + length});
-            } catch (...) {
-                ok = false;  // out of memory for the walk itself
+            length = 0;
+            for (unsigned int i = 0; i < n; ++i) {
+                // Lengths are 32-bit: shift counts wrap at 32, so a long field
+                // cannot widen the value (tolerated, as older writers' fields are).
+                length |= static_cast<unsigned int>(data[pos + 3 + i]) << ((8 * (n - 1 - i)) % 32);
+            }
+            headerSize += n;
+        }
+        pos += headerSize;
+        const auto elementClass = static_cast<eClass>(word >> 12);
+        const unsigned int typeId = word & 0xFFFu;
+        const unsigned int room = end - pos;
+        const unsigned char* const value = data + pos;
+        bool answer = false;
+        switch (elementClass) {
+            case Node:
+                if (room < length) {
+                    ok = false;
+                    break;
+                }
+                try {
+                    m_stack.push_back(Frame{typeId, pos + length});
+                } catch (...) {
+                    ok = false;  // out of memory for the walk itself
+                    break;
+                }
+                end = pos + length;
+                m_position = pos;
+                m_target.NodeBegin(typeId);
+                continue;
+            case Int8:
+            case UInt8:
+            case Bitfield8:
+                if (length != 1 || room < 1) {
+                    ok = false;
+                    break;
+                }
+                m_position = pos += 1;
+                answer = elementClass == UInt8 ? m_target.LeafUInt8(typeId, value[0])
+                         : elementClass == Int8
+                             ? m_target.LeafInt8(typeId, static_cast<signed char>(value[0]))
+                             : m_target.LeafBitfield8(typeId, value[0]);
+                break;
+            case Int16:
+            case UInt16:
+            case Bitfield16: {
+                if (length != 2 || room < 2) {
+                    ok = false;
+                    break;
+                }
+                m_position = pos += 2;
+                const auto v = static_cast<unsigned short>((value[0] << 8) | value[1]);
+                answer = elementClass == UInt16  ? m_target.LeafUInt16(typeId, v)
+                         : elementClass == Int16 ? m_target.LeafInt16(typeId, static_cast<short>(v))
+                                                 : m_target.LeafBitfield16(typeId, v);
                 break;
             }
-            m_target.NodeBegin(typeId);
-            continue;
+            case UInt32:
+            case Int32: {
+                if (length != 4 || room < 4) {
+                    ok = false;
+                    break;
+                }
+                m_position = pos += 4;
+                const unsigned int v = (static_cast<unsigned int>(value[0]) << 24) |
+                                       (static_cast<unsigned int>(value[1]) << 16) |
+                                       (static_cast<unsigned int>(value[2]) << 8) | value[3];
+                answer = elementClass == UInt32 ? m_target.LeafUInt32(typeId, v)
+                                                : m_target.LeafInt32(typeId, static_cast<int>(v));
+                break;
+            }
+            default:
+                // Variable-size values: the whole value must lie within the
+                // limit, and a text must carry its own terminator, without which
+                // a receiver would read past the value.
+                if (room < length ||
+                    (elementClass == String && (length == 0 || value[length - 1] != 0))) {
+                    ok = false;
+                    break;
+                }
+                m_position = pos += length;
+                if (elementClass == String) {
+                    const char* text = reinterpret_cast<const char*>(value);
+                    answer = Velmor_UTF8_rfc3629_check_string(text, length, 0) != 0
+                                 ? m_target.LeafString(typeId, text)
+                                 : deliverRepaired(typeId, value, length);
+                } else if (elementClass == ByteStream) {
+                    answer = m_target.LeafByteStream(typeId, value, length);
+                } else {
+                    answer = m_target.Unknown(elementClass, typeId, value, length);
+                }
+                break;
         }
-        if (!walkLeaf(elementClass, typeId, length)) {
+        if (!ok || !answer) {
             ok = false;
             break;
         }
     }
+    m_position = pos;
     while (m_stack.size() > base) {
-        const unsigned int typeId = m_stack.back().typeId;
+        const unsigned int closed = m_stack.back().typeId;
         m_stack.pop_back();
-        m_target.NodeEnd(typeId);
+        m_target.NodeEnd(closed);
     }
-    m_end = savedEnd;
     return ok;
 }
 
