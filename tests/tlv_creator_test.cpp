@@ -2,6 +2,7 @@
 // checked against exact bytes.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
@@ -204,4 +205,34 @@ TEST(Creator, LongValuesUseLongLengthFields) {
     // The leaf is 2 + 2 + 201 = 205 bytes; its length field is 81 C9.
     EXPECT_EQ(ToHex(data, 8), "80 01 81 CD 60 02 81 C9");
     EXPECT_EQ(length, 4u + 205u);
+}
+
+// A creator keeps room for each node header as large as the same node's was
+// in its previous stream. Streams of one shape whose nodes grow and shrink
+// across the length-field sizes must come out exactly as from a new creator,
+// and each output must stay intact while the next stream is being built.
+TEST(Creator, ReusedCreatorMatchesFreshOneWhateverTheNodeSizes) {
+    auto write = [](CTLVCreator& c, unsigned int n) {
+        const std::string bytes(n, 'v');
+        return c.NodeBegin(1) && c.NodeBegin(2) &&
+               c.LeafByteStream(3, bytes.data(), static_cast<unsigned int>(bytes.size())) &&
+               c.NodeEnd(2) && c.LeafUInt8(4, 9) && c.NodeEnd(1) && c.NodeBegin(5) && c.NodeEnd(5);
+    };
+    CTLVCreator reused;
+    std::string previous;  // the bytes of the last output
+    const void* previousData = nullptr;
+    for (unsigned int n : {10u, 10u, 200u, 200u, 10u, 70000u, 70000u, 300u, 10u, 0u}) {
+        CTLVCreator fresh;
+        ASSERT_TRUE(write(fresh, n) && write(reused, n)) << n;
+        if (previousData != nullptr) {
+            EXPECT_EQ(std::memcmp(previousData, previous.data(), previous.size()), 0)
+                << "output changed before the next GetData, n = " << n;
+        }
+        const void* data = nullptr;
+        unsigned int length = 0;
+        ASSERT_TRUE(reused.GetData(data, length));
+        EXPECT_EQ(ToHex(data, length), Output(fresh)) << n;
+        previous.assign(static_cast<const char*>(data), length);
+        previousData = data;
+    }
 }

@@ -1,6 +1,7 @@
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
 
 #include <cstring>
+#include <limits>
 #include <new>
 #include <vector>
 
@@ -46,8 +47,13 @@ void Trace(int level, int line) {
 // body. A node's header cannot be written that way: its length is known only
 // at NodeEnd, and the length field's own size depends on that length. So each
 // node is a record (where in the body its header belongs, its header word and,
-// once closed, its content length), and GetData stitches the body and the node
-// headers together in one pass. Building costs no allocation per element and
+// once closed, its content length), and the body keeps room for its header:
+// as many bytes as the node of the same rank had in the previous stream (3,
+// the short form, in the first). A creator mostly writes items of one shape
+// one after the other, so the guesses usually hold; GetData then writes the
+// headers into their room and hands out the body itself, with no copy of the
+// values. Where a guess was wrong, GetData copies the body into the output,
+// headers in place, in one pass. Building costs no allocation per element and
 // writing no pass over a tree: the records are in stream order already.
 //
 // This is the element tree of the format in flat form: every leaf's value is
@@ -55,20 +61,28 @@ void Trace(int level, int line) {
 // and GetData consumes what it writes.
 class CTLVCreator::CTLVCreatorImpl {
   public:
-    CTLVCreatorImpl() : m_output(0, 1024) {}
-    ~CTLVCreatorImpl() { m_output.release(); }
+    CTLVCreatorImpl() = default;
+    ~CTLVCreatorImpl() = default;
     CTLVCreatorImpl(const CTLVCreatorImpl&) = delete;
     CTLVCreatorImpl& operator=(const CTLVCreatorImpl&) = delete;
 
     bool NodeBegin(unsigned int typeId) {
+        const std::size_t rank = m_nodes.size();
+        const unsigned char room = rank < m_previous.size() ? m_previous[rank].headerSize : 3;
+        if (Room(room) == nullptr) {
+            Trace(3, LineNodeBegin);
+            return false;
+        }
         try {
-            m_nodes.push_back(NodeRecord{m_bodySize, StreamPosition(), 0, typeId, m_innermost,
-                                         HeaderWord(Node, typeId)});
+            m_nodes.push_back(NodeRecord{m_body.size, StreamPosition(), 0, typeId, m_innermost,
+                                         HeaderWord(Node, typeId), room, 0});
         } catch (...) {
             Trace(3, LineNodeBegin);
             return false;
         }
-        m_innermost = m_nodes.size() - 1;
+        m_body.size += room;
+        m_reservedBytes += room;
+        m_innermost = rank;
         ++m_openCount;
         return true;
     }
@@ -84,7 +98,10 @@ class CTLVCreator::CTLVCreatorImpl {
         // Every enclosed node is shorter than its top-level ancestor, so the
         // largest node decides whether GetData can write the stream at all.
         if (content > m_largestNode) m_largestNode = content;
-        m_headerBytes += 2 + CTLVObject::WriteLengthField(Clamped(content), nullptr);
+        node.headerSize =
+            static_cast<unsigned char>(2 + CTLVObject::WriteLengthField(Clamped(content), nullptr));
+        m_headerBytes += node.headerSize;
+        if (node.headerSize != node.room) m_guessMissed = true;
         m_innermost = node.parent;
         --m_openCount;
         return true;
@@ -104,7 +121,7 @@ class CTLVCreator::CTLVCreatorImpl {
             out[2 + i] = static_cast<unsigned char>(bits & 0xFFu);
             bits >>= 8;
         }
-        m_bodySize += 3 + Width;
+        m_body.size += 3 + Width;
         return true;
     }
 
@@ -167,26 +184,35 @@ class CTLVCreator::CTLVCreatorImpl {
             return false;
         }
         const unsigned long long total = StreamPosition();
-        unsigned char* out = m_largestNode > CTLVObject::MaxValueLength || total > 0xFFFFFFFFull
-                                 ? nullptr
-                                 : m_output.prepare(static_cast<unsigned int>(total));
-        if (out == nullptr && total != 0) {
+        if (m_largestNode > CTLVObject::MaxValueLength || total > 0xFFFFFFFFull ||
+            (m_guessMissed && !Reserve(m_output, static_cast<std::size_t>(total)))) {
             Trace(3, LineGetDataTooLarge);
             return false;
         }
-        const unsigned char* body = m_body.get();
-        std::size_t done = 0;
-        for (const NodeRecord& node : m_nodes) {
-            out = Copy(out, body + done, node.bodyOffset - done);
-            done = node.bodyOffset;
-            PutWord(out, node.word);
-            out +=
-                2 + CTLVObject::WriteLengthField(static_cast<unsigned int>(node.content), out + 2);
+        if (m_guessMissed) {
+            // Body and headers, in stream order, into the output.
+            unsigned char* out = m_output.data.get();
+            const unsigned char* body = m_body.data.get();
+            std::size_t done = 0;
+            for (const NodeRecord& node : m_nodes) {
+                out = Copy(out, body + done, node.bodyOffset - done);
+                out = PutHeader(out, node);
+                done = node.bodyOffset + node.room;
+            }
+            Copy(out, body + done, m_body.size - done);
+        } else {
+            // Every header fits its room exactly: the body is the stream. It
+            // becomes the output, and the last output's memory the next body.
+            for (const NodeRecord& node : m_nodes)
+                PutHeader(m_body.data.get() + node.bodyOffset, node);
+            std::swap(m_body, m_output);
         }
-        Copy(out, body + done, m_bodySize - done);
+        m_output.size = static_cast<std::size_t>(total);
+        // This stream's header sizes are the guesses for the next one.
+        m_previous.swap(m_nodes);
         Discard();
-        data = m_output.getData();
-        length = m_output.getSize();
+        data = m_output.data.get();
+        length = static_cast<unsigned int>(m_output.size);
         return true;
     }
 
@@ -195,19 +221,47 @@ class CTLVCreator::CTLVCreatorImpl {
         // The output is emptied but its memory kept, like the body's: a creator
         // is usually reset to write the next item of similar size. The
         // destructor frees both.
-        m_output.shrink(0);
+        m_output.size = 0;
         return true;
     }
 
   private:
     struct NodeRecord {
-        std::size_t bodyOffset;      // the node's header goes before this body byte
+        std::size_t bodyOffset;      // where the room for the node's header starts in the body
         unsigned long long start;    // stream position of the node's first content byte
         unsigned long long content;  // content length, set by NodeEnd
         unsigned int typeId;
-        std::size_t parent;   // the node that was innermost when this one opened
-        unsigned short word;  // header word
+        std::size_t parent;        // the node that was innermost when this one opened
+        unsigned short word;       // header word
+        unsigned char room;        // body bytes kept for the header
+        unsigned char headerSize;  // the header's size, set by NodeEnd
     };
+
+    // A growable byte array; size is the count of bytes in use.
+    struct Bytes {
+        std::unique_ptr<unsigned char[]> data;
+        std::size_t size = 0;
+        std::size_t capacity = 0;
+    };
+
+    // REQUIRES: the node is closed. Writes its header at out, which has
+    // headerSize bytes of room, and returns the position after it.
+    static unsigned char* PutHeader(unsigned char* out, const NodeRecord& node) noexcept {
+        PutWord(out, node.word);
+        return out + 2 +
+               CTLVObject::WriteLengthField(static_cast<unsigned int>(node.content), out + 2);
+    }
+
+    // Makes room for capacity bytes in bytes; their contents are not kept.
+    static bool Reserve(Bytes& bytes, std::size_t capacity) noexcept {
+        if (bytes.capacity >= capacity) return true;
+        std::unique_ptr<unsigned char[]> grown(new (std::nothrow) unsigned char[capacity]);
+        if (!grown) return false;
+        bytes.data = std::move(grown);
+        bytes.capacity = capacity;
+        bytes.size = 0;
+        return true;
+    }
 
     static unsigned short HeaderWord(eClass elementClass, unsigned int typeId) noexcept {
         return static_cast<unsigned short>((static_cast<unsigned int>(elementClass) << 12) |
@@ -226,10 +280,11 @@ class CTLVCreator::CTLVCreatorImpl {
     }
 
     // Where the next element would start in the written stream: the body so
-    // far plus the headers of the nodes closed so far (an open node's header
-    // is not counted until its length is known).
+    // far, less the room kept for node headers, plus the headers of the nodes
+    // closed so far (an open node's header is not counted until its length is
+    // known).
     unsigned long long StreamPosition() const noexcept {
-        return m_bodySize + m_headerBytes;
+        return m_body.size - m_reservedBytes + m_headerBytes;
     }
 
     // REQUIRES: length <= MaxValueLength. A value leaf: header word, length
@@ -245,14 +300,14 @@ class CTLVCreator::CTLVCreatorImpl {
         CTLVObject::WriteLengthField(valueLength, out + 2);
         out = Copy(out + 2 + fieldSize, static_cast<const unsigned char*>(bytes), length);
         if (terminate) *out = 0;
-        m_bodySize += 2 + fieldSize + valueLength;
+        m_body.size += 2 + fieldSize + valueLength;
         return true;
     }
 
     // Room for count more body bytes: where they start, or null (body
     // unchanged) when memory runs out.
     unsigned char* Room(std::size_t count) noexcept {
-        if (m_bodyCapacity - m_bodySize >= count) return m_body.get() + m_bodySize;
+        if (m_body.capacity - m_body.size >= count) return m_body.data.get() + m_body.size;
         return Grow(count);
     }
 
@@ -261,18 +316,19 @@ class CTLVCreator::CTLVCreatorImpl {
 #endif
     unsigned char*
     Grow(std::size_t count) noexcept {
-        // The body never needs more than the stream's own 32-bit size; past
-        // that GetData would refuse anyway.
-        if (count > kMaxBody - m_bodySize) return nullptr;
-        std::size_t capacity = m_bodyCapacity < 256 ? 256 : m_bodyCapacity;
-        while (capacity - m_bodySize < count)
+        // The body never needs more than the stream's own 32-bit size and the
+        // room of its node headers; past that GetData would refuse anyway.
+        if (count > kMaxBody - m_body.size) return nullptr;
+        std::size_t capacity = m_body.capacity < 256 ? 256 : m_body.capacity;
+        while (capacity - m_body.size < count) {
             capacity = capacity > kMaxBody / 2 ? kMaxBody : capacity * 2;
+        }
         std::unique_ptr<unsigned char[]> grown(new (std::nothrow) unsigned char[capacity]);
         if (!grown) return nullptr;
-        if (m_bodySize != 0) std::memcpy(grown.get(), m_body.get(), m_bodySize);
-        m_body = std::move(grown);
-        m_bodyCapacity = capacity;
-        return m_body.get() + m_bodySize;
+        if (m_body.size != 0) std::memcpy(grown.get(), m_body.data.get(), m_body.size);
+        m_body.data = std::move(grown);
+        m_body.capacity = capacity;
+        return m_body.data.get() + m_body.size;
     }
 
     // Forgets the elements, keeping the memory for the next stream.
@@ -280,23 +336,31 @@ class CTLVCreator::CTLVCreatorImpl {
         m_nodes.clear();
         m_innermost = 0;
         m_openCount = 0;
-        m_bodySize = 0;
+        m_body.size = 0;
+        m_reservedBytes = 0;
         m_headerBytes = 0;
         m_largestNode = 0;
+        m_guessMissed = false;
     }
 
-    static constexpr std::size_t kMaxBody = 0xFFFFFFFFu;
+    // A stream is at most 4 GiB; the room for node headers adds at most
+    // 7 bytes a node, and a node costs at least one of the caller's calls.
+    static constexpr std::size_t kMaxBody =
+        std::numeric_limits<std::size_t>::max() / 2 < 0x1FFFFFFFEull
+            ? std::numeric_limits<std::size_t>::max() / 2
+            : static_cast<std::size_t>(0x1FFFFFFFEull);
 
-    std::unique_ptr<unsigned char[]> m_body;  // leaves, encoded, in stream order
-    std::size_t m_bodySize = 0;
-    std::size_t m_bodyCapacity = 0;
+    Bytes m_body;                     // leaves, encoded, and room for node headers, in stream order
+    Bytes m_output;                   // the last stream handed out
     std::vector<NodeRecord> m_nodes;  // every node, in stream order
+    std::vector<NodeRecord> m_previous;  // the nodes of the last stream written
     // The open nodes are a chain through NodeRecord::parent from the innermost.
     std::size_t m_innermost = 0;
     std::size_t m_openCount = 0;
-    unsigned long long m_headerBytes = 0;  // header sizes of the closed nodes
-    unsigned long long m_largestNode = 0;  // largest content of a closed node
-    PAL::CBuffer m_output;
+    unsigned long long m_reservedBytes = 0;  // body bytes kept for node headers
+    unsigned long long m_headerBytes = 0;    // header sizes of the closed nodes
+    unsigned long long m_largestNode = 0;    // largest content of a closed node
+    bool m_guessMissed = false;              // some closed node's header differs from its room
 };
 
 CTLVCreator::CTLVCreator() : m_impl(new (std::nothrow) CTLVCreatorImpl()) {}
