@@ -27,7 +27,7 @@ namespace ParserCreatorCollection {
 // Memory: the staging of one stream (about its size again, plus a small
 // record per node) is kept across GetData and Reset for the next stream and
 // freed with the creator.
-class PIMTLV_API CTLVCreator : private ITLV {
+class PIMTLV_API CTLVCreator final : private ITLV {
   public:
     CTLVCreator();
     ~CTLVCreator() override;
