@@ -12,7 +12,8 @@
 // through the item's asymmetries: the ways its parser reports a value other
 // than it was written, by design, each named once in the item's table. An
 // operation whose parse differs in shape (one call written, several read)
-// brings its own expectation.
+// brings its own expectation, and one whose elements the parser reports
+// instead of taking them lists those reports, exactly as they must come.
 
 #include <cstddef>
 #include <cstdint>
@@ -38,6 +39,11 @@ enum class Asym : unsigned int {
     // An item without any property is read with no End: the parser leaves its
     // property state only at a property's end, and reports the closing nodes.
     EmptyItemUnclosed,
+    // An operation is read back as diagnostics, code and text exact, in place
+    // of its call or before a call with what is left of it. The recorder
+    // answers every call true, so a report never ends the walk here: the
+    // operations after it must arrive as well.
+    ReadAsDiagnostic,
     Count
 };
 
@@ -211,6 +217,26 @@ class OpArgs {
     std::vector<std::shared_ptr<void>> m_kept;
 };
 
+// A report a parser makes, by design, about an element a creator wrote.
+struct Diagnostic {
+    int code;
+    const char* text;
+};
+struct Diagnostics {
+    const Diagnostic* list = nullptr;
+    std::size_t count = 0;
+};
+template <std::size_t N>
+constexpr Diagnostics Reported(const Diagnostic (&list)[N]) {
+    return {list, N};
+}
+
+// The expectation of an operation whose parse makes no call at all.
+template <typename Attributes>
+bool NotCalled(Attributes&, OpArgs&) {
+    return true;
+}
+
 // One creator operation. depth is +1 for an operation that opens a nested
 // part (an entity), -1 for the one that closes it, 0 for all others.
 template <typename Attributes>
@@ -220,6 +246,8 @@ struct Op {
     // Null when the parse reports the operation as written.
     bool (*expect)(Attributes& target, OpArgs& args) = nullptr;
     int depth = 0;
+    // Heard before the expected call (Asym::ReadAsDiagnostic).
+    Diagnostics readAs = {};
 };
 
 // Item describes one item: Attributes, Creator, Parser, Log (a recorder
@@ -250,6 +278,12 @@ const char* CheckItemRoundTrip(const std::uint8_t* data, std::size_t size) {
         args.Write();
         if (!op.write(creator, args)) continue;
         args.Expect();
+        if (op.readAs.count != 0 && !args.Declares(Asym::ReadAsDiagnostic)) {
+            return "an operation uses an asymmetry its item does not declare";
+        }
+        for (std::size_t i = 0; i < op.readAs.count; ++i) {
+            expected.Trace(op.readAs.list[i].code, op.readAs.list[i].text);
+        }
         (op.expect != nullptr ? op.expect : op.write)(expected, args);
         if (args.Fault() != nullptr) return args.Fault();
         depth += op.depth;

@@ -272,15 +272,20 @@ struct ContactItem {
     using Receiver = PimShared::IContactReceiver;
     template <typename Base>
     using Log = ContactLog<Base>;
-    // XUID (read back always as null, with a diagnostic for its leaf) and
-    // Handle (its node is refused by the reader) are not driven: their parse
-    // is a diagnostic by design, not a call.
     static constexpr Asymmetry kAsymmetries[] = {
         {Asym::NullTextEmpty,
          "a property's main text, list entries and x-parameters are always written, an absent "
          "text as empty"},
+        {Asym::ReadAsDiagnostic,
+         "the XUID's leaf has no place to go and the Handle's node is refused by readers"},
     };
     static constexpr Asym kMain = Asym::NullTextEmpty;
+    // The reader reports with codes only, every text empty. The XUID's leaf is
+    // reported (code 6) and its call comes with a null text; the Handle's
+    // node is refused (2), then its leaf, now outside any property (2), then
+    // its end (6), and no call comes.
+    static constexpr Diagnostic kXuidLeaf[] = {{6, ""}};
+    static constexpr Diagnostic kHandleNode[] = {{2, ""}, {2, ""}, {6, ""}};
     // One text, a text parameter if given, x-parameters.
     template <bool (A::*op)(const char*, const char*, const PAL::TVector<PimShared::tXParam>&)>
     static bool Texted(A& t, OpArgs& a) {
@@ -437,6 +442,12 @@ struct ContactItem {
          }},
         {"UID", Single<&A::UID>},
         {"SpeedDial", Single<&A::SpeedDial>},
+        {"XUID", Single<&A::XUID>,
+         [](A& t, OpArgs& a) {
+             a.Text();
+             return t.XUID(nullptr);
+         },
+         0, Reported(kXuidLeaf)},
         // Read back: the number's low 16 bits, the unsigned number not at all.
         {"XUCI",
          [](A& t, OpArgs& a) {
@@ -450,6 +461,7 @@ struct ContactItem {
              a.Number();
              return t.XUCI(text, number, 0);
          }},
+        {"Handle", Single<&A::Handle>, NotCalled<A>, 0, Reported(kHandleNode)},
         {"URL", Single<&A::URL>},
         {"Version", Single<&A::Version>},
         {"Classification", Single<&A::Classification>},
@@ -491,12 +503,13 @@ inline Extensible ReadExtensible(OpArgs& a) {
     return {value, !a.Expecting() || raw == 1 ? token : nullptr};
 }
 
-// The operations e-mails and instant messages share. Not driven, by design:
-// Priority with a plain byte (readers report its leaf as unexpected) and Body
-// with type and subtype tokens (its tokens stand where readers refuse them, so
-// it is read as a body link with two diagnostics).
-template <typename A>
-constexpr std::array<Op<A>, 29> MimeMessageOps() {
+// The operations e-mails and instant messages share. Reports names what the
+// item's reader says of the elements it refuses by design: the plain-byte
+// priority level (kPriorityLevel), and the type and subtype tokens that the
+// token form of Body writes straight into the body node (kBodyTokens), after
+// which the body arrives as a link with the default encoding and charset.
+template <typename A, typename Reports>
+constexpr std::array<Op<A>, 31> MimeMessageOps() {
     using M = PimShared::IMimeMessageAttributes;
     return {{
         {"BeginEntity", [](A& t, OpArgs&) { return t.BeginEntity(); }, nullptr, 1},
@@ -528,6 +541,9 @@ constexpr std::array<Op<A>, 29> MimeMessageOps() {
         {"OrigDate", [](A& t, OpArgs& a) { return t.OrigDate(a.Text(kMimeText)); }},
         {"SendingState", [](A& t, OpArgs& a) { return t.SendingState(a.Text(kMimeText)); }},
         {"OrigDateLocal", [](A& t, OpArgs& a) { return t.OrigDateLocal(a.Text(kMimeText)); }},
+        {"PriorityLevel",
+         [](A& t, OpArgs& a) { return t.Priority(static_cast<unsigned char>(a.Number())); },
+         NotCalled<A>, 0, Reported(Reports::kPriorityLevel)},
         {"References", [](A& t, OpArgs& a) { return t.References(a.Text(kMimeText)); }},
         {"Subject", [](A& t, OpArgs& a) { return t.Subject(a.Text(kMimeText)); }},
         {"BodyContent",
@@ -543,6 +559,18 @@ constexpr std::array<Op<A>, 29> MimeMessageOps() {
              const auto charset = a.Enum<M::eBodyCharset>(kMimeByte);
              return t.Body(encoding, charset, a.Text(kMimeText));
          }},
+        {"BodyTypedLink",
+         [](A& t, OpArgs& a) {
+             const char* type = a.Text();
+             const char* subtype = a.Text();
+             return t.Body(type, subtype, a.Text());
+         },
+         [](A& t, OpArgs& a) {
+             a.Text();
+             a.Text();
+             return t.Body(M::eBodyEncoding7Bit, M::eBodyCharsetUsAscii, a.Text(kMimeText));
+         },
+         0, Reported(Reports::kBodyTokens)},
         {"ContentDispositionType",
          [](A& t, OpArgs& a) {
              const Extensible e = ReadExtensible(a);
@@ -581,6 +609,19 @@ constexpr std::array<Op<A>, 29> MimeMessageOps() {
 constexpr Asymmetry kMimeMessageAsymmetries[] = {
     {Asym::NullTextEmpty, "text leaves are always written, an absent text as empty"},
     {Asym::LowByte, "enumerations travel as their low byte"},
+    {Asym::ReadAsDiagnostic,
+     "readers refuse the plain-byte priority level and the body's own type and subtype tokens"},
+};
+
+struct EmailReports {
+    static constexpr Diagnostic kPriorityLevel[] = {{2, "Unexpected UInt8 with type ID = 623"}};
+    static constexpr Diagnostic kBodyTokens[] = {{2, "Unexpected String with type ID = 642"},
+                                                 {2, "Unexpected String with type ID = 647"}};
+};
+struct ImReports {
+    static constexpr Diagnostic kPriorityLevel[] = {{2, "Unexpected UInt8 with type ID = 925"}};
+    static constexpr Diagnostic kBodyTokens[] = {{2, "Unexpected String with type ID = 937"},
+                                                 {2, "Unexpected String with type ID = 947"}};
 };
 
 struct EmailItem {
@@ -591,7 +632,7 @@ struct EmailItem {
     using Receiver = PimShared::IEmailReceiver;
     template <typename Base>
     using Log = MimeMessageLog<Base>;
-    static constexpr const Asymmetry (&kAsymmetries)[2] = kMimeMessageAsymmetries;
+    static constexpr const Asymmetry (&kAsymmetries)[3] = kMimeMessageAsymmetries;
     static constexpr std::array<Op<A>, 2> kOwnOps{{
         // Only given texts are written.
         {"Mailbox",
@@ -613,7 +654,7 @@ struct EmailItem {
              return t.Group(name, members);
          }},
     }};
-    static constexpr auto kOps = Join(MimeMessageOps<A>(), kOwnOps);
+    static constexpr auto kOps = Join(MimeMessageOps<A, EmailReports>(), kOwnOps);
 };
 
 struct ImItem {
@@ -624,7 +665,7 @@ struct ImItem {
     using Receiver = PimShared::IIMReceiver;
     template <typename Base>
     using Log = MimeMessageLog<Base>;
-    static constexpr const Asymmetry (&kAsymmetries)[2] = kMimeMessageAsymmetries;
+    static constexpr const Asymmetry (&kAsymmetries)[3] = kMimeMessageAsymmetries;
     static constexpr Asym kText = kMimeText;
     static constexpr std::array<Op<A>, 14> kOwnOps{{
         // The client only when given, the texts only when given.
@@ -698,7 +739,7 @@ struct ImItem {
         {"OwnerChatState",
          [](A& t, OpArgs& a) { return t.OwnerChatState(a.Enum<A::eChatState>(kMimeByte)); }},
     }};
-    static constexpr auto kOps = Join(Join(MimeMessageOps<A>(), kOwnOps), kChatOps);
+    static constexpr auto kOps = Join(Join(MimeMessageOps<A, ImReports>(), kOwnOps), kChatOps);
 };
 
 constexpr ItemCheck kImRoundTrip = CheckItemRoundTrip<ImItem>;

@@ -82,6 +82,17 @@ int Velmor_UTF8_rfc3629_check_string(const char* text, unsigned int length, unsi
     (void)flags;
     if (text == nullptr) return length == 0 ? 1 : 0;
     const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+    // Short all-ASCII texts (names, addresses, identifiers) are the bulk of
+    // what is checked: decide them in a word or two, without the loop below.
+    if (length <= 16) {
+        if (length >= 8) {
+            if (IsAsciiWord(bytes) && IsAsciiWord(bytes + length - 8)) return 1;
+        } else {
+            unsigned int any = 0;
+            for (unsigned int k = 0; k < length; ++k) any |= bytes[k];
+            if (any < 0x80) return 1;
+        }
+    }
     unsigned int i = 0;
     while (i < length) {
         // Fast path over plain ASCII, the common case: sixteen or eight bytes

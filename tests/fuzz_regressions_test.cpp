@@ -206,27 +206,66 @@ struct EventWithoutEmptyRule : EventItem {
                                                  kCalendarFamilyAsymmetries[1]};
 };
 
+// A contact whose XUID is expected with the wrong report, one that does not
+// declare reports at all, and an e-mail that expects its plain-byte priority
+// level to pass unreported.
+struct MisreportedContact : ContactItem {
+    static constexpr Diagnostic kWrong[] = {{2, ""}};
+    static constexpr Op<A> kOps[] = {{"XUID", Single<&A::XUID>,
+                                      [](A& t, OpArgs& a) {
+                                          a.Text();
+                                          return t.XUID(nullptr);
+                                      },
+                                      0, Reported(kWrong)}};
+};
+struct ContactWithoutReports : ContactItem {
+    static constexpr Asymmetry kAsymmetries[] = {ContactItem::kAsymmetries[0]};
+};
+struct EmailTakingPriorityLevel : EmailItem {
+    static constexpr Op<A> kOps[] = {{"PriorityLevel", [](A& t, OpArgs& a) {
+                                          return t.Priority(static_cast<unsigned char>(a.Number()));
+                                      }}};
+};
+
 TEST(FuzzRegressions, ItemRoundTripsSeeMismatches) {
     // Instance 1, operation 0 with the text "abc".
     const unsigned char ops[] = {0, 1, 0, 3, 'a', 'b', 'c'};
+    // Instance 1, operation 0 with an absent text (or the number 0: its last
+    // four bytes are missing).
+    const unsigned char absent[] = {0, 1, 0, 0xF0};
+    // The contact's XUID and Handle, the e-mail's priority level.
+    const unsigned char xuid[] = {0, 1, 24, 1, 'x'};
+    const unsigned char handle[] = {0, 1, 26, 1, 'h', 22, 1, 'u'};
+    const unsigned char level[] = {0, 1, 19, 5, 21, 0};
     struct Case {
         ItemCheck check;
+        const unsigned char* data;
         std::size_t size;
         const char* fault;
     };
     const Case cases[] = {
-        {CheckItemRoundTrip<MislabelledSms>, sizeof ops,
+        {CheckItemRoundTrip<MislabelledSms>, ops, sizeof ops,
          "call 1 written as Body('abc'|) read as Subject('abc'|)"},
-        {CheckItemRoundTrip<UndeclaredSms>, sizeof ops,
+        {CheckItemRoundTrip<UndeclaredSms>, ops, sizeof ops,
          "an operation uses an asymmetry its item does not declare"},
-        {CheckItemRoundTrip<EventWithoutEmptyRule>, 2,
+        {CheckItemRoundTrip<EventWithoutEmptyRule>, ops, 2,
          "call 1 written as End() read as Trace(2|'NodeEnd(): [state ParsingStatePropertyContext] "
          "Unexpected typeId: 103  Expected: -1 (current property)'|)"},
-        {kSmsRoundTrip, sizeof ops, nullptr},
-        {kEventRoundTrip, 2, nullptr},
+        {CheckItemRoundTrip<MisreportedContact>, absent, sizeof absent,
+         "call 1 written as Trace(2|''|) read as Trace(6|''|)"},
+        {CheckItemRoundTrip<ContactWithoutReports>, xuid, sizeof xuid,
+         "an operation uses an asymmetry its item does not declare"},
+        {CheckItemRoundTrip<EmailTakingPriorityLevel>, absent, sizeof absent,
+         "call 1 written as PriorityLevel(0|) read as Trace(2|'Unexpected UInt8 with type ID = "
+         "623'|)"},
+        {kSmsRoundTrip, ops, sizeof ops, nullptr},
+        {kEventRoundTrip, ops, 2, nullptr},
+        {kContactRoundTrip, xuid, sizeof xuid, nullptr},
+        {kContactRoundTrip, handle, sizeof handle, nullptr},
+        {kEmailRoundTrip, level, sizeof level, nullptr},
     };
     for (const Case& c : cases) {
-        const char* fault = c.check(ops, c.size);
+        const char* fault = c.check(c.data, c.size);
         EXPECT_STREQ(fault, c.fault);
     }
 }

@@ -37,7 +37,9 @@ TEST(Utf8, StrictRfc3629) {
         // Long texts go through the block and word paths; faults sit at every
         // place those paths treat differently.
         {"0123456789abcdef0123456789", true, "0123456789abcdef0123456789"},
-        {"0123456789abcdef\x80" "123456789", false, "0123456789abcdef?123456789"},
+        {"0123456789abcdef\x80"
+         "123456789",
+         false, "0123456789abcdef?123456789"},
         {"01234567\xFF", false, "01234567?"},
         {"0123456789\xE2\x82", false, "0123456789??"},
         {"0123456789abcdef\xC3\xA9tail", true, "0123456789abcdef\xC3\xA9tail"},
@@ -51,6 +53,26 @@ TEST(Utf8, StrictRfc3629) {
         EXPECT_NE(Velmor_UTF8_rfc3629_check_string(text.c_str(), n, 0), 0);
     }
     EXPECT_EQ(Velmor_UTF8_rfc3629_purge_string(nullptr, 3, '?'), 0);
+}
+
+// The check decides short texts, words and blocks by different paths; a lone
+// invalid byte or a valid two-byte sequence at every position of every length
+// up to three blocks must be judged the same by all of them.
+TEST(Utf8, EveryPositionOfEveryLength) {
+    for (unsigned int length = 1; length <= 48; ++length) {
+        for (unsigned int at = 0; at < length; ++at) {
+            std::string text(length, 'a');
+            text[at] = '\xFF';
+            EXPECT_EQ(Velmor_UTF8_rfc3629_check_string(text.data(), length, 0), 0)
+                << length << " " << at;
+            if (at + 1 < length) {
+                text[at] = '\xC3';
+                text[at + 1] = '\xA9';
+                EXPECT_NE(Velmor_UTF8_rfc3629_check_string(text.data(), length, 0), 0)
+                    << length << " " << at;
+            }
+        }
+    }
 }
 
 TEST(DateAndTime, ICalendarTextBothWays) {

@@ -10,17 +10,23 @@
 namespace ParserCreatorCollection {
 
 // Builds one TLV stream from nested NodeBegin / leaf / NodeEnd calls. Nothing
-// is written until GetData: the calls build a tree of element objects, with
-// nesting checked as they come (a NodeEnd must name the innermost open node).
+// is output until GetData: the calls build the stream's elements (each leaf's
+// value copied as it is added), with nesting checked as they come (a NodeEnd
+// must name the innermost open node).
 //
-// Every call answers false when it had no effect; the tree is then as it was.
-// GetData writes the whole tree, frees it and hands out the bytes, which stay
-// owned by the creator until the next GetData, Reset or its destruction.
+// Every call answers false when it had no effect; the elements are then as
+// they were. GetData writes them all, forgets them and hands out the bytes,
+// which stay owned by the creator until the next GetData, Reset or its
+// destruction.
 //
 // Limits: a single value of MaxValueLength + 1 bytes or more is refused by its
 // leaf call (level-3 trace), and GetData refuses (level-3 trace, tree kept) a
 // top-level node whose content would reach that size: the length field cannot
 // say it, and an older writer looped forever on such lengths.
+//
+// Memory: the staging of one stream (about its size again, plus a small
+// record per node) is kept across GetData and Reset for the next stream and
+// freed with the creator.
 class PIMTLV_API CTLVCreator : private ITLV {
   public:
     CTLVCreator();

@@ -9,15 +9,13 @@
 namespace ParserCreatorCollection {
 
 class CTLVObjNode;
-class CTLVElementFactory;  // the creator's arena-backed maker of elements
 
 // One element of a stream waiting to be written: it knows its class, its type
 // ID, its value length and how to write itself. A tree of them is built once,
 // written once (writing consumes it) and then gone.
 //
-// Elements made by a CTLVCreator live in that creator's arena; elements made
-// by a caller with new are owned by whoever holds them, and by the node once
-// handed to CTLVObjNode::Add.
+// An element is owned by whoever holds it, and by the node once handed to
+// CTLVObjNode::Add.
 class PIMTLV_API CTLVObject {
   public:
     explicit CTLVObject(const unsigned int& typeId) noexcept : m_typeId(typeId) {}
@@ -41,7 +39,15 @@ class PIMTLV_API CTLVObject {
 
     // Writes the shortest length field for length into out (at most 5 bytes;
     // null out only measures) and returns its size.
-    static unsigned int WriteLengthField(const unsigned int& length, unsigned char* out) noexcept;
+    static unsigned int WriteLengthField(const unsigned int& length, unsigned char* out) noexcept {
+        if (length < 0x80) {  // the short form, by far the most common
+            if (out != nullptr) out[0] = static_cast<unsigned char>(length);
+            return 1;
+        }
+        return WriteLongLengthField(length, out);
+    }
+    // REQUIRES: length >= 0x80.
+    static unsigned int WriteLongLengthField(unsigned int length, unsigned char* out) noexcept;
     // Host order to wire order (big-endian), asking the platform for the host's.
     static unsigned short HostToTLV16(const unsigned short& value) noexcept;
     static unsigned int HostToTLV32(const unsigned int& value) noexcept;
@@ -63,18 +69,15 @@ class PIMTLV_API CTLVObject {
 
   private:
     friend class CTLVObjNode;
-    friend class CTLVElementFactory;
     // Writes the whole element at out (room for GetLength() bytes), consuming
     // nodes; returns the position after it.
     unsigned char* Encode(unsigned char* out);
     unsigned char* EncodeHeader(unsigned char* out, unsigned int valueLength) const noexcept;
-    // Ends an element's life: destroys it in place if it lives in an arena,
-    // deletes it otherwise. Never recurses into nested nodes.
+    // Deletes an element. Never recurses into nested nodes.
     static void Dispose(CTLVObject* object) noexcept;
 
     unsigned int m_typeId;
     CTLVObject* m_next = nullptr;  // next sibling in the parent's child list
-    bool m_inArena = false;        // storage belongs to a creator's arena
     // Set by each element class: the walks over a tree ask these for every
     // element, so they are plain fields rather than virtual GetClass calls.
     bool m_isNode = false;
@@ -110,7 +113,6 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
 
   private:
     friend class CTLVObject;
-    friend class CTLVElementFactory;
     void Append(CTLVObject* child) noexcept;
     // REQUIRES: size is the child's total encoded size.
     void Append(CTLVObject* child, unsigned long long size) noexcept;
@@ -173,12 +175,6 @@ class PIMTLV_API CTLVObjString : public CTLVObject {
     unsigned char* EncodeValue(unsigned char* out) override;
 
   private:
-    friend class CTLVElementFactory;
-    struct ArenaText {};
-    // Refers to text already copied into a creator's arena.
-    CTLVObjString(const unsigned int& typeId, const char* arenaText, unsigned int length,
-                  ArenaText) noexcept;
-
     PAL::CString m_owned;
     const char* m_text;
     unsigned int m_textLength;
@@ -196,11 +192,6 @@ class PIMTLV_API CTLVObjByteStream : public CTLVObject {
     unsigned char* EncodeValue(unsigned char* out) override;
 
   private:
-    friend class CTLVElementFactory;
-    struct ArenaBytes {};
-    CTLVObjByteStream(const unsigned int& typeId, const unsigned char* arenaBytes,
-                      unsigned int length, ArenaBytes) noexcept;
-
     PAL::CBuffer m_owned;
     const unsigned char* m_bytes;
     unsigned int m_count;

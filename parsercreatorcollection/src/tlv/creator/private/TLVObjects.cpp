@@ -35,11 +35,7 @@ const char* ClassDisplayName(unsigned int elementClass) noexcept {
 
 CTLVObject::~CTLVObject() = default;
 
-unsigned int CTLVObject::WriteLengthField(const unsigned int& length, unsigned char* out) noexcept {
-    if (length < 0x80) {
-        if (out != nullptr) out[0] = static_cast<unsigned char>(length);
-        return 1;
-    }
+unsigned int CTLVObject::WriteLongLengthField(unsigned int length, unsigned char* out) noexcept {
     unsigned int n = 1;
     while (n < 4 && (length >> (8 * n)) != 0) ++n;
     if (out != nullptr) {
@@ -114,11 +110,7 @@ bool CTLVObject::WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) {
 void CTLVObject::Dispose(CTLVObject* object) noexcept {
     if (object == nullptr) return;
     if (object->m_isNode) static_cast<CTLVObjNode*>(object)->DisposeChildren();
-    if (object->m_inArena) {
-        object->~CTLVObject();
-    } else {
-        delete object;
-    }
+    delete object;
 }
 
 // ---- CTLVObjNode --------------------------------------------------------------
@@ -247,18 +239,11 @@ CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* text)
     SetClass(String);
 }
 
-CTLVObjString::CTLVObjString(const unsigned int& typeId, const char* arenaText, unsigned int length,
-                             ArenaText) noexcept
-    : CTLVObject(typeId), m_text(arenaText), m_textLength(length) {
-    SetClass(String);
-}
-
 unsigned char* CTLVObjString::EncodeValue(unsigned char* out) {
     if (m_textLength != 0) std::memcpy(out, m_text, m_textLength);
     out[m_textLength] = 0;
     out += m_textLength + 1;
     // Written once: the text is released before the node deletes the leaf.
-    // Texts in a creator's arena go with the arena instead.
     if (!m_owned.isEmpty()) m_owned.clear();
     m_text = m_owned.c_str();
     m_textLength = 0;
@@ -275,12 +260,6 @@ CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const void* dat
         m_bytes = m_owned.getData();
         m_count = length;
     }
-}
-
-CTLVObjByteStream::CTLVObjByteStream(const unsigned int& typeId, const unsigned char* arenaBytes,
-                                     unsigned int length, ArenaBytes) noexcept
-    : CTLVObject(typeId), m_bytes(arenaBytes), m_count(length) {
-    SetClass(ByteStream);
 }
 
 unsigned char* CTLVObjByteStream::EncodeValue(unsigned char* out) {
