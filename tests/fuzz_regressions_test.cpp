@@ -14,6 +14,9 @@
 #include "fuzz/ItemRoundTripChecks.h"
 #include "fuzz/TlvRoundTrip.h"
 #include "fuzz/TlvWalkCheck.h"
+#ifdef PIMTLV_REPLAY_TOOL
+#include "fuzz/ToolEncodeCheck.h"
+#endif
 
 namespace {
 
@@ -94,6 +97,9 @@ constexpr Target kTargets[] = {
     {"task_roundtrip", ReplayItem<kTaskRoundTrip>, false},
     {"note_roundtrip", ReplayItem<kNoteRoundTrip>, false},
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
+#ifdef PIMTLV_REPLAY_TOOL
+    {"tool_encode", ReplayItem<CheckToolEncode>, false},
+#endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};
 
@@ -284,5 +290,41 @@ TEST(FuzzRegressions, ItemChecksHoldOnFixedInputs) {
         }
     }
 }
+
+#ifdef PIMTLV_REPLAY_TOOL
+// The tool's check holds the shipped samples to all it can: a narrower table
+// of asymmetries or a wrong reading of a document's shape would let every
+// stream pass unseen.
+TEST(FuzzRegressions, ToolEncodeCheckGoesAsFarAsEachSeedAllows) {
+    struct Case {
+        const char* file;
+        Reached reached;
+    };
+    const Case cases[] = {
+        {"corpus/tool_encode/sample-task.json", Reached::SameBytes},
+        {"corpus/tool_encode/sample-note.json", Reached::SameBytes},
+        {"corpus/tool_encode/sample-email.json", Reached::SameBytes},
+        {"corpus/tool_encode/sample-im.json", Reached::SameBytes},
+        {"corpus/tool_encode/sample-calllist.json", Reached::SameBytes},
+        {"corpus/tool_encode/sample-event.json", Reached::Read},  // SendStatus
+        {"corpus/tool_encode/sample-contact.json", Reached::Read},
+        {"corpus/tool_encode/sample-sms.json", Reached::Read},
+        {"regressions/tool_encode/empty-event.json", Reached::Read},
+        {"regressions/tool_encode/unpaired-entity-email.json", Reached::Stream},
+        {"regressions/tool_encode/refused-begin-calllist.json", Reached::Stream},
+        {"regressions/tool_encode/empty-stream.json", Reached::Stream},
+        {"regressions/tool_encode/empty-item.json", Reached::Refused},
+        {"corpus/tool_encode/wrong-types.json", Reached::Refused},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        const std::vector<unsigned char> bytes = Read(kFuzzDir / c.file);
+        ASSERT_FALSE(bytes.empty());
+        Reached reached = Reached::Refused;
+        EXPECT_EQ(CheckToolEncodeReaching(bytes.data(), bytes.size(), reached), nullptr);
+        EXPECT_EQ(static_cast<int>(reached), static_cast<int>(c.reached));
+    }
+}
+#endif
 
 }  // namespace

@@ -15,14 +15,19 @@ Bytes LoadStream(const Options& options) {
     return Bytes(raw.begin(), raw.end());
 }
 
+const Kind& NamedKind(const std::string& name) {
+    const Kind* kind = FindKind(name);
+    if (kind == nullptr) {
+        throw UsageError("unknown item '" + name + "' (expected one of " + KindNames() + ")");
+    }
+    return *kind;
+}
+
+// --item; empty: none forced (unlike a document's or ops' item, where an
+// empty name is just an unknown one).
 const Kind* ForcedKind(const Options& options) {
     if (options.item.empty()) return nullptr;
-    const Kind* kind = FindKind(options.item);
-    if (kind == nullptr) {
-        throw UsageError("unknown item '" + options.item + "' (expected one of " + KindNames() +
-                         ")");
-    }
-    return kind;
+    return &NamedKind(options.item);
 }
 
 const ItemAdapter* AdapterFor(const Kind& kind) {
@@ -165,7 +170,10 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
 }
 
 int Decode(const Options& options, std::ostream& out, std::ostream& err) {
-    const Bytes data = LoadStream(options);
+    return DecodeStream(options, LoadStream(options), out, err);
+}
+
+int DecodeStream(const Options& options, const Bytes& data, std::ostream& out, std::ostream& err) {
     const Decoded d = RunDecode(options, data, options.trace, err);
     out << DocumentText(d.document);
     return d.failed ? kExitProblem : 0;
@@ -192,8 +200,8 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
     return d.failed || !diagnostics.empty() ? kExitProblem : 0;
 }
 
-int Encode(const Options& options, std::ostream& err) {
-    const Json document = ParseJson(ReadInput(options.input));
+Encoded EncodeDocument(const std::string& text) {
+    const Json document = ParseJson(text);
     if (!document.is_object()) throw UsageError("the JSON document must be an object");
     for (const auto& entry : document.items()) {
         const std::string& key = entry.key();
@@ -204,12 +212,18 @@ int Encode(const Options& options, std::ostream& err) {
     if (!document.contains("item") || !document["item"].is_string()) {
         throw UsageError("the JSON document needs \"item\" (one of " + KindNames() + ")");
     }
-    Options named = options;
-    named.item = document["item"].get<std::string>();
-    const ItemAdapter* adapter = AdapterFor(*ForcedKind(named));
+    const ItemAdapter* adapter = AdapterFor(NamedKind(document["item"].get<std::string>()));
     if (!document.contains("calls")) throw UsageError("the JSON document needs \"calls\"");
-    std::vector<std::string> refused;
-    const Bytes bytes = adapter->encode(adapter->ops, document["calls"], refused);
+    Encoded encoded;
+    encoded.item = adapter->kind;
+    encoded.bytes = adapter->encode(adapter->ops, document["calls"], encoded.refused);
+    return encoded;
+}
+
+int Encode(const Options& options, std::ostream& err) {
+    const Encoded encoded = EncodeDocument(ReadInput(options.input));
+    const Bytes& bytes = encoded.bytes;
+    const std::vector<std::string>& refused = encoded.refused;
     for (const std::string& r : refused) err << "warning: the creator refused " << r << '\n';
     std::string text;
     if (options.hex) {
@@ -226,9 +240,7 @@ int Encode(const Options& options, std::ostream& err) {
 namespace pimtlv_tool {
 
 int ListOps(const std::string& item, std::ostream& out) {
-    Options named;
-    named.item = item;
-    for (const OpEntry& op : AdapterFor(*ForcedKind(named))->ops) {
+    for (const OpEntry& op : AdapterFor(NamedKind(item))->ops) {
         std::string line = std::string(op.name) + "(";
         bool first = true;
         for (const char* arg : op.args) {

@@ -3,6 +3,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "Items.h"
 
@@ -22,6 +23,20 @@ struct Options {
 int Dump(const Options& options, std::ostream& out, std::ostream& err);
 int Decode(const Options& options, std::ostream& out, std::ostream& err);
 int Encode(const Options& options, std::ostream& err);
+
+// Decode of a stream already read.
+int DecodeStream(const Options& options, const Bytes& data, std::ostream& out, std::ostream& err);
+
+// What encode makes of a JSON document's text: the item named and the stream
+// its creator wrote, with the calls the creator refused. Throws UsageError
+// for a document the tool cannot use, and when the creator cannot finish the
+// stream.
+struct Encoded {
+    std::string item;
+    Bytes bytes;
+    std::vector<std::string> refused;
+};
+Encoded EncodeDocument(const std::string& text);
 int Check(const Options& options, std::ostream& out, std::ostream& err);
 int ListOps(const std::string& item, std::ostream& out);
 

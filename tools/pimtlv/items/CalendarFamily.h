@@ -166,7 +166,9 @@ class EventTaskRecorder : public CalendarCommonRecorder<R> {
 constexpr const char* kCalendarAsymmetries =
     "InstanceName is read but never written (the creator refuses it); a status "
     "sent as a one-byte code comes back as its text; 1008 date-times and "
-    "date-times without the final Z are written back as 1007 UTC texts.";
+    "date-times without the final Z are written back as 1007 UTC texts; an item "
+    "without properties comes back without its End (the parser reports its "
+    "closing nodes).";
 
 }  // namespace pimtlv_tool
 
