@@ -169,3 +169,100 @@ TEST(Parser, ParsesAgainFromTheStart) {
     EXPECT_TRUE(parser.Parse(bytes.data(), 22, errorText, consumed));
     EXPECT_EQ(recorder.events.size(), 16u);
 }
+
+// The reading helpers a derived parser may use for reads of its own; the walk
+// does not go through them, so they are checked here, each from a fresh
+// position 0 over the given bytes: what it read and where it left the position.
+class HelperParser : public CTLVParser {
+  public:
+    explicit HelperParser(ITLV& target) : CTLVParser(target) {}
+    // Points the helpers at a copy of bytes, as Parse does, with the
+    // position at 0.
+    void Over(const Bytes& bytes) {
+        m_bytes = bytes;
+        m_bytes.push_back(0);  // never an empty vector; not counted
+        const char* error = nullptr;
+        unsigned int consumed = 0;
+        Parse(m_bytes.data(), static_cast<unsigned int>(bytes.size()), error, consumed);
+        m_position = 0;
+    }
+    using CTLVParser::m_position;
+    using CTLVParser::parseTL;
+    using CTLVParser::readL;
+    using CTLVParser::readU16;
+    using CTLVParser::readU32;
+    using CTLVParser::readU8;
+
+  private:
+    Bytes m_bytes;
+};
+
+TEST(ParserHelpers, LengthFieldsAndHeaders) {
+    struct Case {
+        const char* hex;
+        bool ok;
+        unsigned int length;
+        unsigned int fieldSize;
+    } const lengths[] = {
+        {"05", true, 5, 1},
+        {"7F", true, 127, 1},
+        {"81 80", true, 128, 2},
+        {"82 01 00", true, 256, 3},
+        {"84 00 FF FF FF", true, 0xFFFFFF, 5},
+        {"85 01 02 03 04 05", true, 0x02030405, 6},  // the fifth byte's shift wraps
+        {"80", false, 0, 0},
+        {"82 01", false, 0, 0},
+        {"", false, 0, 0},
+    };
+    TlvRecorder recorder;
+    HelperParser p(recorder);
+    for (const Case& c : lengths) {
+        p.Over(FromHex(c.hex));
+        unsigned int length = 0;
+        unsigned int fieldSize = 0;
+        EXPECT_EQ(p.readL(length, fieldSize), c.ok) << c.hex;
+        EXPECT_EQ(p.m_position, c.fieldSize) << c.hex;
+        if (c.ok) {
+            EXPECT_EQ(length, c.length) << c.hex;
+            EXPECT_EQ(fieldSize, c.fieldSize) << c.hex;
+        }
+    }
+    eClass elementClass = Int8;
+    unsigned int typeId = 0;
+    unsigned int headerSize = 0;
+    unsigned int length = 0;
+    p.Over(FromHex("80 01 81 CD"));
+    EXPECT_TRUE(p.parseTL(elementClass, typeId, headerSize, length));
+    EXPECT_EQ(elementClass, Node);
+    EXPECT_EQ(typeId, 1u);
+    EXPECT_EQ(headerSize, 4u);
+    EXPECT_EQ(length, 205u);
+    for (const char* broken : {"20", "20 07", "20 07 80", "20 07 82 00"}) {
+        p.Over(FromHex(broken));
+        EXPECT_FALSE(p.parseTL(elementClass, typeId, headerSize, length)) << broken;
+        EXPECT_EQ(p.m_position, 0u) << broken;  // back at the element's first byte
+    }
+}
+
+TEST(ParserHelpers, FixedSizeReadsNeedTheirExactSize) {
+    TlvRecorder recorder;
+    HelperParser p(recorder);
+    const Bytes bytes = FromHex("12 34 56 78");
+    unsigned char u8 = 0;
+    unsigned short u16 = 0;
+    unsigned int u32 = 0;
+    p.Over(bytes);
+    EXPECT_FALSE(p.readU8(2, u8));
+    EXPECT_FALSE(p.readU16(1, u16));
+    EXPECT_FALSE(p.readU32(2, u32));
+    EXPECT_EQ(p.m_position, 0u);
+    EXPECT_TRUE(p.readU32(4, u32));
+    EXPECT_EQ(u32, 0x12345678u);
+    EXPECT_FALSE(p.readU8(1, u8));  // nothing left
+    p.Over(bytes);
+    EXPECT_TRUE(p.readU8(1, u8) && p.readU16(2, u16));
+    EXPECT_EQ(u8, 0x12);
+    EXPECT_EQ(u16, 0x3456);
+    EXPECT_FALSE(p.readU16(2, u16));  // one byte left
+    EXPECT_EQ(p.m_position, 3u);
+}
