@@ -24,9 +24,10 @@ namespace ParserCreatorCollection {
 // top-level node whose content would reach that size: the length field cannot
 // say it, and an older writer looped forever on such lengths.
 //
-// Memory: the staging of one stream (about its size again, plus a small
-// record per node) is kept across GetData and Reset for the next stream and
-// freed with the creator.
+// Memory: two buffers of about the largest stream written so far (the one
+// being built and the last one handed out) and a small record per node are
+// kept across GetData and Reset for the next stream, and freed with the
+// creator.
 class PIMTLV_API CTLVCreator final : private ITLV {
   public:
     CTLVCreator();
