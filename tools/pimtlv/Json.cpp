@@ -37,6 +37,12 @@ Json Codec<PAL::CDateAndTime>::ToJson(const PAL::CDateAndTime& v) {
 }
 
 void Codec<PAL::CDateAndTime>::FromJson(const Json& j, Holder& h, const ArgPlace& place) {
+    // An absent date-time argument is the unset (all-zero) value, which is
+    // written and decoded as this text: it must read back as itself.
+    if (j.is_string() && j.get<std::string>() == ToJson(PAL::CDateAndTime()).get<std::string>()) {
+        h.value = PAL::CDateAndTime();
+        return;
+    }
     if (!j.is_string() || !PAL::DateAndTimeUtilities::FromString(
                               h.value, j.get<std::string>().c_str(),
                               PAL::DateAndTimeUtilities::eDateTimeFormatICalendar)) {
