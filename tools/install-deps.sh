@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, whatever this machine lacks to build and
-# test pimtlv. Quiet and quick when everything is already there.
+# test pimtlv, the bridges' format libraries included. Quiet and quick when
+# everything is already there.
 set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev
-          nlohmann-json3-dev libcli11-dev)
+          nlohmann-json3-dev libcli11-dev
+          pkg-config libical-dev libgmime-3.0-dev)
 # Optional: the benchmarks compare against Protocol Buffers when present.
 if [ "${PIMTLV_WITH_PROTOBUF:-0}" = 1 ]; then
   packages+=(libprotobuf-dev protobuf-compiler)

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Bridges.h"
 #include "Commands.h"
 
 namespace {
@@ -89,11 +90,31 @@ int Run(int argc, char** argv) {
     CLI::App* ops = app.add_subcommand("ops", "List an item's operations and argument names.");
     ops->add_option("item", opsItem, "the item kind")->required();
 
+    BridgeOptions bridge;
+    CLI::App* import = app.add_subcommand(
+        "import", "Turn iCalendar, vCard or MIME text into item streams, one after another.");
+    import->add_option("file", bridge.input, "the text (\"-\" or none: standard input)");
+    import->add_option("-o,--output", bridge.output,
+                       "output file (\"-\" or none: standard output)");
+    import->add_option("--from", bridge.format,
+                       "the text's format, instead of telling it from the name or the content (" +
+                           FormatNames() + ")");
+    import->add_flag("--strict", bridge.strict,
+                     "anything the items cannot carry is an error: exit 1, nothing written");
+
+    CLI::App* exportCmd = app.add_subcommand(
+        "export", "Turn a file of item streams into iCalendar, vCard or MIME text.");
+    exportCmd->add_option("file", bridge.input, "the item streams (\"-\" or none: standard input)");
+    exportCmd->add_option("-o,--output", bridge.output,
+                          "output file (\"-\" or none: standard output)");
+    exportCmd->add_option("--to", bridge.format, "the text format (" + FormatNames() + ")")
+        ->required();
+
     if (argc > 1 && argv[1][0] != '-' &&
         app.get_subcommands([&argv](const CLI::App* c) { return c->get_name() == argv[1]; })
             .empty()) {
         std::cerr << "error: unknown command '" << argv[1]
-                  << "' (expected dump, decode, encode, check or ops)\n";
+                  << "' (expected dump, decode, encode, check, ops, import or export)\n";
         return kExitUsage;
     }
 
@@ -114,6 +135,8 @@ int Run(int argc, char** argv) {
     if (decode->parsed()) return Decode(options, std::cout, std::cerr);
     if (encode->parsed()) return Encode(options, std::cerr);
     if (ops->parsed()) return ListOps(opsItem, std::cout);
+    if (import->parsed()) return Import(bridge, std::cerr);
+    if (exportCmd->parsed()) return Export(bridge, std::cerr);
     return Check(options, std::cout, std::cerr);
 }
 

@@ -1,0 +1,85 @@
+#ifndef PIMTLV_BRIDGES_COMMON_BRIDGE_H
+#define PIMTLV_BRIDGES_COMMON_BRIDGE_H
+
+// What every bridge between a text format (iCalendar, vCard, MIME) and the
+// item codecs hands back: the item streams an import wrote with what each
+// item could not carry, and the text an export wrote with what the item
+// parsers said on the way. Nothing is dropped silently: whatever a bridge
+// could not place is named in the result.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#if defined(__GNUC__) || defined(__clang__)
+#define PIMTLV_BRIDGE_API __attribute__((visibility("default")))
+#else
+#define PIMTLV_BRIDGE_API
+#endif
+
+namespace PimBridge {
+
+// Something of the input that did not reach the output: a property, a
+// parameter, a component or a header field, by the name it has in the text
+// format ("RRULE", "VALARM", "X-WR-CALNAME", "TEL;PREF", "Received").
+struct Loss {
+    std::string name;
+    unsigned int count = 0;  // how often in this item
+    unsigned int line = 0;   // first occurrence, 1-based line of the input; 0 when none applies
+};
+
+// One item an import wrote.
+struct ImportedItem {
+    std::string kind;          // the tool's item names: "event", "task", "note", "contact", "email"
+    std::size_t offset = 0;    // where its stream starts in ImportResult::streams
+    std::size_t size = 0;      // its stream's size
+    unsigned int line = 0;     // where the item starts in the input, 1-based
+    std::vector<Loss> losses;  // in order of first occurrence
+};
+
+struct ImportResult {
+    bool ok = false;
+    // When !ok: why, in one line, and the 1-based line of the input it
+    // concerns (0 when it concerns no line). Items written before the fault
+    // stay in streams and items.
+    std::string error;
+    unsigned int errorLine = 0;
+    std::vector<std::uint8_t> streams;  // the items' streams, one after another
+    std::vector<ImportedItem> items;    // in input order
+
+    bool HasLoss() const {
+        for (const ImportedItem& item : items) {
+            if (!item.losses.empty()) return true;
+        }
+        return false;
+    }
+};
+
+// A TraceMessage of an item parser other than its code-0 trace lines.
+struct Diagnostic {
+    int code = 0;
+    std::string text;
+};
+
+// One item an export read.
+struct ExportedItem {
+    std::string kind;
+    std::size_t offset = 0;               // where its stream starts in the input
+    bool malformed = false;               // its parser stopped early (false result)
+    std::vector<Diagnostic> diagnostics;  // what its parser reported, in order
+    std::vector<Loss> losses;             // what the text format has no place for (line 0)
+};
+
+struct ExportResult {
+    bool ok = false;
+    // When !ok: why, in one line (an input that is no sequence of items, an
+    // item the format does not carry). text is then empty.
+    std::string error;
+    std::string text;
+    std::vector<ExportedItem> items;
+};
+
+}  // namespace PimBridge
+
+#endif

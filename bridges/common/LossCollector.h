@@ -1,0 +1,36 @@
+#ifndef PIMTLV_BRIDGES_COMMON_LOSSCOLLECTOR_H
+#define PIMTLV_BRIDGES_COMMON_LOSSCOLLECTOR_H
+
+// Gathers what one item could not carry while a bridge reads it: each name
+// once, with its count and the line of its first occurrence, in the order
+// the names first appeared.
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bridges/common/Bridge.h"
+
+namespace PimBridge {
+
+class LossCollector {
+  public:
+    void Add(const std::string& name, unsigned int line) {
+        for (Loss& loss : losses_) {
+            if (loss.name == name) {
+                ++loss.count;
+                return;
+            }
+        }
+        losses_.push_back(Loss{name, 1, line});
+    }
+    bool Empty() const { return losses_.empty(); }
+    std::vector<Loss> Take() { return std::exchange(losses_, {}); }
+
+  private:
+    std::vector<Loss> losses_;  // few per item: a scan beats a map
+};
+
+}  // namespace PimBridge
+
+#endif

@@ -1,0 +1,143 @@
+#include "Bridges.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+
+#include "Input.h"
+
+namespace pimtlv_tool {
+
+const std::vector<const FormatAdapter*>& Formats() {
+    static const std::vector<const FormatAdapter*> formats = {
+#ifdef PIMTLV_TOOL_BRIDGE_ICAL
+        &kIcsFormat,
+#endif
+#ifdef PIMTLV_TOOL_BRIDGE_VCARD
+        &kVcfFormat,
+#endif
+#ifdef PIMTLV_TOOL_BRIDGE_MIME
+        &kEmlFormat,
+        &kMboxFormat,
+#endif
+    };
+    return formats;
+}
+
+const FormatAdapter* FindFormat(const std::string& name) {
+    for (const FormatAdapter* f : Formats()) {
+        if (name == f->name) return f;
+    }
+    return nullptr;
+}
+
+std::string FormatNames() {
+    std::string names;
+    for (const FormatAdapter* f : Formats())
+        names += (names.empty() ? "" : ", ") + std::string(f->name);
+    return names.empty() ? std::string("none in this build") : names;
+}
+
+namespace {
+
+std::string Lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+std::string Shown(const std::string& path) {
+    return path.empty() || path == "-" ? std::string("<stdin>") : path;
+}
+
+const FormatAdapter* Named(const std::string& name, const char* option) {
+    const FormatAdapter* format = FindFormat(name);
+    if (format == nullptr) {
+        throw UsageError(std::string(option) + ": unknown format '" + name + "' (this build has " +
+                         FormatNames() + ")");
+    }
+    return format;
+}
+
+// --from, else the file's extension, else what the text looks like.
+const FormatAdapter* ImportFormat(const BridgeOptions& options, const std::string& text) {
+    if (!options.format.empty()) return Named(options.format, "--from");
+    const std::string path = Lower(options.input);
+    for (const FormatAdapter* f : Formats()) {
+        for (const char* ext : f->extensions) {
+            const std::string e(ext);
+            if (path.size() > e.size() && path.compare(path.size() - e.size(), e.size(), e) == 0)
+                return f;
+        }
+    }
+    for (const FormatAdapter* f : Formats()) {
+        if (f->importText != nullptr && f->looksLike(text.data(), text.size())) return f;
+    }
+    throw UsageError("cannot tell the format of " + Shown(options.input) +
+                     ": name it with --from (" + FormatNames() + ")");
+}
+
+std::string Times(unsigned int count) {
+    return count > 1 ? " (" + std::to_string(count) + " times)" : std::string();
+}
+
+}  // namespace
+
+int Import(const BridgeOptions& options, std::ostream& err) {
+    const std::string text = ReadInput(options.input);
+    const FormatAdapter* format = ImportFormat(options, text);
+    if (format->importText == nullptr) {
+        throw UsageError(std::string("the ") + format->name + " bridge only writes");
+    }
+    const PimBridge::ImportResult result = format->importText(text.data(), text.size());
+    const std::string where = Shown(options.input);
+    if (!result.ok) {
+        throw UsageError(where + ":" +
+                         (result.errorLine != 0 ? std::to_string(result.errorLine) + ":" : "") +
+                         " " + result.error);
+    }
+    const char* level = options.strict ? "error: " : "warning: ";
+    for (std::size_t i = 0; i < result.items.size(); ++i) {
+        const PimBridge::ImportedItem& item = result.items[i];
+        for (const PimBridge::Loss& loss : item.losses) {
+            err << level << where << ':' << loss.line << ": " << item.kind << ' ' << i + 1 << ": "
+                << loss.name << " not carried" << Times(loss.count) << '\n';
+        }
+    }
+    if (options.strict && result.HasLoss()) return kExitProblem;
+    WriteOutput(options.output, std::string(result.streams.begin(), result.streams.end()));
+    return 0;
+}
+
+int Export(const BridgeOptions& options, std::ostream& err) {
+    const FormatAdapter* format = Named(options.format, "--to");
+    if (format->exportItems == nullptr) {
+        throw UsageError(std::string("the ") + format->name + " bridge only reads");
+    }
+    const std::string raw = ReadInput(options.input);
+    const PimBridge::ExportResult result =
+        format->exportItems(reinterpret_cast<const std::uint8_t*>(raw.data()), raw.size());
+    if (!result.ok) throw UsageError(Shown(options.input) + ": " + result.error);
+    bool reported = false;
+    for (std::size_t i = 0; i < result.items.size(); ++i) {
+        const PimBridge::ExportedItem& item = result.items[i];
+        const std::string who = item.kind + ' ' + std::to_string(i + 1) + " (offset " +
+                                std::to_string(item.offset) + "): ";
+        for (const PimBridge::Diagnostic& d : item.diagnostics) {
+            err << "warning: " << who << "code " << d.code << ": " << d.text << '\n';
+            reported = true;
+        }
+        if (item.malformed) {
+            err << "warning: " << who << "malformed stream, written up to the fault\n";
+            reported = true;
+        }
+        for (const PimBridge::Loss& loss : item.losses) {
+            err << "warning: " << who << loss.name << " has no place in " << format->title
+                << Times(loss.count) << '\n';
+        }
+    }
+    WriteOutput(options.output, result.text);
+    return reported ? kExitProblem : 0;
+}
+
+}  // namespace pimtlv_tool
