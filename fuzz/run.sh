@@ -59,6 +59,20 @@ fuzz_one() {
   for seeds in "fuzz/corpus/$t" "fuzz/regressions/$t"; do
     if [ -d "$seeds" ]; then cp -R "$seeds/." "$corpus/"; fi
   done
+  # The bridges' import targets also start from the real files beside the
+  # project (read at run time, never kept in the repository).
+  local real
+  case "$t" in
+    ical_import) real=ics ;;
+    vcard_import) real=vcf ;;
+    mime_import) real=eml ;;
+    *) real="" ;;
+  esac
+  if [ -n "$real" ]; then
+    for seeds in "$root/../shared/corpora/$real" "$root/../shared/corpora/bad/$real"; do
+      if [ -d "$seeds" ]; then cp "$seeds"/* "$corpus/" 2>/dev/null || true; fi
+    done
+  fi
   local options=(-max_total_time="$seconds" -max_len=8192 -timeout=10 -rss_limit_mb=2048
                  -print_final_stats=1 -artifact_prefix="$artifacts/")
   [ -f "fuzz/$t.dict" ] && options+=(-dict="fuzz/$t.dict")
