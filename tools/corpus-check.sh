@@ -7,7 +7,9 @@
 # Good files (the default): each must import (losses are counted, not
 # failures), give streams that `pimtlv check` finds clean, export, and import
 # again to the very same streams: what the items carry survives the text
-# format's own writer and reader. --bad: each file must end in items or a
+# format's own writer and reader. E-mails (eml, mbox) must also read, in
+# GMime, the same as their export: MIME tree, carried header values, decoded
+# part contents (mime-compare, built beside the tool). --bad: each file must end in items or a
 # clear error (exit status 0, 1 or 2 and no sanitizer report); a crash, a
 # hang (60 s) or a sanitizer report is a failure. Exit status 1 when any file
 # failed.
@@ -20,12 +22,14 @@ while [ $# -gt 0 ]; do
   case "$1" in
     --tool) tool="${2:?--tool needs a path}"; shift 2 ;;
     --bad) bad=1; shift ;;
-    -h|--help) sed -n '2,13p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h|--help) sed -n '2,16p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
     *) dirs+=("$1"); shift ;;
   esac
 done
 [ ${#dirs[@]} -gt 0 ] || { echo "usage: $0 [--tool PATH] [--bad] DIR..." >&2; exit 2; }
 [ -x "$tool" ] || { echo "no tool at $tool (build the release preset, or give --tool)" >&2; exit 2; }
+
+compare="$(dirname "$tool")/mime-compare"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -80,6 +84,12 @@ for dir in "${dirs[@]}"; do
       verdict="FAILED re-import of the export"
     elif ! cmp -s "$work/a.tlv" "$work/c.tlv"; then
       verdict="FAILED round trip: the export imports to other streams"
+    elif [ "$fmt" = eml ] || [ "$fmt" = mbox ]; then
+      if [ ! -x "$compare" ]; then
+        verdict="FAILED: no $compare to compare the MIME trees"
+      elif ! run "$compare" "$f" "$work/b.txt" $([ "$fmt" = mbox ] && echo --mbox) >"$work/compare.out" 2>&1; then
+        verdict="FAILED compare: $(head -n 1 "$work/compare.out" | cut -c1-90)"
+      fi
     fi
     [ "$verdict" = ok ] || failed=$((failed + 1))
     printf '%-60s %-3s %s\n' "$name" "$fmt" "$verdict, $lost lost"
