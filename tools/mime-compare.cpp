@@ -111,15 +111,18 @@ void Content(GMimeObject* object, std::ostream& out, const std::string& indent) 
         out << indent << (inner != nullptr ? "message\n" : "no message\n");
         if (inner != nullptr) Message(inner, out, indent + "  ");
     } else if (GMIME_IS_PART(object)) {
+        // Line breaks of a body sent as lines are compared as LF, the form
+        // GMime writes them in, and those at its end are no difference (GMime
+        // ends a message's body with one; a boundary's CRLF may leave a CR).
+        const GMimeContentEncoding e = g_mime_part_get_content_encoding(GMIME_PART(object));
+        const bool lines = e != GMIME_CONTENT_ENCODING_BASE64 &&
+                           e != GMIME_CONTENT_ENCODING_BINARY &&
+                           e != GMIME_CONTENT_ENCODING_UUENCODE;
         GMimeStream* bytes = g_mime_stream_mem_new();
         GMimeDataWrapper* content = g_mime_part_get_content(GMIME_PART(object));
         if (content != nullptr) {
-            // Line breaks of a body sent as lines are compared as LF, the
-            // form GMime writes them in.
-            const GMimeContentEncoding e = g_mime_part_get_content_encoding(GMIME_PART(object));
             GMimeStream* filtered = g_mime_stream_filter_new(bytes);
-            if (e != GMIME_CONTENT_ENCODING_BASE64 && e != GMIME_CONTENT_ENCODING_BINARY &&
-                e != GMIME_CONTENT_ENCODING_UUENCODE) {
+            if (lines) {
                 GMimeFilter* unix = g_mime_filter_dos2unix_new(FALSE);
                 g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered), unix);
                 g_object_unref(unix);
@@ -129,9 +132,13 @@ void Content(GMimeObject* object, std::ostream& out, const std::string& indent) 
             g_object_unref(filtered);
         }
         GByteArray* array = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(bytes));
+        guint length = array->len;
+        while (lines && length > 0 &&
+               (array->data[length - 1] == '\r' || array->data[length - 1] == '\n'))
+            --length;
         std::uint64_t hash = 14695981039346656037ull;  // FNV-1a
-        for (guint i = 0; i < array->len; ++i) hash = (hash ^ array->data[i]) * 1099511628211ull;
-        out << indent << "content " << array->len << " bytes, hash " << std::hex << hash << std::dec
+        for (guint i = 0; i < length; ++i) hash = (hash ^ array->data[i]) * 1099511628211ull;
+        out << indent << "content " << length << " bytes, hash " << std::hex << hash << std::dec
             << '\n';
         g_object_unref(bytes);
     }

@@ -148,7 +148,7 @@ class Importer {
         // version 1.0, the only one MIME has.
         if (!Headers(GMIME_OBJECT(message), true)) Put(m_creator.MimeVersion("1.0"));
         GMimeObject* part = g_mime_message_get_mime_part(message);
-        if (part != nullptr) Content(part);
+        if (part != nullptr) Content(part, true);
     }
 
     void Address(A::eMailboxFieldType type, InternetAddress* address) {
@@ -213,7 +213,7 @@ class Importer {
     }
 
     // One MIME part: its content fields, then its body or its entities.
-    void Content(GMimeObject* object) {
+    void Content(GMimeObject* object, bool ofMessage) {
         ContentType(g_mime_object_get_content_type(object));
         GMimeContentDisposition* disposition = g_mime_object_get_content_disposition(object);
         if (disposition != nullptr) Disposition(disposition);
@@ -230,7 +230,7 @@ class Importer {
             const int count = g_mime_multipart_get_count(multipart);
             for (int i = 0; i < count && m_ok; ++i) {
                 Put(m_creator.BeginEntity());
-                Content(g_mime_multipart_get_part(multipart, i));
+                Content(g_mime_multipart_get_part(multipart, i), false);
                 Put(m_creator.EndEntity());
             }
         } else if (GMIME_IS_MESSAGE_PART(object)) {
@@ -241,7 +241,7 @@ class Importer {
                 Put(m_creator.EndEntity());
             }
         } else if (GMIME_IS_PART(object)) {
-            Body(GMIME_PART(object));
+            Body(GMIME_PART(object), ofMessage);
         }
     }
 
@@ -292,7 +292,7 @@ class Importer {
     // charset; the encoding it was sent in travels beside it (and as the
     // Content-Transfer-Encoding when the part names one), so export encodes
     // it the same way again.
-    void Body(GMimePart* part) {
+    void Body(GMimePart* part, bool ofMessage) {
         GMimeObject* object = GMIME_OBJECT(part);
         const GMimeContentEncoding encoding = g_mime_part_get_content_encoding(part);
         GMimeHeader* header = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
@@ -325,12 +325,13 @@ class Importer {
         if (content != nullptr) {
             // Sent as lines (7bit, 8bit, quoted-printable), a body's line
             // breaks are the text's, not content: GMime writes them as LF, and
-            // so they travel. base64 and binary bodies travel byte for byte.
+            // so they travel; GMime also ends a message's own body with one.
+            // base64 and binary bodies travel byte for byte.
             const bool lines =
                 bodyEncoding != A::eBodyEncodingBase64 && bodyEncoding != A::eBodyEncodingBinary;
             Ref<GMimeStream> filtered(g_mime_stream_filter_new(decoded.get()));
             if (lines) {
-                Ref<GMimeFilter> unix(g_mime_filter_dos2unix_new(FALSE));
+                Ref<GMimeFilter> unix(g_mime_filter_dos2unix_new(ofMessage));
                 g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), unix.get());
             }
             g_mime_data_wrapper_write_to_stream(content, filtered.get());
