@@ -376,14 +376,15 @@ void Write(GMimeMessage* message, bool mbox, GMimeStream* out) {
         g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
         return;
     }
-    const std::string from = MboxFromLine(message);
+    // A blank line before each separator but the first: GMime's reader
+    // takes it for the separator's, and the last message's own end stays its.
+    const std::string from = (g_mime_stream_tell(out) > 0 ? "\n" : "") + MboxFromLine(message);
     g_mime_stream_write(out, from.data(), from.size());
     Ref<GMimeStream> filtered(g_mime_stream_filter_new(out));
     Ref<GMimeFilter> escape(g_mime_filter_from_new(GMIME_FILTER_FROM_MODE_ESCAPE));
     g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), escape.get());
     g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, filtered.get());
     g_mime_stream_flush(filtered.get());
-    g_mime_stream_write(out, "\n", 1);
 }
 
 // Message items share root node 2 and differ by their component node, which
