@@ -63,11 +63,22 @@ struct Entity {
     std::vector<std::unique_ptr<Entity>> children;
 };
 
+// A value GMime writes into a header as it is. A line break in it would end
+// the field and start another of the stream's choosing; a blank takes its
+// place.
+std::string OneLine(const char* text) {
+    std::string line = text != nullptr ? text : "";
+    for (char& c : line) {
+        if (c == '\r' || c == '\n') c = ' ';
+    }
+    return line;
+}
+
 // A token of one of our members, or the extension member's own token.
 const char* TokenOr(const TokenTable& table, unsigned int member, const char* token,
                     std::string& keep) {
     if (member != 1) return table.TokenOf(member);
-    keep = token != nullptr ? token : "";
+    keep = OneLine(token);
     return keep.c_str();
 }
 
@@ -168,7 +179,7 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         const char* n = name == 1 ? nameToken : kContentParamNames.TokenOf(name);
         const char* v = value == 1 ? valueToken : ContentParamValueToken(value);
         if (n == nullptr || v == nullptr) return Lose("ContentTypeParam");
-        m_current->params.push_back(Param{n, v});
+        m_current->params.push_back(Param{OneLine(n), OneLine(v)});
         return true;
     }
     bool ContentDispositionTypeParam(const eContentDispositionParamName& name, const char* value,
@@ -176,7 +187,7 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         if (m_current == nullptr) return true;
         const char* n = name == 1 ? nameToken : kDispositionParams.TokenOf(name);
         if (n == nullptr) return Lose("ContentDispositionTypeParam");
-        m_current->dispositionParams.push_back(Param{n, value != nullptr ? value : ""});
+        m_current->dispositionParams.push_back(Param{OneLine(n), OneLine(value)});
         return true;
     }
     bool Mailbox(const eMailboxFieldType& field, const char* name, const char* address) override {
@@ -210,7 +221,10 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         return true;
     }
     bool Text(bool (A::*op)(const char*), const char* text) {
-        if (m_current != nullptr) m_current->texts.emplace_back(TextFieldOf(op), text ? text : "");
+        if (m_current == nullptr) return true;
+        const TextField* field = TextFieldOf(op);
+        m_current->texts.emplace_back(
+            field, field->unstructured ? std::string(text ? text : "") : OneLine(text));
         return true;
     }
     static ::PimBridge::Mailbox Copy(unsigned int field, const char* name, const char* address) {
@@ -218,7 +232,7 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         m.field = field;
         m.named = name != nullptr;
         m.name = name != nullptr ? name : "";
-        m.address = address != nullptr ? address : "";
+        m.address = OneLine(address);
         return m;
     }
 

@@ -255,19 +255,15 @@ class Importer {
         const auto subtypeMember = static_cast<A::eContentSubtype>(
             kContentSubtypes.MemberOf(subtype, A::eContentSubtypeExtension));
         Put(m_creator.ContentSubtype(subtypeMember, subtype != nullptr ? subtype : ""));
-        GMimeParamList* params = g_mime_content_type_get_parameters(type);
-        const int count = params != nullptr ? g_mime_param_list_length(params) : 0;
-        for (int i = 0; i < count; ++i) {
-            GMimeParam* param = g_mime_param_list_get_parameter_at(params, i);
-            const char* name = g_mime_param_get_name(param);
-            const char* value = g_mime_param_get_value(param);
-            const unsigned int nameMember =
-                kContentParamNames.MemberOf(name, A::eContentParamNameExtension);
-            const auto valueMember =
-                static_cast<A::eContentParamValue>(ContentParamValueOf(nameMember, value));
-            Put(m_creator.ContentTypeParam(static_cast<A::eContentParamName>(nameMember),
-                                           valueMember, name, value != nullptr ? value : ""));
-        }
+        ForEachParam(
+            g_mime_content_type_get_parameters(type), [this](const char* name, const char* value) {
+                const unsigned int nameMember =
+                    kContentParamNames.MemberOf(name, A::eContentParamNameExtension);
+                const auto valueMember =
+                    static_cast<A::eContentParamValue>(ContentParamValueOf(nameMember, value));
+                Put(m_creator.ContentTypeParam(static_cast<A::eContentParamName>(nameMember),
+                                               valueMember, name, value));
+            });
     }
 
     void Disposition(GMimeContentDisposition* disposition) {
@@ -275,16 +271,24 @@ class Importer {
         const auto member = static_cast<A::eContentDispositionType>(
             kDispositionTypes.MemberOf(kind, A::eContentDispositionTypeExtension));
         Put(m_creator.ContentDispositionType(member, kind != nullptr ? kind : ""));
-        GMimeParamList* params = g_mime_content_disposition_get_parameters(disposition);
+        ForEachParam(
+            g_mime_content_disposition_get_parameters(disposition),
+            [this](const char* name, const char* value) {
+                const auto nameMember = static_cast<A::eContentDispositionParamName>(
+                    kDispositionParams.MemberOf(name, A::eContentDispositionParamNameExtension));
+                Put(m_creator.ContentDispositionTypeParam(nameMember, value, name));
+            });
+    }
+
+    // Each parameter's name and value (decoded, never null), in order.
+    template <typename OnParam>
+    static void ForEachParam(GMimeParamList* params, OnParam&& onParam) {
         const int count = params != nullptr ? g_mime_param_list_length(params) : 0;
         for (int i = 0; i < count; ++i) {
             GMimeParam* param = g_mime_param_list_get_parameter_at(params, i);
             const char* name = g_mime_param_get_name(param);
             const char* value = g_mime_param_get_value(param);
-            const auto nameMember = static_cast<A::eContentDispositionParamName>(
-                kDispositionParams.MemberOf(name, A::eContentDispositionParamNameExtension));
-            Put(m_creator.ContentDispositionTypeParam(nameMember, value != nullptr ? value : "",
-                                                      name));
+            onParam(name != nullptr ? name : "", value != nullptr ? value : "");
         }
     }
 

@@ -284,4 +284,26 @@ TEST(MimeExport, DeviceStateAndLinksAreLeftOutAndSaid) {
     EXPECT_TRUE(odd.items[0].malformed);
 }
 
+// A line break in a value would end the header field and start one of the
+// stream's choosing.
+TEST(MimeExport, NoValueStartsAHeaderField) {
+    PimShared::CTLVEmailCreator c;
+    const A::eContentType extension = A::eContentTypeExtension;
+    const A::eContentParamName name = A::eContentParamNameExtension;
+    const A::eContentParamValue value = A::eContentParamValueExtension;
+    c.Begin(1);
+    c.Subject("x\nX-Evil: subject");
+    c.MessageId("<a@b>\r\nX-Evil: id");
+    c.Mailbox(A::eMailboxFieldTypeTo, "Eve\nX-Evil: name", "e@example.org\nX-Evil: address");
+    c.ContentType(extension, "text\nX-Evil: type");
+    c.ContentTypeParam(name, value, "a\nX-Evil: name", "b\nX-Evil: value");
+    c.End();
+    const void* data = nullptr;
+    unsigned int length = 0;
+    ASSERT_TRUE(c.GetData(data, length));
+    const ExportResult e = PimBridge::ExportEml(static_cast<const std::uint8_t*>(data), length);
+    ASSERT_TRUE(e.ok);
+    EXPECT_EQ(e.text.find("\nX-Evil"), std::string::npos) << e.text;
+}
+
 }  // namespace

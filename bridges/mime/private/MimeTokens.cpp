@@ -152,11 +152,16 @@ bool IsAddressHeader(const char* name) {
 }
 
 const TextField kTextFields[10] = {
-    {"Subject", &A::Subject, false},       {"Date", &A::OrigDate, false},
-    {"Message-ID", &A::MessageId, false},  {"In-Reply-To", &A::InReplyTo, false},
-    {"References", &A::References, false}, {"Keywords", &A::Keywords, false},
-    {"Comments", &A::Comments, false},     {"MIME-Version", &A::MimeVersion, false},
-    {"Content-ID", &A::ContentId, true},   {"Content-Description", &A::ContentDescription, true},
+    {"Subject", &A::Subject, false, true},
+    {"Date", &A::OrigDate, false, false},
+    {"Message-ID", &A::MessageId, false, false},
+    {"In-Reply-To", &A::InReplyTo, false, false},
+    {"References", &A::References, false, false},
+    {"Keywords", &A::Keywords, false, false},
+    {"Comments", &A::Comments, false, true},
+    {"MIME-Version", &A::MimeVersion, false, false},
+    {"Content-ID", &A::ContentId, true, false},
+    {"Content-Description", &A::ContentDescription, true, true},
 };
 
 const TextField* TextFieldOf(const char* header) {

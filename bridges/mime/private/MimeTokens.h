@@ -60,11 +60,14 @@ bool IsAddressHeader(const char* name);
 
 // The unstructured and identifier header fields the item carries as text, and
 // the operation of each. Content-ID and Content-Description describe a part,
-// the others a message (a part may carry them too).
+// the others a message (a part may carry them too). GMime writes the
+// unstructured ones in encoded words where they need it (a line break
+// included); the others it writes as they are.
 struct TextField {
     const char* header;
     bool (A::*op)(const char*);
     bool content;
+    bool unstructured;
 };
 extern const TextField kTextFields[10];
 const TextField* TextFieldOf(const char* header);
