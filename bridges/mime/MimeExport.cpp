@@ -97,15 +97,35 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         return true;
     }
     bool End() override { return true; }
+    // Entities nest as deep as GMime reads them (1,024 parts); deeper ones,
+    // which no reader would get back, go to a sink with all they hold. That
+    // also bounds the depth of the builder's recursion whatever the stream.
     bool BeginEntity() override {
         if (m_current == nullptr) return true;
+        if (m_skipped > 0 || m_depth == kMaxDepth) {
+            if (m_skipped++ == 0) {
+                m_losses.Add("Entity nested deeper than 1024", 0);
+                m_resume = m_current;
+                m_current = &m_sink;
+            }
+            return true;
+        }
         m_current->children.push_back(std::make_unique<Entity>());
         m_current->children.back()->parent = m_current;
         m_current = m_current->children.back().get();
+        ++m_depth;
         return true;
     }
     bool EndEntity() override {
-        if (m_current != nullptr && m_current->parent != nullptr) m_current = m_current->parent;
+        if (m_skipped > 0) {
+            if (--m_skipped == 0) {
+                m_current = m_resume;
+                m_sink = Entity();
+            }
+        } else if (m_current != nullptr && m_current->parent != nullptr) {
+            m_current = m_current->parent;
+            --m_depth;
+        }
         return true;
     }
 
@@ -236,8 +256,14 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         return m;
     }
 
+    static constexpr unsigned int kMaxDepth = 1024;
+
     std::unique_ptr<Entity> m_root;
     Entity* m_current = nullptr;
+    unsigned int m_depth = 0;
+    unsigned int m_skipped = 0;  // entities open in the sink
+    Entity m_sink;
+    Entity* m_resume = nullptr;
     std::vector<Diagnostic> m_diagnostics;
     LossCollector m_losses;
 };
