@@ -340,7 +340,7 @@ bool CParserEngine::NodeBegin(const unsigned int& typeId) {
 bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplementedText) {
     if (IsUnimplemented(typeId)) {
         m_skip = true;
-        m_pendingName = nullptr;
+        if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
         SetCurrentProperty(typeId);
         return Report(kUnimplemented, unimplementedText, typeId);
     }

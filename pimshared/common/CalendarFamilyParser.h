@@ -87,6 +87,9 @@ struct tParserItem {
     // pair with a 1014 of the next stream (the task's rule); the event and
     // the note drop it with the stream.
     bool keepsPendingName = false;
+    // Whether the start of an unimplemented property drops a pending name
+    // (the event's rule; the task and the note leave it waiting).
+    bool unimplementedDropsPendingName = false;
 };
 
 // Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
