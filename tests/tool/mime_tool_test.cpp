@@ -1,42 +1,14 @@
 // pimtlv import and export of e-mails (.eml, mbox), run as a person would.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
+
+#include "ToolRun.h"
 
 namespace {
 
-struct Result {
-    int status = -1;
-    std::string out, err;
-};
-
-std::string Temp(const std::string& name) {
-    return testing::TempDir() + "pimtlv_mime_" + std::to_string(getpid()) + "_" + name;
-}
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
-// The tool with args, input on standard input.
-Result Tool(const std::string& args, const std::string& input) {
-    const std::string in = Temp("in"), out = Temp("out"), err = Temp("err");
-    std::ofstream(in, std::ios::binary) << input;
-    const int raw = std::system(
-        (std::string(PIMTLV_TOOL_PATH) + " " + args + " <" + in + " >" + out + " 2>" + err)
-            .c_str());
-    Result r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-    for (const std::string& path : {in, out, err}) std::remove(path.c_str());
-    return r;
-}
+using toolrun::Result;
+using toolrun::Tool;
 
 const std::string kMessage =
     "From: Ann <ann@example.org>\nReceived: from a\nReceived: from b\nSubject: hi\n\nbody\n";
