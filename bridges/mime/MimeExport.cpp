@@ -2,9 +2,11 @@
 // tree of entities; GMime builds a message of it and writes it: header
 // folding and encoded words, address lists, multipart boundaries and
 // transfer encodings are all GMime's.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -420,6 +422,17 @@ void Write(GMimeMessage* message, bool mbox, GMimeStream* out) {
     // takes it for the separator's, and the last message's own end stays its.
     const std::string from = (g_mime_stream_tell(out) > 0 ? "\n" : "") + MboxFromLine(message);
     g_mime_stream_write(out, from.data(), from.size());
+    // Most messages have no line that starts with "From ": each is written
+    // as it is, and written again through the escaping filter only when it
+    // has one.
+    const gint64 start = g_mime_stream_tell(out);
+    g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
+    GByteArray* text = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(out));
+    const std::string_view written(reinterpret_cast<const char*>(text->data) + start,
+                                   text->len - static_cast<guint>(start));
+    if (written.rfind("From ", 0) != 0 && written.find("\nFrom ") == std::string_view::npos) return;
+    g_byte_array_set_size(text, static_cast<guint>(start));
+    g_mime_stream_seek(out, start, GMIME_STREAM_SEEK_SET);
     Ref<GMimeStream> filtered(g_mime_stream_filter_new(out));
     Ref<GMimeFilter> escape(g_mime_filter_from_new(GMIME_FILTER_FROM_MODE_ESCAPE));
     g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), escape.get());
@@ -465,7 +478,10 @@ ExportResult Export(const std::uint8_t* data, std::size_t size, bool mbox) {
                        " e-mails: an .eml file holds one message (write an mbox for several)";
         return result;
     }
-    Ref<GMimeStream> out(g_mime_stream_mem_new());
+    // Room for the text at once: bodies grow by a third in base64, and the
+    // text would otherwise be copied each time the buffer doubles.
+    Ref<GMimeStream> out(g_mime_stream_mem_new_with_byte_array(g_byte_array_sized_new(
+        static_cast<guint>(std::min<std::size_t>(size + size / 2 + 4096, G_MAXUINT32 / 2)))));
     for (const ItemSpan& s : spans) {
         EntityReceiver receiver;
         PimShared::CTLVEmailParser parser(receiver);

@@ -76,7 +76,11 @@ class Importer {
 
     ImportResult Run(bool mbox) {
         EnsureGMime();
+        m_decoded.reset(g_mime_stream_mem_new());
         ImportResult result;
+        // Bodies travel decoded, so the streams are seldom larger than the
+        // text: room for them at once spares copying them as they grow.
+        result.streams.reserve(m_size + 64);
         Ref<GMimeStream> stream = MemoryStream(m_text, m_size);
         Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
         g_mime_parser_set_format(parser.get(), mbox ? GMIME_FORMAT_MBOX : GMIME_FORMAT_MESSAGE);
@@ -324,24 +328,27 @@ class Importer {
                                                "*")) {
             charset = A::eBodyCharsetUsAscii;
         }
-        Ref<GMimeStream> decoded(g_mime_stream_mem_new());
+        // One buffer serves every body of the import: attachments are large,
+        // and a fresh buffer for each costs its allocation and page faults.
+        GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(m_decoded.get()));
+        g_byte_array_set_size(bytes, 0);
+        g_mime_stream_reset(m_decoded.get());
         GMimeDataWrapper* content = g_mime_part_get_content(part);
         if (content != nullptr) {
             // Sent as lines (7bit, 8bit, quoted-printable), a body's line
             // breaks are the text's, not content: GMime writes them as LF, and
             // so they travel; GMime also ends a message's own body with one.
             // base64 and binary bodies travel byte for byte.
-            const bool lines =
-                bodyEncoding != A::eBodyEncodingBase64 && bodyEncoding != A::eBodyEncodingBinary;
-            Ref<GMimeStream> filtered(g_mime_stream_filter_new(decoded.get()));
-            if (lines) {
+            if (bodyEncoding != A::eBodyEncodingBase64 && bodyEncoding != A::eBodyEncodingBinary) {
+                Ref<GMimeStream> filtered(g_mime_stream_filter_new(m_decoded.get()));
                 Ref<GMimeFilter> unix(g_mime_filter_dos2unix_new(ofMessage));
                 g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), unix.get());
+                g_mime_data_wrapper_write_to_stream(content, filtered.get());
+                g_mime_stream_flush(filtered.get());
+            } else {
+                g_mime_data_wrapper_write_to_stream(content, m_decoded.get());
             }
-            g_mime_data_wrapper_write_to_stream(content, filtered.get());
-            g_mime_stream_flush(filtered.get());
         }
-        GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(decoded.get()));
         const unsigned int length = bytes->len;
         Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
     }
@@ -352,6 +359,7 @@ class Importer {
     PimShared::CTLVEmailCreator m_creator;
     LossCollector m_losses;
     bool m_ok = true;
+    Ref<GMimeStream> m_decoded;  // made once GMime is set up
 };
 
 }  // namespace
