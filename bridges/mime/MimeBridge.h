@@ -17,7 +17,8 @@
 
 namespace PimBridge {
 
-// One message (.eml). An input with no header at all is an error.
+// One message (.eml). GMime reads nearly any text as a message (one without
+// header fields as a body); an input it reads none from is an error.
 PIMTLV_BRIDGE_API ImportResult ImportEml(const char* text, std::size_t size);
 // An mbox: each message after a "From " line is one item.
 PIMTLV_BRIDGE_API ImportResult ImportMbox(const char* text, std::size_t size);

@@ -89,7 +89,7 @@ class Importer {
             if (!message) {
                 if (result.items.empty()) {
                     result.error = mbox ? "no message: an mbox starts with a \"From \" line"
-                                        : "no message: the text starts with no header field";
+                                        : "no message: GMime reads none from this text";
                     result.errorLine = 1;
                     return result;
                 }
