@@ -413,7 +413,7 @@ std::string MboxFromLine(GMimeMessage* message) {
     return "From " + sender + " " + date + "\n";
 }
 
-void Write(GMimeMessage* message, bool mbox, GMimeStream* out) {
+void Write(GMimeMessage* message, bool mbox, GMimeStream* out, const std::string& text) {
     if (!mbox) {
         g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
         return;
@@ -427,12 +427,9 @@ void Write(GMimeMessage* message, bool mbox, GMimeStream* out) {
     // has one.
     const gint64 start = g_mime_stream_tell(out);
     g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
-    GByteArray* text = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(out));
-    const std::string_view written(reinterpret_cast<const char*>(text->data) + start,
-                                   text->len - static_cast<guint>(start));
+    const std::string_view written = std::string_view(text).substr(static_cast<std::size_t>(start));
     if (written.rfind("From ", 0) != 0 && written.find("\nFrom ") == std::string_view::npos) return;
-    g_byte_array_set_size(text, static_cast<guint>(start));
-    g_mime_stream_seek(out, start, GMIME_STREAM_SEEK_SET);
+    g_mime_stream_seek(out, start, GMIME_STREAM_SEEK_SET);  // drops the message
     Ref<GMimeStream> filtered(g_mime_stream_filter_new(out));
     Ref<GMimeFilter> escape(g_mime_filter_from_new(GMIME_FILTER_FROM_MODE_ESCAPE));
     g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), escape.get());
@@ -478,10 +475,10 @@ ExportResult Export(const std::uint8_t* data, std::size_t size, bool mbox) {
                        " e-mails: an .eml file holds one message (write an mbox for several)";
         return result;
     }
-    // Room for the text at once: bodies grow by a third in base64, and the
-    // text would otherwise be copied each time the buffer doubles.
-    Ref<GMimeStream> out(g_mime_stream_mem_new_with_byte_array(g_byte_array_sized_new(
-        static_cast<guint>(std::min<std::size_t>(size + size / 2 + 4096, G_MAXUINT32 / 2)))));
+    // GMime writes into the text handed out, with room for it at once:
+    // bodies grow by a third in base64.
+    result.text.reserve(std::min<std::size_t>(size + size / 2 + 4096, 1u << 30));
+    Ref<GMimeStream> out = StringStream(result.text);
     for (const ItemSpan& s : spans) {
         EntityReceiver receiver;
         PimShared::CTLVEmailParser parser(receiver);
@@ -496,12 +493,11 @@ ExportResult Export(const std::uint8_t* data, std::size_t size, bool mbox) {
         const std::unique_ptr<Entity> root = receiver.TakeRoot();
         if (root != nullptr) {
             Ref<GMimeMessage> message = Builder(receiver.Losses()).Message(*root);
-            Write(message.get(), mbox, out.get());
+            Write(message.get(), mbox, out.get(), result.text);
         }
         item.losses = receiver.Losses().Take();
         result.items.push_back(std::move(item));
     }
-    result.text = StreamBytes(out.get());
     result.ok = true;
     return result;
 }

@@ -33,8 +33,10 @@ void EnsureGMime();
 
 // A memory stream over a copy of the bytes.
 Ref<GMimeStream> MemoryStream(const void* data, std::size_t size);
-// The bytes a memory stream holds.
-std::string StreamBytes(GMimeStream* stream);
+// A stream that appends what is written to text, which must outlive it, so
+// that GMime writes straight into the string handed out. It only appends: a
+// seek back drops what follows.
+Ref<GMimeStream> StringStream(std::string& text);
 
 }  // namespace mime
 }  // namespace PimBridge
