@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "platform/Utf8.h"
 #include "platform/Velmor.h"
 
 namespace PimTlvBench {
@@ -108,41 +109,18 @@ constexpr Rows kRows = MakeRows();
 
 // Strict UTF-8 (no overlong forms, no surrogates, nothing past U+10FFFF), the
 // way fast validators do it. Texts in PIM items are short and nearly always
-// ASCII, so first the whole text is ORed together a machine word at a time,
-// with overlapping loads for the ends (no byte loop even for a text of 9 or 13
-// bytes; 4-byte loads below 8) and one test of the top bits decides. Only a
-// text with a byte of 0x80 or more runs the decoder: a shift-based DFA whose
-// nine states are 6-bit shift amounts packed into one 64-bit row per byte
-// value, so each byte costs a load and a shift, with no branch on the input.
+// ASCII, so first the whole text is ORed together in overlapping machine
+// words and one test of the top bits decides (PAL::IsAsciiText, the test the
+// codec makes too). Only a text with a byte of 0x80 or more runs the decoder:
+// a shift-based DFA whose nine states are 6-bit shift amounts packed into one
+// 64-bit row per byte value, so each byte costs a load and a shift, with no
+// branch on the input.
 struct FastTextCheck {
     static bool Valid(const unsigned char* p, unsigned int n) {
-        std::uint64_t any = 0;
-        if (n >= 8) {
-            unsigned int i = 0;
-            for (; n - i > 16; i += 16) any |= Load64(p + i) | Load64(p + i + 8);
-            // The last 16 bytes (or the whole text), overlapping what was seen.
-            any |= Load64(p + (n >= 16 ? n - 16 : 0)) | Load64(p + n - 8);
-        } else if (n >= 4) {
-            any = Load32(p) | Load32(p + n - 4);
-        } else {
-            for (unsigned int i = 0; i < n; ++i) any |= p[i];
-        }
-        if ((any & 0x8080808080808080ull) == 0) return true;
+        if (PAL::IsAsciiText(p, n)) return true;
         std::uint64_t state = 0;
         for (unsigned int i = 0; i < n; ++i) state = Utf8Dfa::kRows.row[p[i]] >> (state & 63);
         return (state & 63) == 0;
-    }
-
-  private:
-    static std::uint64_t Load64(const unsigned char* p) {
-        std::uint64_t v;
-        std::memcpy(&v, p, 8);
-        return v;
-    }
-    static std::uint64_t Load32(const unsigned char* p) {
-        std::uint32_t v;
-        std::memcpy(&v, p, 4);
-        return v;
     }
 };
 
@@ -166,7 +144,7 @@ class MinimalWalker {
                 continue;
             }
             if (end - pos < 3) return Close(t);
-            const unsigned int word = (p[pos] << 8) | p[pos + 1];
+            const unsigned int word = (static_cast<unsigned int>(p[pos]) << 8) | p[pos + 1];
             unsigned int len = p[pos + 2];
             pos += 3;
             if (len >= 0x80) {
@@ -231,7 +209,8 @@ class MinimalWalker {
         return static_cast<unsigned short>((v[0] << 8) | v[1]);
     }
     static unsigned int U32(const unsigned char* v) {
-        return (static_cast<unsigned int>(v[0]) << 24) | (v[1] << 16) | (v[2] << 8) | v[3];
+        return (static_cast<unsigned int>(v[0]) << 24) | (static_cast<unsigned int>(v[1]) << 16) |
+               (static_cast<unsigned int>(v[2]) << 8) | v[3];
     }
     bool Close(ITLV& t) {
         for (; !m_open.empty(); m_open.pop_back()) t.NodeEnd(m_open.back().id);

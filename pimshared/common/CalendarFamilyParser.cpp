@@ -1,5 +1,6 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
+#include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
@@ -244,7 +245,7 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
         return false;
     }
     m_state = ParsingStateBegin;
-    const bool ok = CTLVParser::Parse(data, length, errorText, consumed);
+    const bool ok = ParseInto(*this, data, length, errorText, consumed);
     if (!ok) ReceiverTrace(kInternal, errorText);
     // A name left pending cannot pair with a value of a later stream: every
     // property start drops it first. Its text may have been a repaired copy
