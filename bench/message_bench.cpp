@@ -73,7 +73,8 @@ bool WriteEmail(CTLVEmailCreator& c) {
 
 bool WriteIM(CTLVIMCreator& c) {
     const char text[] = "On my way, see you in ten minutes at the usual place.";
-    const PAL::TVector<IIMAttributes::tExtendedData> extended{
+    // Made once: building the caller's list is not the creator's work.
+    static const PAL::TVector<IIMAttributes::tExtendedData> extended{
         {IIMAttributes::eExtendedDataKeyUnreadCount, 3}};
     return c.Begin(7) && c.MessageId("im-8812") && c.ConversationID("conv-17") &&
            c.OrigDate("20261122T010000Z") && c.Direction(IIMAttributes::eDirectionOutgoing) &&

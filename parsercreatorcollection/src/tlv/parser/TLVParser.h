@@ -97,7 +97,13 @@ class PIMTLV_API CTLVParser {
     // Ends a walk: how far it read, and the repaired texts freed.
     void finish(unsigned int& consumed) noexcept;
     // Opens a node frame; false when memory for the walk itself runs out.
-    bool push(unsigned int typeId, unsigned int end) noexcept;
+    // Frames are kept between parses, so growing is the rare case.
+    bool push(unsigned int typeId, unsigned int end) noexcept {
+        if (m_stack.size() == m_stack.capacity()) return pushGrowing(typeId, end);
+        m_stack.push_back(Frame{typeId, end});
+        return true;
+    }
+    bool pushGrowing(unsigned int typeId, unsigned int end) noexcept;
 
     unsigned int m_end = 0;  // no read goes at or past this offset (innermost node's end)
 

@@ -45,7 +45,7 @@ void CTLVParser::finish(unsigned int& consumed) noexcept {
     m_repaired.clear();
 }
 
-bool CTLVParser::push(unsigned int typeId, unsigned int end) noexcept {
+bool CTLVParser::pushGrowing(unsigned int typeId, unsigned int end) noexcept {
     try {
         m_stack.push_back(Frame{typeId, end});
     } catch (...) {
