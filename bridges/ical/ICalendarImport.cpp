@@ -656,10 +656,10 @@ ImportResult Importer::Run(const char* text, std::size_t size) {
         icalmemory_free_buffer(line);
         if (!ok) break;
     }
-    // A text that ends inside a component: libical closes what is open.
+    // A text that ends inside a component: libical closes what is open and
+    // keeps the result, which icalparser_free frees.
     if (icalcomponent* rest = icalparser_clean(m_parser)) {
         if (m_result.ok) WalkRoot(rest);
-        icalcomponent_free(rest);
     }
     icalparser_free(m_parser);
     m_parser = nullptr;
