@@ -56,7 +56,8 @@ bool Apply(I& c, eOp op, const PropertyValues& v) {
     const PAL::TVector<PimShared::tXParam>& x = v.xParams != nullptr ? *v.xParams : kNoXParams;
     const unsigned char byte = static_cast<unsigned char>(v.number);
     const unsigned short word = static_cast<unsigned short>(v.number);
-    const PAL::CDateAndTime& dt = *v.dateTime;
+    static const PAL::CDateAndTime kNoTime;
+    const PAL::CDateAndTime& dt = v.dateTime != nullptr ? *v.dateTime : kNoTime;
     switch (op) {
         case eOp::ProductIdentifier:
             return c.ProductIdentifier(v.text[0], x);
