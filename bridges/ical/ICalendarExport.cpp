@@ -80,15 +80,17 @@ icalparameter* MakeParam(const char* name, const char* value) {
 // Builds the component of one item from the parser's calls.
 class ComponentWriter {
   public:
-    ComponentWriter(icalcomponent* component, ExportedItem& item, LossCollector& losses,
-                    CalendarText& prodid, CalendarText& version, std::size_t position)
-        : m_component(component),
-          m_item(item),
-          m_losses(losses),
-          m_prodid(prodid),
-          m_version(version),
-          m_position(position) {}
+    ComponentWriter(CalendarText& prodid, CalendarText& version)
+        : m_prodid(prodid), m_version(version) {}
 
+    // The next item goes into component; what it says and loses into item.
+    void Start(icalcomponent* component, ExportedItem& item, std::size_t position) {
+        m_component = component;
+        m_item = &item;
+        m_position = position;
+        m_created = icaltime_null_time();
+        m_modified = icaltime_null_time();
+    }
     bool Begin(unsigned int instance) {
         if (instance != m_position) m_losses.Add("instance number", 0);
         return true;
@@ -96,9 +98,10 @@ class ComponentWriter {
     bool Put(eOp op, const PropertyValues& v);
     void Unplaced(const char* what) { m_losses.Add(what, 0); }
     bool Trace(int code, const char* text) {
-        if (code != 0) m_item.diagnostics.push_back(Diagnostic{code, text != nullptr ? text : ""});
+        if (code != 0) m_item->diagnostics.push_back(Diagnostic{code, text != nullptr ? text : ""});
         return true;
     }
+    std::vector<Loss> TakeLosses() { return m_losses.Take(); }
     // RFC 5545 wants a DTSTAMP in every event, task and note; the items do
     // not carry one, so it is made from what they do carry, the same for the
     // same item every time: the last modification, else the creation, else
@@ -118,12 +121,12 @@ class ComponentWriter {
                          icalproperty* property);
     void AddParams(const PropertyRow& row, const PropertyValues& v, icalproperty* property);
 
-    icalcomponent* m_component;
-    ExportedItem& m_item;
-    LossCollector& m_losses;
     CalendarText& m_prodid;
     CalendarText& m_version;
-    std::size_t m_position;
+    icalcomponent* m_component = nullptr;
+    ExportedItem* m_item = nullptr;
+    LossCollector m_losses;
+    std::size_t m_position = 0;
     icaltimetype m_created = icaltime_null_time();
     icaltimetype m_modified = icaltime_null_time();
 };
@@ -425,28 +428,47 @@ class TaskReceiver final : public EventTaskReceiver<PimShared::ITaskReceiver> {
 
 using NoteReceiver = CommonReceiver<PimShared::INoteReceiver>;
 
-template <typename Parser, typename Receiver>
-bool ParseWith(ComponentWriter& writer, const std::uint8_t* data, std::size_t size) {
-    Receiver receiver(writer);
-    Parser parser(receiver);
-    const char* errorText = nullptr;
-    unsigned int consumed = 0;
-    const unsigned int length = static_cast<unsigned int>(size);
-    return parser.Parse(data, length, errorText, consumed);
-}
+// The three parsers with their receivers, made once for the whole export.
+class ItemReaders {
+  public:
+    explicit ItemReaders(ComponentWriter& writer)
+        : m_event(writer),
+          m_task(writer),
+          m_note(writer),
+          m_eventParser(m_event),
+          m_taskParser(m_task),
+          m_noteParser(m_note) {}
+
+    bool Parse(eItem item, const std::uint8_t* data, std::size_t size) {
+        if (size > UINT_MAX) return false;
+        const char* errorText = nullptr;
+        unsigned int consumed = 0;
+        const unsigned int length = static_cast<unsigned int>(size);
+        if (item == kEvent) return m_eventParser.Parse(data, length, errorText, consumed);
+        if (item == kTask) return m_taskParser.Parse(data, length, errorText, consumed);
+        return m_noteParser.Parse(data, length, errorText, consumed);
+    }
+
+  private:
+    EventReceiver m_event;
+    TaskReceiver m_task;
+    NoteReceiver m_note;
+    PimShared::CTLVCalendarParser m_eventParser;
+    PimShared::CTLVTaskParser m_taskParser;
+    PimShared::CTLVNoteParser m_noteParser;
+};
 
 struct ItemForm {
     unsigned int root;
     unsigned int component;
     icalcomponent_kind kind;
     const char* name;
-    bool (*parse)(ComponentWriter&, const std::uint8_t*, std::size_t);
+    eItem item;
 };
 const ItemForm kForms[] = {
-    {1, 103, ICAL_VEVENT_COMPONENT, "event",
-     &ParseWith<PimShared::CTLVCalendarParser, EventReceiver>},
-    {1, 104, ICAL_VTODO_COMPONENT, "task", &ParseWith<PimShared::CTLVTaskParser, TaskReceiver>},
-    {3, 105, ICAL_VJOURNAL_COMPONENT, "note", &ParseWith<PimShared::CTLVNoteParser, NoteReceiver>},
+    {1, 103, ICAL_VEVENT_COMPONENT, "event", kEvent},
+    {1, 104, ICAL_VTODO_COMPONENT, "task", kTask},
+    {3, 105, ICAL_VJOURNAL_COMPONENT, "note", kNote},
 };
 
 const ItemForm* FormOf(const ItemSpan& span) {
@@ -494,36 +516,51 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
         result.error = why;
         return result;
     }
-    ComponentPtr calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT));
+    // Each item's component is written by libical as soon as it is built
+    // and freed at once: one small tree at a time, never the whole calendar.
     CalendarText prodid{ICAL_PRODID_PROPERTY, false, {}, {}};
     CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
-    std::vector<icalcomponent*> components;
+    ComponentWriter writer(prodid, version);
+    ItemReaders readers(writer);
+    std::string body;
+    body.reserve(size * 2);  // text runs about 1.5 times the streams' size
     for (std::size_t i = 0; i < spans.size(); ++i) {
         const ItemSpan& span = spans[i].first;
         const ItemForm& form = *spans[i].second;
         ExportedItem item;
         item.kind = form.name;
         item.offset = span.offset;
-        LossCollector losses;
-        icalcomponent* component = icalcomponent_new(form.kind);
-        ComponentWriter writer(component, item, losses, prodid, version, i);
-        item.malformed = span.size > UINT_MAX || !form.parse(writer, data + span.offset, span.size);
+        ComponentPtr component(icalcomponent_new(form.kind));
+        writer.Start(component.get(), item, i);
+        item.malformed = !readers.Parse(form.item, data + span.offset, span.size);
         writer.AddStamp();
-        components.push_back(component);
-        item.losses = losses.Take();
+        item.losses = writer.TakeLosses();
         result.items.push_back(std::move(item));
+        char* text = icalcomponent_as_ical_string_r(component.get());
+        if (text == nullptr) {
+            result.error = "libical could not write the " + std::string(form.name) + " at offset " +
+                           std::to_string(span.offset);
+            result.items.clear();
+            return result;
+        }
+        body += text;
+        std::free(text);
     }
+    // The calendar around them, as libical writes it without components.
+    ComponentPtr calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT));
     AddCalendarText(calendar.get(), prodid, kOwnProductId);
     AddCalendarText(calendar.get(), version, "2.0");
-    for (icalcomponent* c : components) icalcomponent_add_component(calendar.get(), c);
-    char* text = icalcomponent_as_ical_string_r(calendar.get());
-    if (text == nullptr) {
+    char* frame = icalcomponent_as_ical_string_r(calendar.get());
+    const std::string shell = frame != nullptr ? frame : "";
+    std::free(frame);
+    const std::size_t end = shell.rfind("END:VCALENDAR");
+    if (end == std::string::npos) {
         result.error = "libical could not write the calendar";
         result.items.clear();
         return result;
     }
-    result.text = text;
-    std::free(text);
+    result.text.reserve(shell.size() + body.size());
+    result.text.append(shell, 0, end).append(body).append(shell, end, std::string::npos);
     result.ok = true;
     return result;
 }

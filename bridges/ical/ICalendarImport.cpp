@@ -5,13 +5,17 @@
 // libical keeps no positions, yet losses and items are reported with their
 // lines. So the text is handed to libical one content line at a time
 // (icalparser_get_line, fed one physical line at a time, which tells where
-// each content line starts), and every property line gets one extra
-// parameter, X-PIMTLV-LINE=<line>, inserted after its name before libical
-// parses it: the only look at the text outside libical is the scan for the
-// end of the name. The parameter rides on the property (and on every copy
-// libical makes of it when it splits a multi-value line), and the walk reads
-// it back and skips it. Component lines (BEGIN, END) stay untouched; their
-// lines are kept in order and matched to the components in document order.
+// each content line starts). The only look at the text outside libical is at
+// the name that starts each content line: component begins are kept in order
+// (and matched to the components libical builds, which come in the same
+// order), and each property line is noted as (component, name, line). A lost
+// property's line is then the first noted line of its component with its
+// name: looked up only when something is lost, and right whatever libical
+// did to the lines in between (splitting one into several properties,
+// dropping a bad one). CATEGORIES lines alone get an extra parameter
+// X-PIMTLV-LINE=<line> before libical reads them, because libical splits
+// "a,b" into one property per value and the item wants each line's values
+// as one list; the walk groups the properties by that tag and skips it.
 
 #include <strings.h>
 
@@ -223,6 +227,7 @@ class Importer {
     };
 
     bool Feed(char* line, unsigned int number);
+    unsigned int LineOf(std::size_t component, icalproperty* property);
     bool WalkRoot(icalcomponent* root);
     bool ImportItem(icalcomponent* component, const ItemKind& kind, std::size_t index,
                     const CalendarContext& calendar);
@@ -251,6 +256,15 @@ class Importer {
     ImportResult m_result;
     LossCollector m_fileLosses;
     std::string m_tagged;
+    struct LineNote {
+        std::size_t component;
+        unsigned int line;
+        std::size_t nameStart;  // in m_names
+        std::size_t nameLength;
+    };
+    std::vector<LineNote> m_notes;  // every property line, in order
+    std::string m_names;
+    std::vector<std::size_t> m_firstNote;    // per component: its first line note
     std::vector<unsigned int> m_beginLines;  // line of every BEGIN, in order
     std::vector<std::size_t> m_open;         // indices of the open components
     std::size_t m_nextComponent = 0;         // the walk's position in m_beginLines
@@ -286,21 +300,28 @@ bool Importer::Feed(char* line, unsigned int number) {
     while (IsNameChar(line[n])) ++n;
     const bool named = n > 0 && (line[n] == ':' || line[n] == ';');
     char* given = line;
-    if (named && NameIs(line, n, "BEGIN")) {
+    const bool begin = named && NameIs(line, n, "BEGIN");
+    const bool end = named && NameIs(line, n, "END");
+    if (begin) {
         m_open.push_back(m_beginLines.size());
         m_beginLines.push_back(number);
-    } else if (named && NameIs(line, n, "END")) {
+        m_firstNote.push_back(m_notes.size());
+    } else if (end) {
         if (!m_open.empty()) m_open.pop_back();
+    } else if (m_open.empty()) {
+        if (line[0] != '\0') m_fileLosses.Add("text outside any component", number);
     } else if (named) {
-        m_tagged.assign(line, n);
-        m_tagged += ';';
-        m_tagged += kLineTag;
-        m_tagged += '=';
-        m_tagged += std::to_string(number);
-        m_tagged += line + n;
-        given = &m_tagged[0];
-    } else if (line[0] != '\0' && m_open.empty()) {
-        m_fileLosses.Add("text outside any component", number);
+        m_notes.push_back(LineNote{m_open.back(), number, m_names.size(), n});
+        m_names.append(line, n);
+        if (NameIs(line, n, "CATEGORIES")) {
+            m_tagged.assign(line, n);
+            m_tagged += ';';
+            m_tagged += kLineTag;
+            m_tagged += '=';
+            m_tagged += std::to_string(number);
+            m_tagged += line + n;
+            given = &m_tagged[0];
+        }
     }
     icalcomponent* root = icalparser_add_line(m_parser, given);
     if (icalparser_get_state(m_parser) == ICALPARSER_ERROR && !m_open.empty()) {
@@ -310,6 +331,19 @@ bool Importer::Feed(char* line, unsigned int number) {
     const bool ok = WalkRoot(root);
     icalcomponent_free(root);
     return ok;
+}
+
+unsigned int Importer::LineOf(std::size_t component, icalproperty* property) {
+    if (component >= m_firstNote.size()) return 0;
+    const std::string name = PropertyNameOf(property);
+    for (std::size_t i = m_firstNote[component]; i < m_notes.size(); ++i) {
+        const LineNote& note = m_notes[i];
+        if (note.component == component && note.nameLength == name.size() &&
+            strncasecmp(m_names.data() + note.nameStart, name.data(), name.size()) == 0) {
+            return note.line;
+        }
+    }
+    return 0;
 }
 
 unsigned int Importer::NextErrorLine(std::size_t component) {
@@ -369,7 +403,7 @@ bool Importer::WalkRoot(icalcomponent* root) {
         } else if (kind == ICAL_XLICERROR_PROPERTY) {
             m_fileLosses.Add("unreadable line", NextErrorLine(rootIndex));
         } else {
-            m_fileLosses.Add(PropertyNameOf(p), TagLine(p));
+            m_fileLosses.Add(PropertyNameOf(p), LineOf(rootIndex, p));
         }
     }
     for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
@@ -440,19 +474,19 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
         losses.Add("unreadable line", NextErrorLine(component));
         return true;
     }
-    const unsigned int line = TagLine(property);
     const PropertyRow* row = RowOfKind(propertyKind);
     if (row == nullptr || (row->items & kind.item) == 0) {
-        losses.Add(PropertyNameOf(property), line);
+        losses.Add(PropertyNameOf(property), LineOf(component, property));
         return true;
     }
     Gathered& g = m_gathered;
     eOp op = row->op;
     if (!Gather(property, *row, g, op)) {
-        losses.Add(PropertyNameOf(property), line);
+        losses.Add(PropertyNameOf(property), LineOf(component, property));
         return true;
     }
     if (row->shape == eShape::Categories) {
+        const unsigned int line = TagLine(property);
         while (i + 1 < count && icalproperty_isa(props[i + 1]) == ICAL_CATEGORIES_PROPERTY &&
                line != 0 && TagLine(props[i + 1]) == line) {
             const char* more = ValueText(icalproperty_get_value(props[++i]));
@@ -469,13 +503,29 @@ const char* Importer::ValueText(icalvalue* value) {
             return icalvalue_get_text(value);
         case ICAL_CALADDRESS_VALUE:
             return icalvalue_get_caladdress(value);
-        default: {
-            char* text = icalvalue_as_ical_string_r(value);
-            if (text == nullptr) return nullptr;
-            m_owned.emplace_back(text);
-            return text;
+        // The enumerated values of carried properties, spelled without
+        // asking libical to write (and allocate) them.
+        case ICAL_STATUS_VALUE: {
+            const icalproperty_status status = icalvalue_get_status(value);
+            const char* text = status == ICAL_STATUS_X ? icalvalue_get_x(value)
+                                                       : icalproperty_status_to_string(status);
+            if (text != nullptr && text[0] != '\0') return text;
+            break;
         }
+        case ICAL_CLASS_VALUE: {
+            const icalproperty_class cls = icalvalue_get_class(value);
+            const char* text =
+                cls == ICAL_CLASS_X ? icalvalue_get_x(value) : icalproperty_enum_to_string(cls);
+            if (text != nullptr && text[0] != '\0') return text;
+            break;
+        }
+        default:
+            break;
     }
+    char* text = icalvalue_as_ical_string_r(value);
+    if (text == nullptr) return nullptr;
+    m_owned.emplace_back(text);
+    return text;
 }
 
 // The value of a parameter as text: libical keeps free texts as they came
@@ -485,6 +535,26 @@ const char* Importer::ParamValue(icalparameter* param) {
     if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_value(param);
     const char* x = icalparameter_get_xvalue(param);
     if (x != nullptr) return x;
+    int value = 0;
+    switch (kind) {
+        case ICAL_CUTYPE_PARAMETER:
+            value = icalparameter_get_cutype(param);
+            break;
+        case ICAL_ROLE_PARAMETER:
+            value = icalparameter_get_role(param);
+            break;
+        case ICAL_PARTSTAT_PARAMETER:
+            value = icalparameter_get_partstat(param);
+            break;
+        case ICAL_RSVP_PARAMETER:
+            value = icalparameter_get_rsvp(param);
+            break;
+        default:
+            break;
+    }
+    if (const char* spelled = value != 0 ? icalparameter_enum_to_string(value) : nullptr) {
+        return spelled;
+    }
     char* text = icalparameter_as_ical_string_r(param);
     if (text == nullptr) return nullptr;
     m_owned.emplace_back(text);
