@@ -204,12 +204,17 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
         }
         case eShape::Categories: {
             // libical writes the values of one CATEGORIES line apart by
-            // commas and reads them back as one property each.
+            // commas and reads them back as one property each; it has no way
+            // to write a comma inside a category, which then comes back as
+            // two.
             std::string joined;
             if (v.list[0] != nullptr) {
                 for (const char* c : *v.list[0]) {
                     if (!joined.empty()) joined += ',';
                     joined += c != nullptr ? c : "";
+                    if (c != nullptr && std::strchr(c, ',') != nullptr) {
+                        m_losses.Add("comma inside a category", 0);
+                    }
                 }
             }
             return icalvalue_new_text(joined.c_str());
