@@ -43,7 +43,9 @@ using namespace Ical;
 namespace {
 
 constexpr const char* kLineTag = "X-PIMTLV-LINE";
-constexpr std::size_t kNoComponent = static_cast<std::size_t>(-1);
+// Real calendars nest three deep (VCALENDAR, VEVENT, VALARM); libical frees
+// and writes its trees by recursion, so hostile nesting stops here.
+constexpr std::size_t kMaxDepth = 64;
 
 // Calls the creator operation of op with the gathered values. The item set
 // of each row keeps an item from being asked for an operation it lacks; the
@@ -303,13 +305,19 @@ bool Importer::Feed(char* line, unsigned int number) {
     const bool begin = named && NameIs(line, n, "BEGIN");
     const bool end = named && NameIs(line, n, "END");
     if (begin) {
+        if (m_open.size() >= kMaxDepth) {
+            Fail("components nested more than " + std::to_string(kMaxDepth) + " deep", number);
+            return false;
+        }
         m_open.push_back(m_beginLines.size());
         m_beginLines.push_back(number);
         m_firstNote.push_back(m_notes.size());
     } else if (end) {
         if (!m_open.empty()) m_open.pop_back();
     } else if (m_open.empty()) {
-        if (line[0] != '\0') m_fileLosses.Add("text outside any component", number);
+        if (line[std::strspn(line, " \t\r\n")] != '\0') {
+            m_fileLosses.Add("text outside any component", number);
+        }
     } else if (named) {
         m_notes.push_back(LineNote{m_open.back(), number, m_names.size(), n});
         m_names.append(line, n);

@@ -186,6 +186,12 @@ TEST(IcalImport, TextThatIsNoICalendarIsAnErrorWithItsLine) {
         {"", 1},
         {"hello\nworld\n", 1},
         {std::string("BEGIN:VCALENDAR\r\nSUMMARY:a\0b\r\n", 28), 2},
+        {[] {
+             std::string deep = "BEGIN:VCALENDAR\r\n";
+             for (int i = 0; i < 100; ++i) deep += "BEGIN:X-C\r\n";
+             return deep;
+         }(),
+         65},
     };
     for (const auto& c : cases) {
         const ImportResult r = ImportICalendar(c.text.data(), c.text.size());
