@@ -433,34 +433,34 @@ class TaskReceiver final : public EventTaskReceiver<PimShared::ITaskReceiver> {
 
 using NoteReceiver = CommonReceiver<PimShared::INoteReceiver>;
 
-// The three parsers with their receivers, made once for the whole export.
+// The three receivers, made once for the whole export; a parser per item,
+// so that nothing one item left half-read (a task parser keeps an extension
+// parameter's name waiting for its value) reaches the next.
 class ItemReaders {
   public:
     explicit ItemReaders(ComponentWriter& writer)
-        : m_event(writer),
-          m_task(writer),
-          m_note(writer),
-          m_eventParser(m_event),
-          m_taskParser(m_task),
-          m_noteParser(m_note) {}
+        : m_event(writer), m_task(writer), m_note(writer) {}
 
     bool Parse(eItem item, const std::uint8_t* data, std::size_t size) {
         if (size > UINT_MAX) return false;
-        const char* errorText = nullptr;
-        unsigned int consumed = 0;
         const unsigned int length = static_cast<unsigned int>(size);
-        if (item == kEvent) return m_eventParser.Parse(data, length, errorText, consumed);
-        if (item == kTask) return m_taskParser.Parse(data, length, errorText, consumed);
-        return m_noteParser.Parse(data, length, errorText, consumed);
+        if (item == kEvent) return Run<PimShared::CTLVCalendarParser>(m_event, data, length);
+        if (item == kTask) return Run<PimShared::CTLVTaskParser>(m_task, data, length);
+        return Run<PimShared::CTLVNoteParser>(m_note, data, length);
     }
 
   private:
+    template <typename Parser, typename Receiver>
+    static bool Run(Receiver& receiver, const std::uint8_t* data, unsigned int length) {
+        Parser parser(receiver);
+        const char* errorText = nullptr;
+        unsigned int consumed = 0;
+        return parser.Parse(data, length, errorText, consumed);
+    }
+
     EventReceiver m_event;
     TaskReceiver m_task;
     NoteReceiver m_note;
-    PimShared::CTLVCalendarParser m_eventParser;
-    PimShared::CTLVTaskParser m_taskParser;
-    PimShared::CTLVNoteParser m_noteParser;
 };
 
 struct ItemForm {
