@@ -77,9 +77,10 @@ const std::vector<ImportCase> kImportCases = {
     {"RichTextEscapedFoldedNonAscii",
      "VEVENT",
      "SUMMARY;ALTREP=\"cid:x@y\";LANGUAGE=de:Gr\xC3\xBC\xC3\x9F\x65\\, Welt\\;\\nzwei\r\n  und "
-     "mehr\r\nLOCATION;X-ROOM=\"a;b\":Saal\r\nDESCRIPTION:d\r\n",
+     "mehr\r\nLOCATION;X-ROOM=\"a;b\":Saal\r\nDESCRIPTION;X-Q=\"say ^'hi^': \xC3\xA9\":d\r\n",
      {"Summary('Gr\xC3\xBC\xC3\x9F\x65, Welt;\nzwei und mehr''cid:x@y''de'{})",
-      "Location('Saal'nullnull{'X-ROOM'='a;b'})", "Description('d'nullnull{})"}},
+      "Location('Saal'nullnull{'X-ROOM'='a;b'})",
+      "Description('d'nullnull{'X-Q'='say \"hi\": \xC3\xA9'})"}},
     {"EventTimesInEveryForm",
      "VEVENT",
      "DTSTART:20260301T100000Z\r\nDTEND;TZID=Europe/Berlin:20260301T120000\r\n"
@@ -162,7 +163,9 @@ TEST(IcalImport, LossesByNameWithCountAndFirstLine) {
         Cal("X-WR-CALNAME:c\r\nBEGIN:VTIMEZONE\r\nTZID:Z\r\nEND:VTIMEZONE\r\n"  // lines 4-7
             "BEGIN:VJOURNAL\r\nDTSTAMP:20260101T000000Z\r\nEXDATE:20260101T000000Z\r\n"
             "SUMMARY:s\r\nEXDATE:20260102T000000Z\r\nLOCATION:nowhere\r\nPRIORITY:300\r\n"
-            "X-FOO;X-P=1:x\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\nEND:VALARM\r\nEND:VJOURNAL\r\n");
+            "X-FOO;X-P=1:x\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\nEND:VALARM\r\nNO NAME\r\n"
+            "CREATED:2026XX01\r\nNO NAME EITHER\r\nEND:VJOURNAL\r\nJUNK\r\n") +
+        "TRAILER\r\n";
     const ImportResult r = ImportICalendar(text.data(), text.size());
     ASSERT_TRUE(r.ok) << r.error;
     ASSERT_EQ(r.items.size(), 1u);
@@ -172,10 +175,36 @@ TEST(IcalImport, LossesByNameWithCountAndFirstLine) {
             s += l.name + "x" + std::to_string(l.count) + "@" + std::to_string(l.line) + " ";
         return s;
     };
-    EXPECT_EQ(str(r.losses), "X-WR-CALNAMEx1@4 VTIMEZONEx1@5 ");
+    EXPECT_EQ(
+        str(r.losses),
+        "X-WR-CALNAMEx1@4 unreadable linex1@23 VTIMEZONEx1@5 text outside any componentx1@25 ");
     EXPECT_EQ(str(r.items[0].losses),
-              "DTSTAMPx1@9 EXDATEx2@10 LOCATIONx1@13 PRIORITYx1@14 X-FOOx1@15 VALARMx1@16 ");
+              "DTSTAMPx1@9 EXDATEx2@10 LOCATIONx1@13 PRIORITYx1@14 "
+              "X-FOOx1@15 unreadable linex3@19 VALARMx1@16 ");
     EXPECT_TRUE(r.HasLoss());
+}
+
+TEST(IcalImport, ItemsOfSeveralCalendarsGetTheirOwnCalendarTexts) {
+    const std::string one = Cal("BEGIN:VEVENT\r\nEND:VEVENT\r\n");
+    std::string two = one;
+    two.replace(two.find("-//t//EN"), 8, "-//u//EN");
+    const std::string text = one + two;
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 2u);
+    EXPECT_EQ(r.items[1].line, 10u);
+    const auto second = cftest::Bytes(r.streams.begin() + r.items[1].offset, r.streams.end());
+    cftest::Recorder<PimShared::ICalendarReceiver> rec;
+    PimShared::CTLVCalendarParser parser(rec);
+    EXPECT_TRUE(cftest::ParseWith(parser, second));
+    EXPECT_EQ(rec.calls.at(1), "ProductIdentifier('-//u//EN'{})");
+    // One calendar comes back, with the first item's product: the second
+    // item reports that its own has no place.
+    const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    ASSERT_TRUE(out.ok);
+    EXPECT_EQ(out.items[0].losses.size(), 0u);
+    ASSERT_EQ(out.items[1].losses.size(), 1u);
+    EXPECT_EQ(out.items[1].losses[0].name, "PRODID");
 }
 
 TEST(IcalImport, TextThatIsNoICalendarIsAnErrorWithItsLine) {
