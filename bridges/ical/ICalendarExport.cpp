@@ -58,7 +58,37 @@ struct CalendarText {
     }
 };
 
+// Texts that libical writes as they are (parameter values, addresses,
+// enumerated values) must stay on one line: a line break in them would end
+// the line early and let the rest read as lines of their own.
+bool OneLine(const char* text) {
+    for (const char* p = text; *p != '\0'; ++p) {
+        const unsigned char c = static_cast<unsigned char>(*p);
+        if ((c < 0x20 && c != '\t') || c == 0x7F) return false;
+    }
+    return true;
+}
+
+// A parameter name is letters, digits and hyphens.
+bool IsName(const char* name) {
+    if (name[0] == '\0') return false;
+    for (const char* p = name; *p != '\0'; ++p) {
+        const char c = *p;
+        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+              c == '-')) {
+            return false;
+        }
+    }
+    return true;
+}
+
+icalparameter* ParamOfKind(icalparameter_kind kind, const char* value) {
+    return OneLine(value) ? icalparameter_new_from_value_string(kind, value) : nullptr;
+}
+
+// Null for a name or value that cannot be written as a parameter.
 icalparameter* MakeParam(const char* name, const char* value) {
+    if (!IsName(name) || !OneLine(value)) return nullptr;
     const icalparameter_kind kind = icalparameter_string_to_kind(name);
     icalparameter* param = nullptr;
     if (kind == ICAL_X_PARAMETER || kind == ICAL_NO_PARAMETER || kind == ICAL_IANA_PARAMETER) {
@@ -194,7 +224,11 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
                 if (form == eForm::Utc) t.zone = icaltimezone_get_utc_timezone();
             }
             if (form == eForm::Zoned) {
-                icalproperty_add_parameter(property, icalparameter_new_tzid(tzid));
+                if (OneLine(tzid)) {
+                    icalproperty_add_parameter(property, icalparameter_new_tzid(tzid));
+                } else {
+                    m_losses.Add(std::string(icalproperty_kind_to_string(row.kind)) + ";TZID", 0);
+                }
             }
             if (op == eOp::DateTimeCreated) m_created = t;
             if (op == eOp::LastModified) m_modified = t;
@@ -223,7 +257,7 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
             const char* text = v.text[0] != nullptr ? v.text[0] : "";
             const icalvalue_kind kind = icalproperty_kind_to_value_kind(row.kind);
             if (kind == ICAL_TEXT_VALUE) return icalvalue_new_text(text);
-            return icalvalue_new_from_string(kind, text);
+            return OneLine(text) ? icalvalue_new_from_string(kind, text) : nullptr;
         }
     }
 }
@@ -246,7 +280,7 @@ void ComponentWriter::AddParams(const PropertyRow& row, const PropertyValues& v,
         if (slot.list >= 0) {
             if (v.list[slot.list] == nullptr) continue;
             for (const char* entry : *v.list[slot.list]) {
-                add(icalparameter_new_from_value_string(slot.kind, entry ? entry : ""), what);
+                add(ParamOfKind(slot.kind, entry ? entry : ""), what);
             }
         } else if (slot.text == kRsvpSlot) {
             if (v.rsvp == PimShared::eRsvpNotGiven) continue;
@@ -254,14 +288,14 @@ void ComponentWriter::AddParams(const PropertyRow& row, const PropertyValues& v,
                                                                        : ICAL_RSVP_TRUE),
                 what);
         } else if (v.text[slot.text] != nullptr) {
-            add(icalparameter_new_from_value_string(slot.kind, v.text[slot.text]), what);
+            add(ParamOfKind(slot.kind, v.text[slot.text]), what);
         }
     }
     const bool dateTime = row.shape == eShape::DateTime;
     for (const PimShared::tXParam& p : *v.xParams) {
         if (dateTime && IsMarker(p, row.zoneArgument)) continue;
-        if (p.name == nullptr || p.name[0] == '\0') {
-            m_losses.Add(std::string(name) + " parameter without a name", 0);
+        if (p.name == nullptr || !IsName(p.name)) {
+            m_losses.Add(std::string(name) + " parameter with an unwritable name", 0);
             continue;
         }
         add(MakeParam(p.name, p.value != nullptr ? p.value : ""), p.name);

@@ -279,6 +279,22 @@ TEST(IcalExport, RefusesOtherItemsAndPassesOnWhatParsersReport) {
     EXPECT_EQ(out.items[0].losses[1].name, "send status");
 }
 
+TEST(IcalExport, LineBreaksAndBadNamesCannotForgeLines) {
+    const cftest::Bytes event = cftest::Frame(
+        1, 103, 0,
+        {cftest::N(228, {cftest::S(340, "mailto:a@x\r\nEND:VEVENT\r\nBEGIN:VEVENT")}),
+         cftest::N(215, {cftest::S(320, "s"), cftest::S(1013, "X-A:B"), cftest::S(1014, "v"),
+                         cftest::S(1013, "X-C"), cftest::S(1014, "1\r\nUID:forged")})});
+    const auto out = ExportICalendar(event.data(), event.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    EXPECT_EQ(out.text.find("forged"), std::string::npos) << out.text;
+    EXPECT_EQ(out.items[0].losses.size(), 3u);
+    const ImportResult again = ImportICalendar(out.text.data(), out.text.size());
+    ASSERT_TRUE(again.ok);
+    EXPECT_EQ(again.items.size(), 1u);
+    EXPECT_EQ(Calls(again, 0), (Lines{"Summary('s'nullnull{})"}));
+}
+
 TEST(IcalFixtures, EveryFixtureRoundTrips) {
     for (const char* name : {"mixed.ics"}) {
         std::ifstream in(std::string(PIMTLV_BRIDGE_FIXTURES) + "/ical/" + name, std::ios::binary);
