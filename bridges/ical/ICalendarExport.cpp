@@ -69,15 +69,10 @@ bool OneLine(const char* text) {
     return true;
 }
 
-// A parameter name is letters, digits and hyphens.
 bool IsName(const char* name) {
     if (name[0] == '\0') return false;
     for (const char* p = name; *p != '\0'; ++p) {
-        const char c = *p;
-        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-              c == '-')) {
-            return false;
-        }
+        if (!IsNameChar(*p)) return false;
     }
     return true;
 }

@@ -19,6 +19,7 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -229,7 +230,8 @@ class Importer {
     };
 
     bool Feed(char* line, unsigned int number);
-    unsigned int LineOf(std::size_t component, icalproperty* property);
+    unsigned int LineOf(std::size_t component, const std::string& name) const;
+    void AddLoss(LossCollector& losses, std::size_t component, icalproperty* property) const;
     bool WalkRoot(icalcomponent* root);
     bool ImportItem(icalcomponent* component, const ItemKind& kind, std::size_t index,
                     const CalendarContext& calendar);
@@ -267,6 +269,7 @@ class Importer {
     std::vector<LineNote> m_notes;  // every property line, in order
     std::string m_names;
     std::vector<std::size_t> m_firstNote;    // per component: its first line note
+    std::vector<std::size_t> m_endNote;      // per component: past its last one
     std::vector<unsigned int> m_beginLines;  // line of every BEGIN, in order
     std::vector<std::size_t> m_open;         // indices of the open components
     std::size_t m_nextComponent = 0;         // the walk's position in m_beginLines
@@ -287,16 +290,13 @@ ItemSink& Importer::SinkOf(eItem item) {
     return m_note;
 }
 
-bool IsNameChar(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
-}
-
 bool NameIs(const char* name, std::size_t length, const char* word) {
     return std::strlen(word) == length && strncasecmp(name, word, length) == 0;
 }
 
-// Tags a property line with its number and hands it to libical; keeps the
-// lines of component begins and of lines libical could not read.
+// Notes where each component begins and each property line stands, tags
+// CATEGORIES lines, and hands the line to libical; keeps the lines libical
+// could not read.
 bool Importer::Feed(char* line, unsigned int number) {
     std::size_t n = 0;
     while (IsNameChar(line[n])) ++n;
@@ -312,8 +312,12 @@ bool Importer::Feed(char* line, unsigned int number) {
         m_open.push_back(m_beginLines.size());
         m_beginLines.push_back(number);
         m_firstNote.push_back(m_notes.size());
+        m_endNote.push_back(static_cast<std::size_t>(-1));
     } else if (end) {
-        if (!m_open.empty()) m_open.pop_back();
+        if (!m_open.empty()) {
+            m_endNote[m_open.back()] = m_notes.size();
+            m_open.pop_back();
+        }
     } else if (m_open.empty()) {
         if (line[std::strspn(line, " \t\r\n")] != '\0') {
             m_fileLosses.Add("text outside any component", number);
@@ -341,10 +345,10 @@ bool Importer::Feed(char* line, unsigned int number) {
     return ok;
 }
 
-unsigned int Importer::LineOf(std::size_t component, icalproperty* property) {
+unsigned int Importer::LineOf(std::size_t component, const std::string& name) const {
     if (component >= m_firstNote.size()) return 0;
-    const std::string name = PropertyNameOf(property);
-    for (std::size_t i = m_firstNote[component]; i < m_notes.size(); ++i) {
+    const std::size_t end = std::min(m_endNote[component], m_notes.size());
+    for (std::size_t i = m_firstNote[component]; i < end; ++i) {
         const LineNote& note = m_notes[i];
         if (note.component == component && note.nameLength == name.size() &&
             strncasecmp(m_names.data() + note.nameStart, name.data(), name.size()) == 0) {
@@ -352,6 +356,11 @@ unsigned int Importer::LineOf(std::size_t component, icalproperty* property) {
         }
     }
     return 0;
+}
+
+void Importer::AddLoss(LossCollector& losses, std::size_t component, icalproperty* property) const {
+    const std::string name = PropertyNameOf(property);
+    losses.Add(name, losses.Contains(name) ? 0 : LineOf(component, name));
 }
 
 unsigned int Importer::NextErrorLine(std::size_t component) {
@@ -411,7 +420,7 @@ bool Importer::WalkRoot(icalcomponent* root) {
         } else if (kind == ICAL_XLICERROR_PROPERTY) {
             m_fileLosses.Add("unreadable line", NextErrorLine(rootIndex));
         } else {
-            m_fileLosses.Add(PropertyNameOf(p), LineOf(rootIndex, p));
+            AddLoss(m_fileLosses, rootIndex, p);
         }
     }
     for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
@@ -484,13 +493,13 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
     }
     const PropertyRow* row = RowOfKind(propertyKind);
     if (row == nullptr || (row->items & kind.item) == 0) {
-        losses.Add(PropertyNameOf(property), LineOf(component, property));
+        AddLoss(losses, component, property);
         return true;
     }
     Gathered& g = m_gathered;
     eOp op = row->op;
     if (!Gather(property, *row, g, op)) {
-        losses.Add(PropertyNameOf(property), LineOf(component, property));
+        AddLoss(losses, component, property);
         return true;
     }
     if (row->shape == eShape::Categories) {

@@ -100,10 +100,5 @@ const ParamSlot* ParamSlots(eShape shape, std::size_t& count) {
     }
 }
 
-const char* PropertyName(eOp op) {
-    const PropertyRow* row = RowOfOp(op);
-    return row != nullptr ? icalproperty_kind_to_string(row->kind) : "";
-}
-
 }  // namespace Ical
 }  // namespace PimBridge

@@ -121,8 +121,10 @@ constexpr const char* kTzidParam = "TZID";
 // The forms of an iCalendar date-time.
 enum class eForm : unsigned char { Utc, Zoned, Floating };
 
-// The iCalendar name of an operation's property, for messages.
-const char* PropertyName(eOp op);
+// Property and parameter names are letters, digits and hyphens.
+inline bool IsNameChar(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+}
 
 }  // namespace Ical
 }  // namespace PimBridge
