@@ -259,41 +259,41 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
 
 void ComponentWriter::AddParams(const PropertyRow& row, const PropertyValues& v,
                                 icalproperty* property) {
-    const char* name = icalproperty_kind_to_string(row.kind);
-    const auto add = [&](icalparameter* param, const char* what) {
+    const auto name = [&row] { return std::string(icalproperty_kind_to_string(row.kind)); };
+    const auto add = [&](icalparameter* param, icalparameter_kind kind, const char* xName) {
         if (param != nullptr) {
             icalproperty_add_parameter(property, param);
         } else {
-            m_losses.Add(std::string(name) + ";" + what, 0);
+            m_losses.Add(
+                name() + ";" + (xName != nullptr ? xName : icalparameter_kind_to_string(kind)), 0);
         }
     };
     std::size_t count = 0;
     const ParamSlot* slots = ParamSlots(row.shape, count);
     for (std::size_t s = 0; s < count; ++s) {
         const ParamSlot& slot = slots[s];
-        const char* what = icalparameter_kind_to_string(slot.kind);
         if (slot.list >= 0) {
             if (v.list[slot.list] == nullptr) continue;
             for (const char* entry : *v.list[slot.list]) {
-                add(ParamOfKind(slot.kind, entry ? entry : ""), what);
+                add(ParamOfKind(slot.kind, entry ? entry : ""), slot.kind, nullptr);
             }
         } else if (slot.text == kRsvpSlot) {
             if (v.rsvp == PimShared::eRsvpNotGiven) continue;
             add(icalparameter_new_rsvp(v.rsvp == PimShared::eRsvpFalse ? ICAL_RSVP_FALSE
                                                                        : ICAL_RSVP_TRUE),
-                what);
+                slot.kind, nullptr);
         } else if (v.text[slot.text] != nullptr) {
-            add(ParamOfKind(slot.kind, v.text[slot.text]), what);
+            add(ParamOfKind(slot.kind, v.text[slot.text]), slot.kind, nullptr);
         }
     }
     const bool dateTime = row.shape == eShape::DateTime;
     for (const PimShared::tXParam& p : *v.xParams) {
         if (dateTime && IsMarker(p, row.zoneArgument)) continue;
         if (p.name == nullptr || !IsName(p.name)) {
-            m_losses.Add(std::string(name) + " parameter with an unwritable name", 0);
+            m_losses.Add(name() + " parameter with an unwritable name", 0);
             continue;
         }
-        add(MakeParam(p.name, p.value != nullptr ? p.value : ""), p.name);
+        add(MakeParam(p.name, p.value != nullptr ? p.value : ""), ICAL_X_PARAMETER, p.name);
     }
 }
 
@@ -556,6 +556,7 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
     CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
     ComponentWriter writer(prodid, version);
     ItemReaders readers(writer);
+    result.items.reserve(spans.size());
     std::string body;
     body.reserve(size * 2);  // text runs about 1.5 times the streams' size
     for (std::size_t i = 0; i < spans.size(); ++i) {
