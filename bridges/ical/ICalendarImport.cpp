@@ -727,6 +727,8 @@ ImportResult Importer::Run(const char* text, std::size_t size) {
         Fail("a NUL byte, which iCalendar text never holds", line);
         return std::move(m_result);
     }
+    // Streams take about as many bytes as the text they come from.
+    m_result.streams.reserve(size);
     LineFeed feed{text, text + size};
     m_parser = icalparser_new();
     if (m_parser == nullptr) {
