@@ -405,81 +405,77 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
 
 namespace {
 
-Encoded EncodeItem(const Json& document, const std::string& where) {
-    if (!document.is_object()) throw UsageError("the JSON document must be an object" + where);
-    for (const auto& entry : document.items()) {
-        const std::string& key = entry.key();
-        if (key != "item" && key != "calls" && key != "diagnostics" && key != "result") {
-            throw UsageError("unknown key '" + key + "' in the JSON document" + where);
-        }
-    }
-    if (!document.contains("item") || !document["item"].is_string()) {
-        throw UsageError("the JSON document needs \"item\" (one of " + KindNames() + ")" + where);
-    }
-    const ItemAdapter* adapter = AdapterFor(NamedKind(document["item"].get<std::string>()));
-    if (!document.contains("calls")) throw UsageError("the JSON document needs \"calls\"" + where);
-    Encoded encoded;
-    encoded.item = adapter->kind;
-    try {
-        encoded.bytes = adapter->encode(adapter->ops, document["calls"], encoded.refused);
-    } catch (const UsageError& e) {
-        if (where.empty()) throw;
-        throw UsageError(e.what() + where);
-    }
-    return encoded;
-}
-
-// Reads a JSON text of one document, or of an array of documents, handing
-// each document to onDocument(Json&, index) as soon as it is complete: only
-// one item's document is held at a time.
-template <typename OnDocument>
+// Reads a JSON text of one decode document, or of an array of them, and
+// makes each item as its calls arrive: each call is handed to the item's
+// creator when it is complete, so that only one call is ever held (the
+// calls before "item", where a document names its item last, wait for it).
+// What a document holds besides "item" and "calls" is checked to be JSON and
+// otherwise passed over. onItem(Encoded&, index, many) takes each item.
+template <typename OnItem>
 class DocumentReader {
   public:
-    explicit DocumentReader(OnDocument& onDocument) : m_onDocument(onDocument) {}
+    DocumentReader(OnItem& onItem, bool many) : m_onItem(onItem), m_manyAllowed(many) {}
 
-    bool null() {
-        return Value([](Dom& d) { return d.null(); });
+    bool null() { return Value(Json(nullptr)); }
+    bool boolean(bool v) { return Value(Json(v)); }
+    bool number_integer(Json::number_integer_t v) { return Value(Json(v)); }
+    bool number_unsigned(Json::number_unsigned_t v) { return Value(Json(v)); }
+    bool number_float(Json::number_float_t v, const Json::string_t&) { return Value(Json(v)); }
+    bool string(Json::string_t& v) { return Value(Json(std::move(v))); }
+    bool binary(Json::binary_t& v) { return Value(Json(std::move(v))); }
+
+    bool key(Json::string_t& k) {
+        if (m_call) return m_call->key(k);
+        if (m_depth == m_itemDepth + 1) {
+            if (k != "item" && k != "calls" && k != "diagnostics" && k != "result") {
+                Fail("unknown key '" + k + "' in the JSON document");
+            }
+            m_field = k == "item" ? Field::Item : k == "calls" ? Field::Calls : Field::Other;
+        }
+        return true;
     }
-    bool boolean(bool v) {
-        return Value([v](Dom& d) { return d.boolean(v); });
-    }
-    bool number_integer(Json::number_integer_t v) {
-        return Value([v](Dom& d) { return d.number_integer(v); });
-    }
-    bool number_unsigned(Json::number_unsigned_t v) {
-        return Value([v](Dom& d) { return d.number_unsigned(v); });
-    }
-    bool number_float(Json::number_float_t v, const Json::string_t& s) {
-        return Value([v, &s](Dom& d) { return d.number_float(v, s); });
-    }
-    bool string(Json::string_t& v) {
-        return Value([&v](Dom& d) { return d.string(v); });
-    }
-    bool binary(Json::binary_t& v) {
-        return Value([&v](Dom& d) { return d.binary(v); });
-    }
-    bool key(Json::string_t& v) { return m_dom->key(v); }
     bool start_object(std::size_t n) {
-        if (m_depth++ == m_itemDepth) Open();
-        return m_dom->start_object(n);
+        if (!Container()) return true;
+        if (m_depth == m_itemDepth + 1) Fail("\"calls\" must be an array");
+        if (m_depth == m_itemDepth) {
+            StartDocument();
+        } else {
+            StartCall();
+        }
+        ++m_depth;
+        return m_call ? m_call->start_object(n) : true;
     }
     bool end_object() {
-        m_dom->end_object();
-        if (--m_depth == m_itemDepth) Close();
+        --m_depth;
+        if (m_skipFrom != 0) return EndSkipped();
+        if (m_call) {
+            m_call->end_object();
+            if (m_depth == m_itemDepth + 2) EndCall();
+            return true;
+        }
+        EndDocument();
         return true;
     }
     bool start_array(std::size_t n) {
-        if (m_depth == 0) {
+        if (m_depth == 0 && m_manyAllowed) {
             m_itemDepth = 1;  // an array of documents
             ++m_depth;
             return true;
         }
-        if (m_depth++ == m_itemDepth) NotAnObject();
-        return m_dom->start_array(n);
+        if (!Container()) return true;
+        if (m_depth == m_itemDepth) NotAnObject();
+        if (m_depth != m_itemDepth + 1) StartCall();  // else the "calls" array itself
+        ++m_depth;
+        return m_call ? m_call->start_array(n) : true;
     }
     bool end_array() {
-        if (--m_depth == 0) return true;
-        return m_dom->end_array();
+        --m_depth;
+        if (m_skipFrom != 0) return EndSkipped();
+        if (m_call) {
+            m_call->end_array();
+            if (m_depth == m_itemDepth + 2) EndCall();
+        }
+        return true;
     }
     template <typename Exception>
     bool parse_error(std::size_t, const std::string&, const Exception& e) {
@@ -488,52 +484,165 @@ class DocumentReader {
 
   private:
     using Dom = nlohmann::detail::json_sax_dom_parser<Json>;
+    enum class Field { None, Item, Calls, Other };
 
-    template <typename Event>
-    bool Value(Event&& event) {
+    // A container opens: false when it is passed over.
+    bool Container() {
+        if (m_skipFrom != 0) {
+            ++m_depth;
+            return false;
+        }
+        if (m_depth == m_itemDepth + 1 && m_field == Field::Other) {
+            m_skipFrom = ++m_depth;
+            return false;
+        }
+        if (m_depth == m_itemDepth + 1 && m_field == Field::Item) {
+            Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+        }
+        return true;
+    }
+    bool EndSkipped() {
+        if (m_depth + 1 == m_skipFrom) m_skipFrom = 0;
+        return true;
+    }
+
+    bool Value(Json value) {
+        if (m_skipFrom != 0) return true;
+        if (m_call) {
+            // The DOM builder takes scalars by reference.
+            if (value.is_string()) return m_call->string(value.get_ref<Json::string_t&>());
+            if (value.is_null()) return m_call->null();
+            if (value.is_boolean()) return m_call->boolean(value.get<bool>());
+            if (value.is_number_unsigned())
+                return m_call->number_unsigned(value.get<Json::number_unsigned_t>());
+            if (value.is_number_integer())
+                return m_call->number_integer(value.get<Json::number_integer_t>());
+            return m_call->number_float(value.get<Json::number_float_t>(), "");
+        }
         if (m_depth == m_itemDepth) NotAnObject();
-        return event(*m_dom);
-    }
-    [[noreturn]] void NotAnObject() const {
-        throw UsageError(
-            std::string("the JSON document must be an object") +
-            (m_itemDepth == 1 ? " (entry " + std::to_string(m_index + 1) + " of the array)" : ""));
-    }
-    void Open() {
-        m_document = Json();
-        m_dom = std::make_unique<Dom>(m_document);
-    }
-    void Close() {
-        m_dom.reset();
-        m_onDocument(m_document, m_index++, m_itemDepth == 1);
-        m_document = Json();
+        if (m_depth == m_itemDepth + 2) {
+            Call(value);  // a call that is no object: the replay says so
+            return true;
+        }
+        if (m_field == Field::Item) {
+            if (!value.is_string()) {
+                Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+            }
+            SetItem(value.get_ref<const std::string&>());
+        } else if (m_field == Field::Calls) {
+            Fail("\"calls\" must be an array");
+        }
+        return true;
     }
 
-    OnDocument& m_onDocument;
-    std::unique_ptr<Dom> m_dom;
-    Json m_document;
+    void StartDocument() {
+        m_adapter = nullptr;
+        m_session.reset();
+        m_waiting = Json::array();
+        m_calls = 0;
+        m_hasCalls = false;
+        m_refused.clear();
+        m_field = Field::None;
+    }
+    void EndDocument() {
+        if (m_adapter == nullptr) {
+            Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+        }
+        if (!m_hasCalls) Fail("the JSON document needs \"calls\"");
+        Encoded encoded;
+        encoded.item = m_adapter->kind;
+        try {
+            encoded.bytes = m_session->Finish();
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+        encoded.refused = std::move(m_refused);
+        m_session.reset();
+        m_onItem(encoded, m_index++, m_itemDepth == 1);
+    }
+
+    void SetItem(const std::string& name) {
+        try {
+            m_adapter = AdapterFor(NamedKind(name));
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+        m_session = m_adapter->encode(m_adapter->ops);
+        for (std::size_t i = 0; i < m_waiting.size(); ++i) Replay(m_waiting[i], i);
+        m_waiting = Json::array();
+    }
+
+    void StartCall() {
+        if (m_depth == m_itemDepth + 2) {
+            m_callValue = Json();
+            m_call = std::make_unique<Dom>(m_callValue);
+        }
+    }
+    void EndCall() {
+        m_call.reset();
+        Call(m_callValue);
+    }
+    void Call(Json& call) {
+        m_hasCalls = true;
+        if (m_session) {
+            Replay(call, m_calls);
+        } else {
+            m_waiting.push_back(std::move(call));
+        }
+        ++m_calls;
+    }
+    void Replay(const Json& call, std::size_t index) {
+        try {
+            m_session->Call(call, index, m_refused);
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+    }
+
+    [[noreturn]] void NotAnObject() const { Fail("the JSON document must be an object"); }
+    [[noreturn]] void Fail(const std::string& what) const {
+        throw UsageError(what + (m_itemDepth == 1 ? " (item " + std::to_string(m_index + 1) + ")"
+                                                  : std::string()));
+    }
+
+    OnItem& m_onItem;
+    bool m_manyAllowed;
     std::size_t m_depth = 0;
     std::size_t m_itemDepth = 0;  // 0: the text is one document; 1: an array of them
-    std::size_t m_index = 0;
+    std::size_t m_skipFrom = 0;   // depth of a value passed over, or 0
+    std::size_t m_index = 0;      // of the document
+    Field m_field = Field::None;
+    bool m_hasCalls = false;
+    const ItemAdapter* m_adapter = nullptr;
+    std::unique_ptr<EncodeSession> m_session;
+    Json m_waiting;  // calls that came before "item"
+    std::size_t m_calls = 0;
+    std::vector<std::string> m_refused;
+    std::unique_ptr<Dom> m_call;
+    Json m_callValue;
 };
+
+template <typename OnItem>
+void ReadDocuments(std::string_view text, bool many, OnItem&& onItem) {
+    DocumentReader<std::remove_reference_t<OnItem>> reader(onItem, many);
+    WithJsonErrors(text, [&] { Json::sax_parse(text.begin(), text.end(), &reader); });
+}
 
 }  // namespace
 
 Encoded EncodeDocument(const std::string& text) {
-    Json document;
-    WithJsonErrors(text, [&] { document = Json::parse(text); });
-    return EncodeItem(document, "");
+    Encoded result;
+    ReadDocuments(text, false,
+                  [&](Encoded& encoded, std::size_t, bool) { result = std::move(encoded); });
+    return result;
 }
 
 int Encode(const Options& options, std::ostream& err) {
     const InputBytes input(options.input);
-    const std::string_view text = input.Text();
     OutputFile output(options.output);
     bool refused = false;
     std::string hex;
-    auto onDocument = [&](const Json& document, std::size_t index, bool many) {
-        const std::string where = many ? " (item " + std::to_string(index + 1) + ")" : "";
-        const Encoded encoded = EncodeItem(document, where);
+    ReadDocuments(input.Text(), true, [&](const Encoded& encoded, std::size_t index, bool many) {
         for (const std::string& r : encoded.refused) {
             err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
                 << "the creator refused " << r << '\n';
@@ -546,9 +655,7 @@ int Encode(const Options& options, std::ostream& err) {
         } else {
             output.Write(encoded.bytes.data(), encoded.bytes.size());
         }
-    };
-    DocumentReader<decltype(onDocument)> reader(onDocument);
-    WithJsonErrors(text, [&] { Json::sax_parse(text.begin(), text.end(), &reader); });
+    });
     output.Close();
     return refused ? kExitProblem : 0;
 }
