@@ -2,6 +2,7 @@
 // and how it exits: every command on every shipped sample, the round trip
 // back to the same bytes, malformed streams, and input it must refuse.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -807,6 +808,39 @@ TEST(EmptyFile, HoldsNoItems) {
     const Result encoded = Tool("encode", "[]");
     EXPECT_EQ(encoded.status, 0);
     EXPECT_EQ(encoded.out, "");
+}
+
+// Memory stays flat however many calls and diagnostics a parse makes: an SMS
+// whose node holds 300,000 leaves its parser refuses (one diagnostic each)
+// took some 200 MB when the tool kept them.
+TEST(LargeStream, MemoryDoesNotGrowWithTheDiagnostics) {
+    if (!Built("sms")) GTEST_SKIP() << "sms is not in this build";
+    constexpr std::size_t kLeaves = 300000;
+    std::string leaves;
+    for (std::size_t i = 0; i < kLeaves; ++i) leaves += Bin("63 E7 03 78 79 00");
+    const auto header = [](int type, std::size_t length) {
+        return Bin(type == 2 ? "80 02 83" : "82 BC 83") + static_cast<char>(length >> 16) +
+               static_cast<char>(length >> 8) + static_cast<char>(length);
+    };
+    const std::string sms = header(700, leaves.size()) + leaves;
+    const std::string body = Bin("90 0A 04 00 00 00 01") + sms;
+    const std::string path = Temp("refused.tlv");
+    Spit(path, header(2, body.size()) + body);
+    // The peak of the largest child so far: the shell, a copy of this
+    // process until it starts the tool, sets the floor.
+    const auto peak = [] {
+        rusage usage{};
+        getrusage(RUSAGE_CHILDREN, &usage);
+        return usage.ru_maxrss;
+    };
+    Tool("--version");
+    const long floor = peak();
+    for (const char* command : {"check ", "decode "}) {
+        const Result r = Tool(command + path);
+        EXPECT_EQ(r.status, command[0] == 'c' ? 1 : 0) << command << r.err;
+    }
+    EXPECT_LT(peak(), floor + 40 * 1024) << "peak KiB of the largest run";
+    std::remove(path.c_str());
 }
 
 }  // namespace

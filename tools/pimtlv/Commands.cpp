@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -622,17 +623,75 @@ class DocumentReader {
     Json m_callValue;
 };
 
+// How far the JSON reader has got in a mapped input: the pages it has
+// passed are handed back (it never looks back), and progress is shown.
+struct Passage {
+    static constexpr std::size_t kStep = std::size_t{1} << 22;
+    const InputBytes* input;
+    Progress progress;
+    const char* mark;
+
+    explicit Passage(const InputBytes& in)
+        : input(&in), progress(in.Text().size()), mark(Step(in.Text().data())) {}
+    const char* Step(const char* from) const {
+        const std::string_view text = input->Text();
+        const std::size_t left = static_cast<std::size_t>(text.data() + text.size() - from);
+        return left > kStep ? from + kStep : nullptr;
+    }
+    void Reached(const char* at) {
+        const auto done = static_cast<std::size_t>(at - input->Text().data());
+        input->Passed(done);
+        progress.At(done);
+        mark = Step(at);
+    }
+};
+
+// The text as the JSON reader takes it, one character after another.
+class Cursor {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    Cursor(const char* at, Passage* passage) : m_at(at), m_passage(passage) {}
+    const char& operator*() const { return *m_at; }
+    Cursor& operator++() {
+        if (++m_at == m_passage->mark) m_passage->Reached(m_at);
+        return *this;
+    }
+    Cursor operator++(int) {
+        Cursor before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(const Cursor& other) const { return m_at == other.m_at; }
+    bool operator!=(const Cursor& other) const { return m_at != other.m_at; }
+
+  private:
+    const char* m_at;
+    Passage* m_passage;
+};
+
 template <typename OnItem>
-void ReadDocuments(std::string_view text, bool many, OnItem&& onItem) {
+void ReadDocuments(std::string_view text, Passage* passage, bool many, OnItem&& onItem) {
     DocumentReader<std::remove_reference_t<OnItem>> reader(onItem, many);
-    WithJsonErrors(text, [&] { Json::sax_parse(text.begin(), text.end(), &reader); });
+    WithJsonErrors(text, [&] {
+        if (passage == nullptr) {
+            Json::sax_parse(text.begin(), text.end(), &reader);
+        } else {
+            Json::sax_parse(Cursor(text.data(), passage),
+                            Cursor(text.data() + text.size(), passage), &reader);
+        }
+    });
 }
 
 }  // namespace
 
 Encoded EncodeDocument(const std::string& text) {
     Encoded result;
-    ReadDocuments(text, false,
+    ReadDocuments(text, nullptr, false,
                   [&](Encoded& encoded, std::size_t, bool) { result = std::move(encoded); });
     return result;
 }
@@ -642,20 +701,22 @@ int Encode(const Options& options, std::ostream& err) {
     OutputFile output(options.output);
     bool refused = false;
     std::string hex;
-    ReadDocuments(input.Text(), true, [&](const Encoded& encoded, std::size_t index, bool many) {
-        for (const std::string& r : encoded.refused) {
-            err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
-                << "the creator refused " << r << '\n';
-        }
-        refused = refused || !encoded.refused.empty();
-        if (options.hex) {
-            hex = EncodeHex(encoded.bytes.data(), encoded.bytes.size(), 16);
-            hex += '\n';
-            output.Write(hex.data(), hex.size());
-        } else {
-            output.Write(encoded.bytes.data(), encoded.bytes.size());
-        }
-    });
+    Passage passage(input);
+    ReadDocuments(
+        input.Text(), &passage, true, [&](const Encoded& encoded, std::size_t index, bool many) {
+            for (const std::string& r : encoded.refused) {
+                err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
+                    << "the creator refused " << r << '\n';
+            }
+            refused = refused || !encoded.refused.empty();
+            if (options.hex) {
+                hex = EncodeHex(encoded.bytes.data(), encoded.bytes.size(), 16);
+                hex += '\n';
+                output.Write(hex.data(), hex.size());
+            } else {
+                output.Write(encoded.bytes.data(), encoded.bytes.size());
+            }
+        });
     output.Close();
     return refused ? kExitProblem : 0;
 }

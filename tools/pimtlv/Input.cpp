@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -100,6 +101,15 @@ InputBytes::InputBytes(const std::string& path) {
 
 InputBytes::~InputBytes() {
     if (m_map != nullptr) ::munmap(m_map, m_size);
+}
+
+void InputBytes::Passed(std::size_t upTo) const {
+    if (m_map == nullptr) return;
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t whole = std::min(upTo, m_size) / page * page;
+    if (whole <= m_passed) return;
+    ::madvise(static_cast<char*>(m_map) + m_passed, whole - m_passed, MADV_DONTNEED);
+    m_passed = whole;
 }
 
 std::string ReadInput(const std::string& path) {

@@ -22,13 +22,18 @@ class InputBytes {
     InputBytes& operator=(const InputBytes&) = delete;
 
     ByteView View() const { return {m_data, m_size}; }
+    // The bytes before upTo will not be read again (a reader that never
+    // looks back says so): a mapping hands their pages back. A later read
+    // still gets them, from the file.
+    void Passed(std::size_t upTo) const;
     std::string_view Text() const { return {reinterpret_cast<const char*>(m_data), m_size}; }
 
   private:
     const std::uint8_t* m_data = nullptr;
     std::size_t m_size = 0;
-    void* m_map = nullptr;  // what munmap takes back, when mapped
-    Bytes m_read;           // the bytes, when read
+    void* m_map = nullptr;             // what munmap takes back, when mapped
+    mutable std::size_t m_passed = 0;  // bytes handed back
+    Bytes m_read;                      // the bytes, when read
 };
 
 // Reads a whole file, or standard input for "-" or an empty name. Throws
