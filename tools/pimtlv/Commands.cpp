@@ -186,38 +186,36 @@ void WithJsonErrors(std::string_view text, Parse&& parse) {
 int Dump(const Options& options, std::ostream& out, std::ostream& err) {
     const Stream stream(options);
     const ByteView data = stream.View();
-    const ItemAdapter* forced = nullptr;
-    if (const Kind* kind = ForcedKind(options)) forced = FindAdapter(kind->name);
-    // Names come from the item each root node starts, so a file of several
-    // kinds of items reads right throughout.
+    const Kind* forced = ForcedKind(options);
     class Sink : public ElementSink {
       public:
-        Sink(ByteView d, const ItemAdapter* f, bool color, std::ostream& o)
-            : m_data(d), m_forced(f), m_item(f), m_color(color), m_out(o), m_progress(d.size) {}
+        Sink(std::size_t size, bool color, std::ostream& o)
+            : m_color(color), m_out(o), m_progress(size) {}
         void OnElement(const Element& e) override {
             const bool node = e.header.elementClass == ParserCreatorCollection::Node;
-            if (node && e.depth == 0 && m_forced == nullptr) {
-                const Kind* kind =
-                    DetectKind(ReadFrame(m_data.Sub(e.offset, m_data.size - e.offset)));
-                m_item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
-            }
-            m_line =
-                DumpLine(e, NameOf(m_item, node, e.parentId, e.header.typeId, e.depth), m_color);
+            m_line = DumpLine(e, NameOf(item, node, e.parentId, e.header.typeId, e.depth), m_color);
             m_line += '\n';
             m_out.write(m_line.data(), static_cast<std::streamsize>(m_line.size()));
             m_progress.At(e.offset);
         }
+        const ItemAdapter* item = nullptr;  // whose names the lines show
 
       private:
-        ByteView m_data;
-        const ItemAdapter* m_forced;
-        const ItemAdapter* m_item;
         bool m_color;
         std::ostream& m_out;
         Progress m_progress;
         std::string m_line;
-    } sink(data, forced, options.color, out);
-    const Fault fault = WalkStream(data, &sink);
+    } sink(data.size, options.color, out);
+    // Item by item, each named in its own kind; what cannot be cut into
+    // items (elements outside any root node, say) is shown as it stands.
+    Fault fault;
+    ForEachItemOf(data, [&](const ItemPlace& place) {
+        const Kind* kind = forced;
+        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
+        sink.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
+        fault = WalkStream(data, &sink, place.offset, place.offset + place.size);
+        return !fault.present;
+    });
     out.flush();
     if (!fault.present) return 0;
     ReportFault(fault, err);
