@@ -3,8 +3,6 @@
 // back to the same bytes, malformed streams, and input it must refuse.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -12,52 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "ToolRun.h"
+
 namespace {
 
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
-void Spit(const std::string& path, const std::string& data) {
-    std::ofstream(path, std::ios::binary) << data;
-}
-
-// CTest runs test cases as separate processes side by side: each process has
-// its own files.
-std::string Temp(const std::string& name) {
-    return testing::TempDir() + "pimtlv_tool_" + std::to_string(getpid()) + "_" + name;
-}
-
-// Runs the tool with args (shell words) and input on standard input.
-Result Tool(const std::string& args, const std::string& input = "") {
-    const std::string in = Temp("in"), out = Temp("out"), err = Temp("err");
-    Spit(in, input);
-    const std::string command =
-        std::string(PIMTLV_TOOL_PATH) + " " + args + " <" + in + " >" + out + " 2>" + err;
-    const int raw = std::system(command.c_str());
-    Result r;
-    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    r.out = Slurp(out);
-    r.err = Slurp(err);
-    for (const std::string& path : {in, out, err}) std::remove(path.c_str());
-    return r;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream s(text);
-    for (std::string line; std::getline(s, line);) lines.push_back(line);
-    return lines;
-}
+using toolrun::Lines;
+using toolrun::Result;
+using toolrun::Slurp;
+using toolrun::Spit;
+using toolrun::Temp;
+using toolrun::Tool;
 
 std::vector<std::string> BuiltItems() {
     std::vector<std::string> items;
