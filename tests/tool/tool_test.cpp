@@ -582,6 +582,14 @@ const CheckCase kCheckCases[] = {
     {"SmsLeafOutOfPlace", "sms", "80 02 0F 90 0A 04 00 00 00 01 82 BC 05 63 E7 02 78 00",
      "code 2 (before call 1, End): Unexpected String with type ID = 999\n"
      "SMS: 2 receiver calls, 1 diagnostic\n"},
+    {"TwoItemsNameTheirItem", "sms",
+     "80 02 0F 90 0A 04 00 00 00 01 82 BC 05 63 E7 02 78 00 "
+     "80 02 0F 90 0A 04 00 00 00 02 82 BC 05 63 E7 02 78 00",
+     "code 2 (item 1 at offset 0, before call 1, End): Unexpected String with type ID = 999\n"
+     "item 1 at offset 0: SMS: 2 receiver calls, 1 diagnostic\n"
+     "code 2 (item 2 at offset 18, before call 1, End): Unexpected String with type ID = 999\n"
+     "item 2 at offset 18: SMS: 2 receiver calls, 1 diagnostic\n"
+     "total: 2 items, 4 receiver calls, 2 diagnostics\n"},
     {"ContactSecondInstance", "contact", "80 00 0E 90 0A 04 00 00 00 01 90 0A 04 00 00 00 02",
      "code 3 (before call 1, End): (no text)\n"
      "contact: 2 receiver calls, 1 diagnostic\n"},

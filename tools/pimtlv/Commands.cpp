@@ -314,7 +314,7 @@ class CheckWriter : public ParseListener {
     explicit CheckWriter(std::ostream& out) : m_out(out) {}
 
     void OnCall(std::size_t index, const char* op) override {
-        if (m_pending) Flush(" (before call " + std::to_string(index) + ", " + op + ")");
+        if (m_pending) Flush("before call " + std::to_string(index) + ", " + op);
     }
     void OnDiagnostic(int code, const char* text, std::size_t) override {
         if (code == 0) return;  // the calendar parsers' trace lines
@@ -331,15 +331,18 @@ class CheckWriter : public ParseListener {
         m_kept.Append(m_line);
     }
 
-    void Begin(std::string prefix) {
-        m_prefix = std::move(prefix);
+    // item: what names the item in a file of several ("item 2 at offset
+    // 120"), else empty. Diagnostic lines keep "code N" first, so that they
+    // read (and grep) alike in both.
+    void Begin(std::string item) {
+        m_item = std::move(item);
         m_diagnostics = 0;
     }
     std::size_t End() {
-        if (m_pending) Flush(" (after the last call)");
+        if (m_pending) Flush("after the last call");
         return m_diagnostics;
     }
-    std::string_view Prefix() const { return m_prefix; }
+    std::string Label() const { return m_item.empty() ? m_item : m_item + ": "; }
 
   private:
     void Flush(const std::string& where) {
@@ -351,7 +354,8 @@ class CheckWriter : public ParseListener {
                     head += c;
                     continue;
                 }
-                m_out << (inHead ? m_prefix : std::string()) << head << (inHead ? where : "");
+                m_out << head;
+                if (inHead) m_out << " (" << (m_item.empty() ? "" : m_item + ", ") << where << ")";
                 head.clear();
                 inHead = !inHead;
             }
@@ -363,7 +367,7 @@ class CheckWriter : public ParseListener {
     Spill m_kept;
     bool m_pending = false;
     std::size_t m_diagnostics = 0;
-    std::string m_prefix;
+    std::string m_item;
     std::string m_line;
 };
 
@@ -383,11 +387,11 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
     const bool ok = ParseItems(
         options, data, writer, nullptr,
         [&](const ItemPlace& place, const Kind&) {
-            writer.Begin(single ? std::string() : ItemName(place) + ": ");
+            writer.Begin(single ? std::string() : ItemName(place));
         },
         [&](const ItemPlace&, const Kind& kind, const Recorder& recorder, const ParseRun&) {
             const std::size_t found = writer.End();
-            out << writer.Prefix() << kind.title << ": " << recorder.Calls() << " receiver calls, "
+            out << writer.Label() << kind.title << ": " << recorder.Calls() << " receiver calls, "
                 << Plural(found, "diagnostic", "diagnostics") << '\n';
             ++items;
             calls += recorder.Calls();
