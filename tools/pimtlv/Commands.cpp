@@ -287,20 +287,22 @@ int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::
     const bool single = SingleItem(data);
     TextOut text(out);
     DecodeWriter writer(text, options.trace);
+    bool any = false;
     if (!single) text.Text() += "[";
     const bool ok = ParseItems(
         options, data, writer, &text,
-        [&](const ItemPlace& place, const Kind& kind) {
-            if (!single) text.Text() += place.index == 0 ? "\n" : ",\n";
+        [&](const ItemPlace&, const Kind& kind) {
+            if (!single) text.Text() += any ? ",\n" : "\n";
+            any = true;
             writer.Begin(kind);
         },
         [&](const ItemPlace&, const Kind&, const Recorder& recorder, const ParseRun& run) {
             writer.End(recorder, run);
+            if (single) text.Text() += "\n";
             text.Flush();
         },
         err);
-    text.Text() += single || data.size == 0 ? "\n" : "\n]\n";
-    if (!single && data.size == 0) text.Text() = "[]\n";
+    if (!single) text.Text() += any ? "\n]\n" : "]\n";
     text.Flush();
     out.flush();
     return ok ? 0 : kExitProblem;
