@@ -193,18 +193,19 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
             : m_color(color), m_out(o), m_progress(size) {}
         void OnElement(const Element& e) override {
             const bool node = e.header.elementClass == ParserCreatorCollection::Node;
-            m_line = DumpLine(e, NameOf(item, node, e.parentId, e.header.typeId, e.depth), m_color);
-            m_line += '\n';
-            m_out.write(m_line.data(), static_cast<std::streamsize>(m_line.size()));
+            std::string& text = m_out.Text();
+            DumpLine(text, e, NameOf(item, node, e.parentId, e.header.typeId, e.depth), m_color);
+            text += '\n';
+            m_out.Drain();
             m_progress.At(e.offset);
         }
         const ItemAdapter* item = nullptr;  // whose names the lines show
+        TextOut& Out() { return m_out; }
 
       private:
         bool m_color;
-        std::ostream& m_out;
+        TextOut m_out;
         Progress m_progress;
-        std::string m_line;
     } sink(data.size, options.color, out);
     // Item by item, each named in its own kind; what cannot be cut into
     // items (elements outside any root node, say) is shown as it stands.
@@ -216,6 +217,7 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
         fault = WalkStream(data, &sink, place.offset, place.offset + place.size);
         return !fault.present;
     });
+    sink.Out().Flush();
     out.flush();
     if (!fault.present) return 0;
     ReportFault(fault, err);
@@ -239,12 +241,7 @@ class DecodeWriter : public ParseListener {
         m_out.Text() += index == 0 ? "[\n    " : ",\n    ";
     }
     void OnDiagnostic(int code, const char* text, std::size_t call) override {
-        if (!m_trace && code == 0) return;
-        m_line = m_diagnostics++ == 0 ? "    " : ",\n    ";
-        m_line += "{\"code\":" + std::to_string(code) + ",\"text\":";
-        AppendJsonText(m_line, text == nullptr ? "" : text);
-        m_line += ",\"call\":" + std::to_string(call) + "}";
-        m_kept.Append(m_line);
+        if (m_trace || code != 0) m_held.Add(code, text, call);
     }
 
     void Begin(const Kind& kind) {
@@ -256,27 +253,32 @@ class DecodeWriter : public ParseListener {
         std::string& text = m_out.Text();
         text += recorder.Calls() == 0 ? "[]" : "\n  ]";
         text += ",\n  \"diagnostics\": ";
-        if (m_diagnostics == 0) {
+        if (m_held.Empty()) {
             text += "[]";
         } else {
             text += "[\n";
-            m_kept.Drain([this](std::string_view piece) {
-                m_out.Text().append(piece);
-                m_out.Drain();
+            bool first = true;
+            m_held.Drain([&](int code, std::string_view said, std::size_t call, std::size_t count) {
+                std::string line = "{\"code\":" + std::to_string(code) + ",\"text\":";
+                AppendJsonText(line, std::string(said).c_str());
+                line += ",\"call\":" + std::to_string(call) + "}";
+                for (std::size_t i = 0; i < count; ++i) {
+                    m_out.Text() += first ? "    " : ",\n    ";
+                    m_out.Text() += line;
+                    m_out.Drain();
+                    first = false;
+                }
             });
             m_out.Text() += "\n  ]";
         }
         m_out.Text() += ",\n  \"result\": {\"ok\":" + std::string(run.ok ? "true" : "false") +
                         ",\"consumed\":" + std::to_string(run.consumed) + "}\n}";
-        m_diagnostics = 0;
     }
 
   private:
     TextOut& m_out;
     bool m_trace;
-    Spill m_kept;
-    std::size_t m_diagnostics = 0;
-    std::string m_line;
+    HeldDiagnostics m_held;
 };
 
 }  // namespace
@@ -313,24 +315,15 @@ namespace {
 // Prints each diagnostic of check as soon as the call after it is known.
 class CheckWriter : public ParseListener {
   public:
-    explicit CheckWriter(std::ostream& out) : m_out(out) {}
+    explicit CheckWriter(TextOut& out) : m_out(out) {}
 
     void OnCall(std::size_t index, const char* op) override {
-        if (m_pending) Flush("before call " + std::to_string(index) + ", " + op);
+        if (!m_held.Empty()) Show("before call " + std::to_string(index) + ", " + op);
     }
     void OnDiagnostic(int code, const char* text, std::size_t) override {
         if (code == 0) return;  // the calendar parsers' trace lines
         ++m_diagnostics;
-        m_pending = true;
-        // Kept as "code N", zero, ": text\n", zero: the part between them
-        // waits for the next call.
-        m_line = "code " + std::to_string(code);
-        m_line += '\0';
-        m_line += ": ";
-        m_line += text == nullptr || *text == 0 ? "(no text)" : text;
-        m_line += "\n";
-        m_line += '\0';
-        m_kept.Append(m_line);
+        m_held.Add(code, text, 0);
     }
 
     // item: what names the item in a file of several ("item 2 at offset
@@ -341,36 +334,29 @@ class CheckWriter : public ParseListener {
         m_diagnostics = 0;
     }
     std::size_t End() {
-        if (m_pending) Flush("after the last call");
+        if (!m_held.Empty()) Show("after the last call");
         return m_diagnostics;
     }
     std::string Label() const { return m_item.empty() ? m_item : m_item + ": "; }
 
   private:
-    void Flush(const std::string& where) {
-        std::string head;
-        bool inHead = true;
-        m_kept.Drain([&](std::string_view piece) {
-            for (const char c : piece) {
-                if (c != '\0') {
-                    head += c;
-                    continue;
-                }
-                m_out << head;
-                if (inHead) m_out << " (" << (m_item.empty() ? "" : m_item + ", ") << where << ")";
-                head.clear();
-                inHead = !inHead;
+    void Show(const std::string& where) {
+        const std::string place = " (" + (m_item.empty() ? "" : m_item + ", ") + where + "): ";
+        m_held.Drain([&](int code, std::string_view text, std::size_t, std::size_t count) {
+            std::string line = "code " + std::to_string(code) + place;
+            line += text.empty() ? std::string_view("(no text)") : text;
+            line += '\n';
+            for (std::size_t i = 0; i < count; ++i) {
+                m_out.Text() += line;
+                m_out.Drain();
             }
         });
-        m_pending = false;
     }
 
-    std::ostream& m_out;
-    Spill m_kept;
-    bool m_pending = false;
+    TextOut& m_out;
+    HeldDiagnostics m_held;
     std::size_t m_diagnostics = 0;
     std::string m_item;
-    std::string m_line;
 };
 
 std::string Plural(std::size_t n, const char* one, const char* many) {
@@ -384,7 +370,8 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
     const ByteView data = stream.View();
     ForcedKind(options);
     const bool single = SingleItem(data);
-    CheckWriter writer(out);
+    TextOut text(out);
+    CheckWriter writer(text);
     std::size_t items = 0, calls = 0, diagnostics = 0;
     const bool ok = ParseItems(
         options, data, writer, nullptr,
@@ -393,17 +380,20 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
         },
         [&](const ItemPlace&, const Kind& kind, const Recorder& recorder, const ParseRun&) {
             const std::size_t found = writer.End();
-            out << writer.Label() << kind.title << ": " << recorder.Calls() << " receiver calls, "
-                << Plural(found, "diagnostic", "diagnostics") << '\n';
+            text.Text() += writer.Label() + kind.title + ": " + std::to_string(recorder.Calls()) +
+                           " receiver calls, " + Plural(found, "diagnostic", "diagnostics") + "\n";
+            text.Drain();
             ++items;
             calls += recorder.Calls();
             diagnostics += found;
         },
         err);
     if (!single) {
-        out << "total: " << Plural(items, "item", "items") << ", " << calls << " receiver calls, "
-            << Plural(diagnostics, "diagnostic", "diagnostics") << '\n';
+        text.Text() += "total: " + Plural(items, "item", "items") + ", " + std::to_string(calls) +
+                       " receiver calls, " + Plural(diagnostics, "diagnostic", "diagnostics") +
+                       "\n";
     }
+    text.Flush();
     out.flush();
     return ok && diagnostics == 0 ? 0 : kExitProblem;
 }

@@ -371,6 +371,31 @@ class Spill {
     std::size_t m_fileSize = 0;
 };
 
+// Diagnostics a parse reported, held until they can be shown (check shows
+// each with the call that follows it, decode lists them after the calls). A
+// run of the same diagnostic, which is what a stream of many refused
+// elements gives, is held once with its count; the rest in a Spill.
+class HeldDiagnostics {
+  public:
+    void Add(int code, const char* text, std::size_t call);
+    bool Empty() const { return m_last.count == 0; }
+    // Hands each held run to show(code, text, call, count), in order, then
+    // holds nothing.
+    void Drain(const std::function<void(int, std::string_view, std::size_t, std::size_t)>& show);
+
+  private:
+    struct Run {
+        int code = 0;
+        std::size_t call = 0;
+        std::size_t count = 0;
+        std::string text;
+    };
+    void Keep(const Run& run);
+
+    Run m_last;  // the run being counted; those before it are in m_earlier
+    Spill m_earlier;
+};
+
 // Compact JSON, as nlohmann's dump writes it (invalid UTF-8 replaced).
 void AppendJson(std::string& out, const Json& value);
 // A text as a JSON string, or null for a null pointer.
