@@ -359,7 +359,6 @@ class Spill {
     Spill& operator=(const Spill&) = delete;
 
     void Append(std::string_view text);
-    bool Empty() const { return m_memory.empty() && m_fileSize == 0; }
     // Hands everything kept to piece, in order and in pieces, then starts
     // empty again.
     void Drain(const std::function<void(std::string_view)>& piece);
