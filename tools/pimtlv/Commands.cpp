@@ -159,14 +159,14 @@ bool ParseItems(const Options& options, ByteView data, ParseListener& listener, 
 
 // Runs parse (which reads text as JSON), turning the JSON library's errors
 // into one line that says where.
-template <typename Parse>
-void WithJsonErrors(std::string_view text, Parse&& parse) {
+// locate(offset, line, column) finds the place of a byte.
+template <typename Parse, typename Locate>
+void WithJsonErrors(Parse&& parse, Locate&& locate) {
     try {
         parse();
     } catch (const nlohmann::json::parse_error& e) {
         std::size_t line = 0, column = 0;
-        const std::size_t at = e.byte > 0 ? e.byte - 1 : 0;
-        LineAndColumn(text, at, line, column);
+        locate(e.byte > 0 ? e.byte - 1 : 0, line, column);
         std::string detail = e.what();
         const std::size_t colon = detail.find(": ");
         if (colon != std::string::npos) detail = detail.substr(colon + 2);
@@ -617,42 +617,20 @@ class DocumentReader {
     Json m_callValue;
 };
 
-// How far the JSON reader has got in a mapped input: the pages it has
-// passed are handed back (it never looks back), and progress is shown.
-struct Passage {
-    static constexpr std::size_t kStep = std::size_t{1} << 22;
-    const InputBytes* input;
-    Progress progress;
-    const char* mark;
-
-    explicit Passage(const InputBytes& in)
-        : input(&in), progress(in.Text().size()), mark(Step(in.Text().data())) {}
-    const char* Step(const char* from) const {
-        const std::string_view text = input->Text();
-        const std::size_t left = static_cast<std::size_t>(text.data() + text.size() - from);
-        return left > kStep ? from + kStep : nullptr;
-    }
-    void Reached(const char* at) {
-        const auto done = static_cast<std::size_t>(at - input->Text().data());
-        input->Passed(done);
-        progress.At(done);
-        mark = Step(at);
-    }
-};
-
-// The text as the JSON reader takes it, one character after another.
+// The input as the JSON reader takes it, one character after another; the
+// end is where the input ends.
 class Cursor {
   public:
     using iterator_category = std::input_iterator_tag;
     using value_type = char;
     using difference_type = std::ptrdiff_t;
     using pointer = const char*;
-    using reference = const char&;
+    using reference = char;
 
-    Cursor(const char* at, Passage* passage) : m_at(at), m_passage(passage) {}
-    const char& operator*() const { return *m_at; }
+    explicit Cursor(InputReader* reader) : m_reader(reader) {}
+    char operator*() const { return m_reader->Peek(); }
     Cursor& operator++() {
-        if (++m_at == m_passage->mark) m_passage->Reached(m_at);
+        m_reader->Advance();
         return *this;
     }
     Cursor operator++(int) {
@@ -660,57 +638,51 @@ class Cursor {
         ++*this;
         return before;
     }
-    bool operator==(const Cursor& other) const { return m_at == other.m_at; }
-    bool operator!=(const Cursor& other) const { return m_at != other.m_at; }
+    bool operator==(const Cursor& other) const { return AtEnd() == other.AtEnd(); }
+    bool operator!=(const Cursor& other) const { return AtEnd() != other.AtEnd(); }
 
   private:
-    const char* m_at;
-    Passage* m_passage;
+    bool AtEnd() const { return m_reader == nullptr || m_reader->AtEnd(); }
+    InputReader* m_reader;
 };
-
-template <typename OnItem>
-void ReadDocuments(std::string_view text, Passage* passage, bool many, OnItem&& onItem) {
-    DocumentReader<std::remove_reference_t<OnItem>> reader(onItem, many);
-    WithJsonErrors(text, [&] {
-        if (passage == nullptr) {
-            Json::sax_parse(text.begin(), text.end(), &reader);
-        } else {
-            Json::sax_parse(Cursor(text.data(), passage),
-                            Cursor(text.data() + text.size(), passage), &reader);
-        }
-    });
-}
 
 }  // namespace
 
 Encoded EncodeDocument(const std::string& text) {
     Encoded result;
-    ReadDocuments(text, nullptr, false,
-                  [&](Encoded& encoded, std::size_t, bool) { result = std::move(encoded); });
+    const auto keep = [&](Encoded& encoded, std::size_t, bool) { result = std::move(encoded); };
+    DocumentReader<decltype(keep)> reader(keep, false);
+    WithJsonErrors([&] { Json::sax_parse(text, &reader); },
+                   [&](std::size_t at, std::size_t& line, std::size_t& column) {
+                       LineAndColumn(text, at, line, column);
+                   });
     return result;
 }
 
 int Encode(const Options& options, std::ostream& err) {
-    const InputBytes input(options.input);
+    InputReader input(options.input);
     OutputFile output(options.output);
     bool refused = false;
     std::string hex;
-    Passage passage(input);
-    ReadDocuments(
-        input.Text(), &passage, true, [&](const Encoded& encoded, std::size_t index, bool many) {
-            for (const std::string& r : encoded.refused) {
-                err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
-                    << "the creator refused " << r << '\n';
-            }
-            refused = refused || !encoded.refused.empty();
-            if (options.hex) {
-                hex = EncodeHex(encoded.bytes.data(), encoded.bytes.size(), 16);
-                hex += '\n';
-                output.Write(hex.data(), hex.size());
-            } else {
-                output.Write(encoded.bytes.data(), encoded.bytes.size());
-            }
-        });
+    const auto write = [&](const Encoded& encoded, std::size_t index, bool many) {
+        for (const std::string& r : encoded.refused) {
+            err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
+                << "the creator refused " << r << '\n';
+        }
+        refused = refused || !encoded.refused.empty();
+        if (options.hex) {
+            hex = EncodeHex(encoded.bytes.data(), encoded.bytes.size(), 16);
+            hex += '\n';
+            output.Write(hex.data(), hex.size());
+        } else {
+            output.Write(encoded.bytes.data(), encoded.bytes.size());
+        }
+    };
+    DocumentReader<decltype(write)> reader(write, true);
+    WithJsonErrors([&] { Json::sax_parse(Cursor(&input), Cursor(nullptr), &reader); },
+                   [&](std::size_t at, std::size_t& line, std::size_t& column) {
+                       input.LineAndColumn(at, line, column);
+                   });
     output.Close();
     return refused ? kExitProblem : 0;
 }
