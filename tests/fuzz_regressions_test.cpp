@@ -17,6 +17,9 @@
 #ifdef PIMTLV_REPLAY_TOOL
 #include "fuzz/ToolEncodeCheck.h"
 #endif
+#ifdef PIMTLV_REPLAY_ICAL
+#include "fuzz/IcalChecks.h"
+#endif
 
 namespace {
 
@@ -99,6 +102,10 @@ constexpr Target kTargets[] = {
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
 #ifdef PIMTLV_REPLAY_TOOL
     {"tool_encode", ReplayItem<CheckToolEncode>, false},
+#endif
+#ifdef PIMTLV_REPLAY_ICAL
+    {"ical_import", ReplayItem<CheckIcalImport>, false},
+    {"ical_export", ReplayItem<CheckIcalExport>, false},
 #endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};

@@ -57,7 +57,8 @@ for dir in "${dirs[@]}"; do
     if grep -q -E 'Sanitizer|runtime error' "$work/import.err"; then status=134; fi
     while read -r prop; do
       [ -n "$prop" ] && losses[$prop]=$(( ${losses[$prop]:-0} + 1 ))
-    done < <(sed -n 's/^warning: [^ ]*: [a-z]* [0-9]*: \([^ ]*\) not carried.*/\1/p' "$work/import.err")
+    done < <(sed -n -E 's/^warning: [^ ]*: ([a-z]+ [0-9]+: )?(.*) not carried.*/\2/p' \
+               "$work/import.err" | sort -u)
     lost=$(grep -c 'not carried' "$work/import.err")
     if [ "$bad" = 1 ]; then
       if [ "$status" -le 2 ]; then
@@ -72,7 +73,7 @@ for dir in "${dirs[@]}"; do
     verdict=ok
     if [ "$status" -ne 0 ]; then
       verdict="FAILED import (exit $status): $(grep -m1 '^error' "$work/import.err" | cut -c1-90)"
-    elif ! run "$tool" check "$work/a.tlv" >"$work/check.out" 2>&1; then
+    elif [ -s "$work/a.tlv" ] && ! run "$tool" check "$work/a.tlv" >"$work/check.out" 2>&1; then
       verdict="FAILED check: $(grep -m1 -E '^(code|error)' "$work/check.out" | cut -c1-90)"
     elif ! run "$tool" export "$work/a.tlv" --to "$fmt" -o "$work/b.txt" 2>"$work/export.err"; then
       verdict="FAILED export: $(head -n 1 "$work/export.err" | cut -c1-90)"

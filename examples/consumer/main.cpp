@@ -1,10 +1,35 @@
 // A program outside the tree that finds the installed library with
-// find_package(pimtlv) and writes one leaf.
+// find_package(pimtlv) and writes one leaf; when the iCalendar bridge is
+// installed too, it also takes one event through it and back.
+#include <string>
+
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
+#ifdef PIMTLV_CONSUMER_ICAL
+#include "bridges/ical/ICalendarBridge.h"
+#endif
+
+namespace {
+
+bool BridgesWork() {
+#ifdef PIMTLV_CONSUMER_ICAL
+    const std::string text =
+        "BEGIN:VCALENDAR\r\nPRODID:-//consumer//EN\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:1\r\n"
+        "END:VEVENT\r\nEND:VCALENDAR\r\n";
+    const PimBridge::ImportResult in = PimBridge::ImportICalendar(text.data(), text.size());
+    if (!in.ok || in.items.size() != 1) return false;
+    const PimBridge::ExportResult out =
+        PimBridge::ExportICalendar(in.streams.data(), in.streams.size());
+    if (!out.ok || out.text.find("UID:1\r\n") == std::string::npos) return false;
+#endif
+    return true;
+}
+
+}  // namespace
 
 int main() {
     ParserCreatorCollection::CTLVCreator creator;
     const void* data = nullptr;
     unsigned int length = 0;
-    return creator.LeafUInt8(1, 2) && creator.GetData(data, length) && length == 4 ? 0 : 1;
+    const bool leaf = creator.LeafUInt8(1, 2) && creator.GetData(data, length) && length == 4;
+    return leaf && BridgesWork() ? 0 : 1;
 }
