@@ -36,24 +36,24 @@ if [ -x "$dir/calendar_bench" ]; then
       '^Event/YardstickWalk$' '*YardstickWalk<*' 'FastTextCheck>::Walk'
   row "event parse / protobuf" calendar_bench '^Event/Parse$' '*Parse<PimShared::CTLVCalendarParser*' 'CTLVCalendarParser::Parse' \
       '^Event/Protobuf/ParseFromString$' '*ProtobufParse<*' 'ParseFromString'
-  row "event create / protobuf" calendar_bench '^Event/CreateAndGetData$' '*Create<PimShared::CTLVCalendarCreator*' 'CTLVCreator::GetData' \
+  row "event create / protobuf" calendar_bench '^Event/CreateAndGetData$' '*Create<PimShared::CTLVCalendarCreator*' 'CTLVCreatorImpl::GetData' \
       '^Event/Protobuf/BuildAndSerialize$' '*ProtobufBuildAndSerialize<*' 'SerializeToString'
   row "event parse / msgpack" calendar_bench '^Event/Parse$' '*Parse<PimShared::CTLVCalendarParser*' 'CTLVCalendarParser::Parse' \
       '^Event/Msgpack/Unpack$' '*MsgpackUnpack(benchmark*' 'MsgpackUnpackEvent'
-  row "event create / msgpack" calendar_bench '^Event/CreateAndGetData$' '*Create<PimShared::CTLVCalendarCreator*' 'CTLVCreator::GetData' \
+  row "event create / msgpack" calendar_bench '^Event/CreateAndGetData$' '*Create<PimShared::CTLVCalendarCreator*' 'CTLVCreatorImpl::GetData' \
       '^Event/Msgpack/Pack$' '*MsgpackPack(benchmark*' 'MsgpackPackEvent'
 fi
 if [ -x "$dir/contact_bench" ]; then
   row "contact parse / protobuf" contact_bench '^BM_ContactParse$' '*BM_ContactParse*' 'CTLVContactParser::Parse' \
       '^Contact/Protobuf/ParseFromString$' '*ProtobufParse<*' 'ParseFromString'
-  row "contact create / protobuf" contact_bench '^BM_ContactCreateAndGetData$' '*BM_ContactCreateAndGetData*' 'CTLVCreator::GetData' \
+  row "contact create / protobuf" contact_bench '^BM_ContactCreateAndGetData$' '*BM_ContactCreateAndGetData*' 'CTLVCreatorImpl::GetData' \
       '^Contact/Protobuf/BuildAndSerialize$' '*ProtobufBuildAndSerialize<*' 'SerializeToString'
 fi
 if [ -x "$dir/message_bench" ]; then
   for item in Email IM; do
     row "${item} parse / protobuf" message_bench "^${item}/Parse\$" "*ParseItem<PimShared::CTLV${item}Creator*CTLV${item}Parser*" "CTLV${item}Parser::Parse" \
         "^${item}/Protobuf/ParseFromString\$" "*ProtobufParse<pimbench::$([ $item = IM ] && echo InstantMessage || echo Email)*" 'ParseFromString'
-    row "${item} create / protobuf" message_bench "^${item}/Create\$" "*Create<PimShared::CTLV${item}Creator*" 'CTLVCreator::GetData' \
+    row "${item} create / protobuf" message_bench "^${item}/Create\$" "*Create<PimShared::CTLV${item}Creator*" 'CTLVCreatorImpl::GetData' \
         "^${item}/Protobuf/BuildAndSerialize\$" "*ProtobufBuildAndSerialize<pimbench::$([ $item = IM ] && echo InstantMessage || echo Email)*" 'SerializeToString'
   done
 fi

@@ -9,7 +9,7 @@ the count by the number of calls of a function made once per iteration.
   bench/instructions.py PROGRAM FILTER FUNCTION PER_ITERATION [MIN_TIME]
 
   bench/instructions.py build/bench/bench/message_bench '^IM/Create$' \\
-      '*Create<PimShared::CTLVIMCreator*' 'CTLVCreator::GetData'
+      '*Create<PimShared::CTLVIMCreator*' 'CTLVCreatorImpl::GetData'
 
 FUNCTION is a callgrind --toggle-collect pattern; PER_ITERATION a part of the
 name of the function called once per iteration (callgrind's own names).

@@ -1,5 +1,6 @@
 #include "pimshared/common/CalendarFamilyCreator.h"
 
+#include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
 #include "pimshared/common/CalendarTypeIds.h"
 #include "pimshared/common/TypeIds.h"
 
@@ -9,35 +10,35 @@ using namespace CalendarFamily;
 
 bool CCalendarFamilyCreator::WriteBegin(unsigned int root, unsigned int component,
                                         unsigned int instance) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(root) && tlv->NodeBegin(component) &&
            tlv->LeafUInt32(TypeIdValTypeInstance, instance);
 }
 
 bool CCalendarFamilyCreator::WriteEnd(unsigned int root, unsigned int component) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeEnd(component) && tlv->NodeEnd(root);
 }
 
 bool CCalendarFamilyCreator::OptionalText(unsigned int valueId, const char* text) {
-    return text == nullptr || Tlv()->LeafString(valueId, text);
+    return text == nullptr || Writer()->LeafString(valueId, text);
 }
 
 bool CCalendarFamilyCreator::TextList(unsigned int valueId,
                                       const PAL::TVector<const char*>& texts) {
     for (const char* text : texts) {
-        if (!Tlv()->LeafString(valueId, text)) return false;
+        if (!Writer()->LeafString(valueId, text)) return false;
     }
     return true;
 }
 
 bool CCalendarFamilyCreator::Close(unsigned int property, const PAL::TVector<tXParam>& xParams) {
-    return (xParams.isEmpty() || AddXParams(xParams)) && Tlv()->NodeEnd(property);
+    return (xParams.isEmpty() || AddXParams(xParams)) && Writer()->NodeEnd(property);
 }
 
 bool CCalendarFamilyCreator::WriteText(unsigned int property, unsigned int valueId,
                                        const char* text, const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(property) && tlv->LeafString(valueId, text) &&
            Close(property, xParams);
 }
@@ -46,7 +47,7 @@ bool CCalendarFamilyCreator::WriteRichText(unsigned int property, unsigned int v
                                            const char* text, const char* altRep,
                                            const char* language,
                                            const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(property) &&
            OptionalText(TypeIdValTypeAltRep, altRep) &&
            OptionalText(TypeIdValTypeLanguage, language) && tlv->LeafString(valueId, text) &&
@@ -55,7 +56,7 @@ bool CCalendarFamilyCreator::WriteRichText(unsigned int property, unsigned int v
 
 bool CCalendarFamilyCreator::WriteUInt8(unsigned int property, unsigned int valueId,
                                         unsigned char value, const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(property) && tlv->LeafUInt8(valueId, value) &&
            Close(property, xParams);
 }
@@ -63,14 +64,14 @@ bool CCalendarFamilyCreator::WriteUInt8(unsigned int property, unsigned int valu
 bool CCalendarFamilyCreator::WriteUInt16(unsigned int property, unsigned int valueId,
                                          unsigned short value,
                                          const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(property) && tlv->LeafUInt16(valueId, value) &&
            Close(property, xParams);
 }
 
 bool CCalendarFamilyCreator::WriteDateTime(unsigned int property, const PAL::CDateAndTime& dateTime,
                                            const char* zone, const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(property) && AddDateTime(dateTime, zone) &&
            Close(property, xParams);
 }
@@ -78,7 +79,7 @@ bool CCalendarFamilyCreator::WriteDateTime(unsigned int property, const PAL::CDa
 bool CCalendarFamilyCreator::WriteCategories(const PAL::TVector<const char*>& categories,
                                              const char* language,
                                              const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeCategories) &&
            TextList(TypeIdValTypeCategory, categories) &&
            OptionalText(TypeIdValTypeLanguage, language) &&
@@ -93,7 +94,7 @@ bool CCalendarFamilyCreator::WriteAttendee(const char* address, const char* cuTy
                                            const char* sentBy, const char* commonName,
                                            const char* directory, const char* language,
                                            const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     if (tlv == nullptr || !tlv->NodeBegin(TypeIdPropTypeAttendee)) return false;
     bool ok = OptionalText(TypeIdValTypeCuType, cuType) && TextList(TypeIdValTypeMember, members) &&
               OptionalText(TypeIdValTypeRole, role) &&
@@ -115,7 +116,7 @@ bool CCalendarFamilyCreator::WriteOrganizer(const char* address, const char* sen
                                             const char* commonName, const char* directory,
                                             const char* language,
                                             const PAL::TVector<tXParam>& xParams) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeOrganizer) &&
            OptionalText(TypeIdValTypeSentBy, sentBy) &&
            OptionalText(TypeIdValTypeCommonName, commonName) &&
@@ -126,7 +127,7 @@ bool CCalendarFamilyCreator::WriteOrganizer(const char* address, const char* sen
 }
 
 bool CCalendarFamilyCreator::WriteSendStatus(unsigned char status) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeSendStatus) &&
            tlv->LeafUInt8(TypeIdValTypeSendStatus, status) &&
            tlv->NodeEnd(TypeIdPropTypeSendStatus);

@@ -12,6 +12,9 @@
 
 namespace PimShared {
 
+// The engine behind CTLVCreator.
+using TlvWriter = ParserCreatorCollection::CTLVCreator::CTLVCreatorImpl;
+
 // What every item creator shares: one owned CTLVCreator (every operation is
 // false without it), the extension-parameter writer, the date-time writer and
 // the forwarding of Reset and GetData. An item creator derives from its
@@ -34,12 +37,17 @@ class PIMTLV_API CTLVCreatorFrame {
   protected:
     // The owned creator, or null when it could not be made.
     ParserCreatorCollection::CTLVCreator* Tlv() noexcept { return m_creator.get(); }
+    // Its engine, null with it. The library's item creators write through it
+    // (its definition is private to the library, in TLVCreatorImpl.h), so that
+    // the common case of each element costs no call.
+    TlvWriter* Writer() noexcept { return m_writer; }
 
     bool FrameReset();
     bool FrameGetData(const void*& data, unsigned int& length);
 
   private:
     std::unique_ptr<ParserCreatorCollection::CTLVCreator> m_creator;
+    TlvWriter* m_writer;
     PAL::CString m_dateText;  // reused for every date-time written
 };
 

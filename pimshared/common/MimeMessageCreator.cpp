@@ -1,5 +1,7 @@
 #include "pimshared/common/MimeMessageCreator.h"
 
+#include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
+
 namespace PimShared {
 
 namespace {
@@ -13,27 +15,27 @@ unsigned char LowByte(unsigned int value) {
 
 template <typename Leaves>
 bool CTLVMimeMessageFrame::InNode(unsigned int node, Leaves leaves) {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(node) && leaves(*tlv) && tlv->NodeEnd(node);
 }
 
 bool CTLVMimeMessageFrame::WriteBegin(unsigned int instance) {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdObjTypeMessage) &&
            tlv->LeafUInt32(TypeIdValTypeInstance, instance) && tlv->NodeBegin(m_ids.component);
 }
 
 bool CTLVMimeMessageFrame::WriteEnd() {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeEnd(m_ids.component) && tlv->NodeEnd(TypeIdObjTypeMessage);
 }
 
 bool CTLVMimeMessageFrame::WriteEntityBegin() {
-    return Tlv() != nullptr && Tlv()->NodeBegin(m_ids.component);
+    return Writer() != nullptr && Writer()->NodeBegin(m_ids.component);
 }
 
 bool CTLVMimeMessageFrame::WriteEntityEnd() {
-    return Tlv() != nullptr && Tlv()->NodeEnd(m_ids.component);
+    return Writer() != nullptr && Writer()->NodeEnd(m_ids.component);
 }
 
 bool CTLVMimeMessageFrame::WriteText(MimeText property, const char* text) {
@@ -45,11 +47,11 @@ bool CTLVMimeMessageFrame::WriteByte(MimeByte property, unsigned int value) {
 }
 
 bool CTLVMimeMessageFrame::WriteTextLeaf(unsigned int typeId, const char* text) {
-    return Tlv() != nullptr && Tlv()->LeafString(typeId, text);
+    return Writer() != nullptr && Writer()->LeafString(typeId, text);
 }
 
 bool CTLVMimeMessageFrame::WriteByteLeaf(unsigned int typeId, unsigned int value) {
-    return Tlv() != nullptr && Tlv()->LeafUInt8(typeId, LowByte(value));
+    return Writer() != nullptr && Writer()->LeafUInt8(typeId, LowByte(value));
 }
 
 bool CTLVMimeMessageFrame::WritePriorityLevel(unsigned char level) {
@@ -57,13 +59,13 @@ bool CTLVMimeMessageFrame::WritePriorityLevel(unsigned char level) {
 }
 
 bool CTLVMimeMessageFrame::WriteCutoffState(unsigned short value) {
-    return Tlv() != nullptr && Tlv()->LeafBitfield16(m_ids.cutoffState, value);
+    return Writer() != nullptr && Writer()->LeafBitfield16(m_ids.cutoffState, value);
 }
 
 bool CTLVMimeMessageFrame::WriteBodyContent(unsigned int encoding, unsigned int charset,
                                             const void* content, unsigned int length) {
     const auto& b = m_ids.body;
-    return InNode(b.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(b.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(b.encoding, LowByte(encoding)) &&
                tlv.LeafUInt8(b.charset, LowByte(charset)) &&
                tlv.LeafByteStream(b.content, content, length);
@@ -73,7 +75,7 @@ bool CTLVMimeMessageFrame::WriteBodyContent(unsigned int encoding, unsigned int 
 bool CTLVMimeMessageFrame::WriteBodyLink(unsigned int encoding, unsigned int charset,
                                          const char* link) {
     const auto& b = m_ids.body;
-    return InNode(b.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(b.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(b.encoding, LowByte(encoding)) &&
                tlv.LeafUInt8(b.charset, LowByte(charset)) && tlv.LeafString(b.contentLink, link);
     });
@@ -85,7 +87,7 @@ bool CTLVMimeMessageFrame::WriteBodyTokens(const char* typeToken, const char* su
         m_ids.typed[static_cast<unsigned>(MimeTyped::ContentType)].token;
     const unsigned int subtypeTokenId =
         m_ids.typed[static_cast<unsigned>(MimeTyped::ContentSubtype)].token;
-    return InNode(m_ids.body.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(m_ids.body.node, [&](TlvWriter& tlv) {
         return tlv.LeafString(typeTokenId, typeToken) &&
                tlv.LeafString(subtypeTokenId, subtypeToken) &&
                tlv.LeafString(m_ids.body.contentLink, link);
@@ -94,7 +96,7 @@ bool CTLVMimeMessageFrame::WriteBodyTokens(const char* typeToken, const char* su
 
 bool CTLVMimeMessageFrame::WriteTyped(MimeTyped property, unsigned int value, const char* token) {
     const auto& t = m_ids.typed[static_cast<unsigned>(property)];
-    return InNode(t.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(t.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(t.value, LowByte(value)) &&
                (value != kMimeExtensionMember || tlv.LeafString(t.token, token));
     });
@@ -103,7 +105,7 @@ bool CTLVMimeMessageFrame::WriteTyped(MimeTyped property, unsigned int value, co
 bool CTLVMimeMessageFrame::WriteTypeParam(unsigned int name, unsigned int value,
                                           const char* nameToken, const char* valueToken) {
     const auto& p = m_ids.typeParam;
-    return InNode(p.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(p.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(p.name, LowByte(name)) && tlv.LeafUInt8(p.value, LowByte(value)) &&
                (name != kMimeExtensionMember || tlv.LeafString(p.nameToken, nameToken)) &&
                (value != kMimeExtensionMember || tlv.LeafString(p.valueToken, valueToken));
@@ -113,7 +115,7 @@ bool CTLVMimeMessageFrame::WriteTypeParam(unsigned int name, unsigned int value,
 bool CTLVMimeMessageFrame::WriteDispositionParam(unsigned int name, const char* value,
                                                  const char* nameToken) {
     const auto& p = m_ids.dispositionParam;
-    return InNode(p.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(p.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(p.name, LowByte(name)) && tlv.LeafString(p.value, value) &&
                (name != kMimeExtensionMember || tlv.LeafString(p.nameToken, nameToken));
     });
@@ -123,7 +125,7 @@ bool CTLVMimeMessageFrame::WriteMailbox(unsigned int fieldType, const char* disp
                                         const char* address, unsigned int clientId,
                                         unsigned int client) {
     const auto& m = m_ids.mailbox;
-    return InNode(m.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(m.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(m.fieldType, LowByte(fieldType)) &&
                (client == TypeIdNone || tlv.LeafUInt8(clientId, LowByte(client))) &&
                (displayName == nullptr || tlv.LeafString(m.displayName, displayName)) &&
@@ -132,21 +134,21 @@ bool CTLVMimeMessageFrame::WriteMailbox(unsigned int fieldType, const char* disp
 }
 
 bool CTLVMimeMessageFrame::GroupBegin(const char* name) {
-    return Tlv() != nullptr && Tlv()->NodeBegin(m_ids.group.node) &&
-           Tlv()->LeafString(m_ids.group.name, name);
+    return Writer() != nullptr && Writer()->NodeBegin(m_ids.group.node) &&
+           Writer()->LeafString(m_ids.group.name, name);
 }
 
 bool CTLVMimeMessageFrame::GroupMember(unsigned int fieldType, const char* displayName,
                                        const char* address) {
     const auto& m = m_ids.mailbox;
-    return InNode(m.node, [&](ParserCreatorCollection::CTLVCreator& tlv) {
+    return InNode(m.node, [&](TlvWriter& tlv) {
         return tlv.LeafUInt8(m.fieldType, LowByte(fieldType)) &&
                tlv.LeafString(m.displayName, displayName) && tlv.LeafString(m.address, address);
     });
 }
 
 bool CTLVMimeMessageFrame::GroupEnd() {
-    return Tlv() != nullptr && Tlv()->NodeEnd(m_ids.group.node);
+    return Writer() != nullptr && Writer()->NodeEnd(m_ids.group.node);
 }
 
 }  // namespace PimShared

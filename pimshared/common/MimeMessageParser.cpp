@@ -27,6 +27,17 @@ constexpr unsigned int kFixedBase = kTypedTokenBase + kMimeTypedCount;
 
 }  // namespace
 
+// The element calls the walk makes most often are inlined into it: the walk
+// is this engine's own, and a call per element would cost more than most of
+// them do.
+#if defined(__GNUC__)
+#define PIMTLV_WALK_INLINE inline __attribute__((always_inline))
+#define PIMTLV_WALK_INLINE_MEMBER __attribute__((always_inline))
+#else
+#define PIMTLV_WALK_INLINE inline
+#define PIMTLV_WALK_INLINE_MEMBER
+#endif
+
 // What a type ID is in the item: the roles are dense, so each element finds its
 // handling with one table look-up. The ranges of text, byte and typed roles
 // follow the order of MimeText, MimeByte and MimeTyped.
@@ -161,21 +172,6 @@ bool CMimeMessageParserEngine::AnyOpen() const noexcept {
     return open;
 }
 
-bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& length,
-                                     const char*& errorText, unsigned int& consumed) {
-    consumed = 0;
-    if (data == nullptr) {
-        errorText = "";
-        return false;
-    }
-    ResetShared();
-    ClearGroup();
-    ResetAdditions();
-    if (ParseInto(*this, data, length, errorText, consumed)) return true;
-    Trace(3, errorText);
-    return false;
-}
-
 bool CMimeMessageParserEngine::Refuse(const char* classWord, unsigned int typeId) {
     // AlertUnexpectedTypeId speaks to a receiver; the item's receiver is
     // reached through Trace.
@@ -215,7 +211,7 @@ bool CMimeMessageParserEngine::Unknown(const Tlv::eClass& elementClass, const un
     return Trace(1, m_text.c_str());
 }
 
-bool CMimeMessageParserEngine::NodeBegin(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnNodeBegin(unsigned int typeId) {
     if (typeId == TypeIdObjTypeMessage) {
         if (m_inObject) return RefuseLeaf(Tlv::Node, typeId);
         m_inObject = true;
@@ -261,7 +257,7 @@ bool CMimeMessageParserEngine::NodeBegin(const unsigned int& typeId) {
     return true;
 }
 
-bool CMimeMessageParserEngine::NodeEnd(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnNodeEnd(unsigned int typeId) {
     if (typeId == TypeIdObjTypeMessage) {
         if (!m_inObject || m_depth != 0) return Refuse(kNodeEndWord, typeId);
         const bool ok = m_receiver.End();
@@ -334,7 +330,7 @@ bool CMimeMessageParserEngine::NodeEnd(const unsigned int& typeId) {
 // Content and link together are contradictory and nothing is delivered; a
 // link is described by the content-type token when one is known; otherwise
 // whatever the body holds goes out with its encoding and charset.
-bool CMimeMessageParserEngine::EndBody() {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::EndBody() {
     using A = IMimeMessageAttributes;
     const A::eBodyEncoding encoding = static_cast<A::eBodyEncoding>(m_bodyEncoding);
     const A::eBodyCharset charset = static_cast<A::eBodyCharset>(m_bodyCharset);
@@ -355,7 +351,8 @@ bool CMimeMessageParserEngine::EndBody() {
     return ok;
 }
 
-bool CMimeMessageParserEngine::DeliverText(unsigned int index, const char* text) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::DeliverText(unsigned int index,
+                                                              const char* text) {
     IMimeMessageAttributes& r = m_receiver;
     switch (static_cast<MimeText>(index)) {
         case MimeText::Comments:
@@ -389,7 +386,8 @@ bool CMimeMessageParserEngine::DeliverText(unsigned int index, const char* text)
     }
 }
 
-bool CMimeMessageParserEngine::DeliverByte(unsigned int index, unsigned char value) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::DeliverByte(unsigned int index,
+                                                              unsigned char value) {
     using A = IMimeMessageAttributes;
     A& r = m_receiver;
     switch (static_cast<MimeByte>(index)) {
@@ -406,7 +404,7 @@ bool CMimeMessageParserEngine::DeliverByte(unsigned int index, unsigned char val
     }
 }
 
-bool CMimeMessageParserEngine::LeafString(const unsigned int& typeId, const char* text) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnString(unsigned int typeId, const char* text) {
     if (m_depth == 0) return RefuseLeaf(Tlv::String, typeId);
     const Role role = RoleOf(typeId);
     const unsigned int textIndex = InRange(role, kTextBase, kMimeTextCount);
@@ -439,7 +437,8 @@ bool CMimeMessageParserEngine::LeafString(const unsigned int& typeId, const char
     return true;
 }
 
-bool CMimeMessageParserEngine::LeafUInt8(const unsigned int& typeId, const unsigned char& value) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnUInt8(unsigned int typeId,
+                                                          unsigned char value) {
     if (m_depth == 0) return RefuseLeaf(Tlv::UInt8, typeId);
     const Role role = RoleOf(typeId);
     const unsigned int byteIndex = InRange(role, kByteBase, kMimeByteCount);
@@ -473,8 +472,9 @@ bool CMimeMessageParserEngine::LeafBitfield16(const unsigned int& typeId,
     return m_receiver.CutoffState(value);
 }
 
-bool CMimeMessageParserEngine::LeafByteStream(const unsigned int& typeId, const void* data,
-                                              const unsigned int& length) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnByteStream(unsigned int typeId,
+                                                               const void* data,
+                                                               unsigned int length) {
     if (m_depth == 0 || RoleOf(typeId) != RoleBodyContent || !m_bodyOpen) {
         return RefuseLeaf(Tlv::ByteStream, typeId);
     }
@@ -483,13 +483,14 @@ bool CMimeMessageParserEngine::LeafByteStream(const unsigned int& typeId, const 
     return true;
 }
 
-bool CMimeMessageParserEngine::LeafUInt32(const unsigned int& typeId, const unsigned int& value) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnUInt32(unsigned int typeId,
+                                                           unsigned int value) {
     if (typeId != TypeIdValTypeInstance || !m_inObject) return RefuseLeaf(Tlv::UInt32, typeId);
     m_instance = value;
     return true;
 }
 
-bool CMimeMessageParserEngine::LeafInt32(const unsigned int& typeId, const int& value) {
+PIMTLV_WALK_INLINE bool CMimeMessageParserEngine::OnInt32(unsigned int typeId, int value) {
     const Answer answer = AdditionInt32(typeId, value);
     if (answer != Answer::Refuse) return answer == Answer::Go;
     return RefuseLeaf(Tlv::Int32, typeId);
@@ -506,6 +507,87 @@ bool CMimeMessageParserEngine::LeafUInt16(const unsigned int& typeId, const unsi
 }
 bool CMimeMessageParserEngine::LeafBitfield8(const unsigned int& typeId, const unsigned char&) {
     return RefuseLeaf(Tlv::Bitfield8, typeId);
+}
+
+bool CMimeMessageParserEngine::NodeBegin(const unsigned int& typeId) {
+    return OnNodeBegin(typeId);
+}
+bool CMimeMessageParserEngine::NodeEnd(const unsigned int& typeId) {
+    return OnNodeEnd(typeId);
+}
+bool CMimeMessageParserEngine::LeafUInt8(const unsigned int& typeId, const unsigned char& value) {
+    return OnUInt8(typeId, value);
+}
+bool CMimeMessageParserEngine::LeafString(const unsigned int& typeId, const char* text) {
+    return OnString(typeId, text);
+}
+bool CMimeMessageParserEngine::LeafByteStream(const unsigned int& typeId, const void* data,
+                                              const unsigned int& length) {
+    return OnByteStream(typeId, data, length);
+}
+bool CMimeMessageParserEngine::LeafUInt32(const unsigned int& typeId, const unsigned int& value) {
+    return OnUInt32(typeId, value);
+}
+bool CMimeMessageParserEngine::LeafInt32(const unsigned int& typeId, const int& value) {
+    return OnInt32(typeId, value);
+}
+
+// The walk's target: the engine, with every element call bound statically
+// and its arguments by value.
+struct CMimeMessageParserEngine::Direct {
+    // The engine never asks the walk where it is.
+    static constexpr bool kReadsPosition = false;
+    CMimeMessageParserEngine& engine;
+    PIMTLV_WALK_INLINE_MEMBER bool NodeBegin(unsigned int typeId) {
+        return engine.OnNodeBegin(typeId);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool NodeEnd(unsigned int typeId) { return engine.OnNodeEnd(typeId); }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafUInt8(unsigned int typeId, unsigned char value) {
+        return engine.OnUInt8(typeId, value);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafString(unsigned int typeId, const char* text) {
+        return engine.OnString(typeId, text);
+    }
+    bool Unknown(Tlv::eClass c, unsigned int typeId, const void* value, unsigned int length) {
+        return engine.Unknown(c, typeId, value, length);
+    }
+    bool LeafInt8(unsigned int typeId, signed char value) { return engine.LeafInt8(typeId, value); }
+    bool LeafInt16(unsigned int typeId, short value) { return engine.LeafInt16(typeId, value); }
+    bool LeafUInt16(unsigned int typeId, unsigned short value) {
+        return engine.LeafUInt16(typeId, value);
+    }
+    bool LeafBitfield8(unsigned int typeId, unsigned char value) {
+        return engine.LeafBitfield8(typeId, value);
+    }
+    bool LeafBitfield16(unsigned int typeId, unsigned short value) {
+        return engine.LeafBitfield16(typeId, value);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafByteStream(unsigned int typeId, const void* data,
+                                                  unsigned int length) {
+        return engine.OnByteStream(typeId, data, length);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafUInt32(unsigned int typeId, unsigned int value) {
+        return engine.OnUInt32(typeId, value);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafInt32(unsigned int typeId, int value) {
+        return engine.OnInt32(typeId, value);
+    }
+};
+
+bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& length,
+                                     const char*& errorText, unsigned int& consumed) {
+    consumed = 0;
+    if (data == nullptr) {
+        errorText = "";
+        return false;
+    }
+    ResetShared();
+    ClearGroup();
+    ResetAdditions();
+    Direct direct{*this};
+    if (ParseInto(direct, data, length, errorText, consumed)) return true;
+    Trace(3, errorText);
+    return false;
 }
 
 }  // namespace PimShared

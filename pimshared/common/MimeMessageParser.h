@@ -97,6 +97,17 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     bool Refuse(const char* classWord, unsigned int typeId);
 
   private:
+    struct Direct;
+    // The element calls themselves, by value: the walk binds them statically
+    // through Direct and the ITLV overrides forward to them.
+    bool OnNodeBegin(unsigned int typeId);
+    bool OnNodeEnd(unsigned int typeId);
+    bool OnUInt8(unsigned int typeId, unsigned char value);
+    bool OnString(unsigned int typeId, const char* text);
+    bool OnByteStream(unsigned int typeId, const void* data, unsigned int length);
+    bool OnUInt32(unsigned int typeId, unsigned int value);
+    bool OnInt32(unsigned int typeId, int value);
+
     enum Role : unsigned char;
     Role RoleOf(unsigned int typeId) const noexcept;
     void ResetShared() noexcept;

@@ -1,5 +1,6 @@
 #include "pimshared/contact/TLVContactCreator.h"
 
+#include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
 #include "pimshared/contact/ContactLayout.h"
 
 namespace PimShared {
@@ -13,7 +14,7 @@ using ContactLayout::eProperty;
 class CTLVContactCreator::CPropertyWriter {
   public:
     CPropertyWriter(CTLVContactCreator& owner, eProperty property)
-        : m_owner(owner), m_tlv(owner.Tlv()), m_row(ContactLayout::Row(property)) {
+        : m_owner(owner), m_tlv(owner.Writer()), m_row(ContactLayout::Row(property)) {
         m_open = m_tlv != nullptr && m_tlv->NodeBegin(m_row.node);
         m_ok = m_open;
     }
@@ -87,7 +88,7 @@ class CTLVContactCreator::CPropertyWriter {
 
   private:
     CTLVContactCreator& m_owner;
-    ParserCreatorCollection::CTLVCreator* m_tlv;
+    TlvWriter* m_tlv;
     const ContactLayout::tProperty& m_row;
     bool m_open = false;
     bool m_ok = false;
@@ -106,13 +107,13 @@ bool AllNull(const char* const (&texts)[N]) {
 }  // namespace
 
 bool CTLVContactCreator::Begin(const unsigned int& instance) {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdObjTypeContact) &&
            tlv->LeafUInt32(TypeIdValTypeInstance, instance);
 }
 
 bool CTLVContactCreator::End() {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeEnd(TypeIdObjTypeContact);
 }
 

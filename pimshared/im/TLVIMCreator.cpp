@@ -1,5 +1,6 @@
 #include "pimshared/im/TLVIMCreator.h"
 
+#include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
 #include "pimshared/im/IMTypeIds.h"
 
 namespace PimShared {
@@ -9,11 +10,10 @@ using namespace IMTypeIds;
 namespace {
 
 // A participant's optional parts are left out when not given.
-bool OptionalText(ParserCreatorCollection::CTLVCreator& tlv, unsigned int id, const char* text) {
+bool OptionalText(TlvWriter& tlv, unsigned int id, const char* text) {
     return text == nullptr || tlv.LeafString(id, text);
 }
-bool OptionalByte(ParserCreatorCollection::CTLVCreator& tlv, unsigned int id, unsigned int value,
-                  unsigned int notGiven) {
+bool OptionalByte(TlvWriter& tlv, unsigned int id, unsigned int value, unsigned int notGiven) {
     return value == notGiven || tlv.LeafUInt8(id, static_cast<unsigned char>(value & 0xFFu));
 }
 
@@ -63,7 +63,7 @@ bool CTLVIMCreator::OwnerLastActivity(const char* text) {
 }
 
 bool CTLVIMCreator::ExtendedData(const PAL::TVector<tExtendedData>& data) {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     if (tlv == nullptr || !tlv->NodeBegin(TypeIdPropTypeImExtendedData)) return false;
     for (const tExtendedData& entry : data) {
         if (!tlv->LeafUInt8(TypeIdValTypeImExtendedDataKey,
@@ -82,7 +82,7 @@ bool CTLVIMCreator::ConversationParticipant(eUCIClient, const char* text1, const
                                             const char* text4, const char* text5,
                                             ePresenceAvailability availability, const char* text6,
                                             const unsigned char& flags) {
-    ParserCreatorCollection::CTLVCreator* tlv = Tlv();
+    TlvWriter* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeImParticipant) &&
            OptionalText(*tlv, TypeIdValTypeImParticipantText1, text1) &&
            OptionalText(*tlv, TypeIdValTypeImParticipantText2, text2) &&

@@ -1,5 +1,6 @@
 #include "pimshared/sms/TLVSMSCreator.h"
 
+#include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
 #include "pimshared/sms/SMSTypeIds.h"
 
 namespace PimShared {
@@ -7,18 +8,18 @@ namespace PimShared {
 using namespace SmsTypeIds;
 
 bool CTLVSMSCreator::Begin(const unsigned int& instance) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdObjTypeMessage) &&
            tlv->LeafUInt32(TypeIdValTypeInstance, instance) && tlv->NodeBegin(TypeIdCompTypeSMS);
 }
 
 bool CTLVSMSCreator::End() {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeEnd(TypeIdCompTypeSMS) && tlv->NodeEnd(TypeIdObjTypeMessage);
 }
 
 bool CTLVSMSCreator::Text(unsigned int typeId, const char* text) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->LeafString(typeId, text);
 }
 
@@ -27,7 +28,7 @@ bool CTLVSMSCreator::NonEmptyText(unsigned int typeId, const char* text) {
 }
 
 bool CTLVSMSCreator::Byte(unsigned int typeId, unsigned int value) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     const auto low = static_cast<unsigned char>(value & 0xFFu);
     return tlv != nullptr && tlv->LeafUInt8(typeId, low);
 }
@@ -38,7 +39,7 @@ bool CTLVSMSCreator::Body(const char* text) {
 
 bool CTLVSMSCreator::Concat(const unsigned char& first, const unsigned char& second,
                             const unsigned char& third) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeConcat) &&
            tlv->LeafUInt8(TypeIdValTypeConcat1, first) &&
            tlv->LeafUInt8(TypeIdValTypeConcat2, second) &&
@@ -71,7 +72,7 @@ bool CTLVSMSCreator::Originator(const char* text) {
 
 bool CTLVSMSCreator::OriginatorName(const char* /*part1*/, const char* part2, const char* part3,
                                     const char* part4, const char* part5, const char* part6) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     if (tlv == nullptr) return true;
     const char* const parts[] = {part2, part3, part4, part5, part6};
     static_assert(
@@ -111,7 +112,7 @@ bool CTLVSMSCreator::StorageType(const eStorageType& type) {
 }
 
 bool CTLVSMSCreator::StorageIndex(const unsigned short& index) {
-    auto* tlv = Tlv();
+    auto* tlv = Writer();
     return tlv != nullptr && tlv->LeafUInt16(TypeIdValTypeStorageIndex, index);
 }
 

@@ -7,6 +7,10 @@
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "platform/PalExport.h"
 
+namespace PimShared {
+class CTLVCreatorFrame;
+}
+
 namespace ParserCreatorCollection {
 
 // Builds one TLV stream from nested NodeBegin / leaf / NodeEnd calls. Nothing
@@ -66,6 +70,8 @@ class PIMTLV_API CTLVCreator final : private ITLV {
     class CTLVCreatorImpl;
 
   private:
+    // The library's item creators write through the engine directly.
+    friend class PimShared::CTLVCreatorFrame;
     std::unique_ptr<CTLVCreatorImpl> m_impl;
 };
 

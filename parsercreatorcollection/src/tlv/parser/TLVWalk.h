@@ -5,10 +5,22 @@
 // runs it over ITLV, and a parser that is its own target runs it over its own
 // class, so that the calls for each element bind statically.
 
+#include <type_traits>
+
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "platform/Utf8.h"
 
 namespace ParserCreatorCollection {
+
+// Whether a target may ask, from inside its calls, where the walk is (a
+// parser derived from CTLVParser reading through its helpers, or any ITLV):
+// true unless the target says otherwise with a constant kReadsPosition, and
+// then the walk spares itself a store per element.
+template <typename Target, typename = void>
+struct WalkReportsPosition : std::true_type {};
+template <typename Target>
+struct WalkReportsPosition<Target, std::void_t<decltype(Target::kReadsPosition)>>
+    : std::bool_constant<Target::kReadsPosition> {};
 
 template <typename Target>
 bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int& length,
@@ -24,7 +36,7 @@ bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int&
 // end is the limit of every read, so a child can never run past its parent and
 // no read can leave the stream. The position and that limit live in locals
 // for the whole walk (a target's calls cannot move them; m_position is set
-// before each call, so a derived parser may still ask where the walk is), and
+// before each call for a target that may ask where the walk is), and
 // the header and value reads are written out here rather than through the
 // reading helpers, leaving the same position behind on every path: at the
 // element's first byte when its header cannot be read, after the header when
@@ -37,13 +49,14 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
     const unsigned int outerEnd = pos + (limit < remaining(m_length) ? limit : remaining(m_length));
     unsigned int end = outerEnd;
     bool ok = true;
+    constexpr bool report = WalkReportsPosition<Target>::value;
     for (;;) {
         if (pos == end) {
             if (m_stack.size() == base) break;
             const unsigned int closed = m_stack.back().typeId;
             m_stack.pop_back();
             end = m_stack.size() > base ? m_stack.back().end : outerEnd;
-            m_position = pos;
+            if constexpr (report) m_position = pos;
             target.NodeEnd(closed);
             continue;
         }
@@ -54,8 +67,9 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
             ok = false;
             break;
         }
-        const unsigned int word = (static_cast<unsigned int>(data[pos]) << 8) | data[pos + 1];
-        const unsigned int lead = data[pos + 2];
+        const unsigned char* const at = data + pos;
+        const unsigned int word = (static_cast<unsigned int>(at[0]) << 8) | at[1];
+        const unsigned int lead = at[2];
         unsigned int length = lead;
         unsigned int headerSize = 3;
         if (lead >= 0x80) {
@@ -68,7 +82,7 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
             for (unsigned int i = 0; i < n; ++i) {
                 // Lengths are 32-bit: shift counts wrap at 32, so a long field
                 // cannot widen the value (tolerated, as older writers' fields are).
-                length |= static_cast<unsigned int>(data[pos + 3 + i]) << ((8 * (n - 1 - i)) % 32);
+                length |= static_cast<unsigned int>(at[3 + i]) << ((8 * (n - 1 - i)) % 32);
             }
             headerSize += n;
         }
@@ -76,7 +90,7 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
         const auto elementClass = static_cast<eClass>(word >> 12);
         const unsigned int typeId = word & 0xFFFu;
         const unsigned int room = end - pos;
-        const unsigned char* const value = data + pos;
+        const unsigned char* const value = at + headerSize;
         bool answer = false;
         switch (elementClass) {
             case Node:
@@ -85,7 +99,7 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     break;
                 }
                 end = pos + length;
-                m_position = pos;
+                if constexpr (report) m_position = pos;
                 target.NodeBegin(typeId);
                 continue;
             case Int8:
@@ -95,7 +109,8 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     ok = false;
                     break;
                 }
-                m_position = pos += 1;
+                pos += 1;
+                if constexpr (report) m_position = pos;
                 answer = elementClass == UInt8 ? target.LeafUInt8(typeId, value[0])
                          : elementClass == Int8
                              ? target.LeafInt8(typeId, static_cast<signed char>(value[0]))
@@ -108,7 +123,8 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     ok = false;
                     break;
                 }
-                m_position = pos += 2;
+                pos += 2;
+                if constexpr (report) m_position = pos;
                 const auto v = static_cast<unsigned short>((value[0] << 8) | value[1]);
                 answer = elementClass == UInt16  ? target.LeafUInt16(typeId, v)
                          : elementClass == Int16 ? target.LeafInt16(typeId, static_cast<short>(v))
@@ -121,7 +137,8 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     ok = false;
                     break;
                 }
-                m_position = pos += 4;
+                pos += 4;
+                if constexpr (report) m_position = pos;
                 const unsigned int v = (static_cast<unsigned int>(value[0]) << 24) |
                                        (static_cast<unsigned int>(value[1]) << 16) |
                                        (static_cast<unsigned int>(value[2]) << 8) | value[3];
@@ -138,7 +155,8 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     ok = false;
                     break;
                 }
-                m_position = pos += length;
+                pos += length;
+                if constexpr (report) m_position = pos;
                 if (elementClass == String) {
                     const char* text = reinterpret_cast<const char*>(value);
                     if (!PAL::IsValidUtf8(text, length)) text = repairText(value, length);
