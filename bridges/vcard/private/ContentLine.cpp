@@ -235,10 +235,17 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     out.line = line_;
     while (first.front() == ' ' || first.front() == '\t') first.remove_prefix(1);
     scratch_.assign(first);
+    // A quoted-printable line that ends in '=' continues on the next line,
+    // folded or not: the '=' goes.
+    const std::string_view head = first.substr(0, first.find(':'));
+    bool qpHint = false;
+    for (std::size_t i = 0; i + 16 <= head.size() && !qpHint; ++i)
+        qpHint = SameName(head.substr(i, 16), "QUOTED-PRINTABLE");
     std::string_view next;
     const auto unfold = [&] {
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
             PhysicalLine(next);
+            if (qpHint && !scratch_.empty() && scratch_.back() == '=') scratch_.pop_back();
             scratch_.append(next.substr(1));
         }
     };
