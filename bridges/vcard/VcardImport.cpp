@@ -23,22 +23,13 @@ bool StartsWithName(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && SameName(text.substr(0, prefix.size()), prefix);
 }
 
-// A UTC offset as vCard 3.0 writes it: -05:00, +0100, Z.
-bool LooksLikeOffset(std::string_view v) {
-    if (v == "Z") return true;
-    if (v.size() < 3 || (v[0] != '+' && v[0] != '-')) return false;
-    for (std::size_t i = 1; i < v.size(); ++i) {
-        if ((v[i] < '0' || v[i] > '9') && v[i] != ':') return false;
-    }
-    return true;
-}
-
 // What the parameters of one property say, once read.
 struct Params {
     const char* language = nullptr;
     unsigned int bits = 0;
-    bool valueText = false;  // VALUE=text
-    bool valueUri = false;   // VALUE=uri or url
+    bool valueText = false;    // VALUE=text
+    bool valueUri = false;     // VALUE=uri or url
+    bool valueOffset = false;  // VALUE=utc-offset
     std::string mediaType;
     bool hasMediaType = false;
     XParams xParams;
@@ -78,7 +69,8 @@ class Importer {
     PimShared::CTLVContactCreator creator_;
     LossCollector losses_;
     bool inCard_ = false;
-    bool agentPending_ = false;  // an empty AGENT: its card may follow
+    bool agentPending_ = false;
+    bool version4_ = false;  // the card says VERSION:4.0  // an empty AGENT: its card may follow
     unsigned int cardLine_ = 0;
     unsigned int line_ = 0;
     Params params_;
@@ -212,6 +204,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             Check((c.*info.plain)(value_.c_str()), line);
             break;
         case Shape::Version:
+            version4_ = line.value == "4.0";
             break;  // written once, at the start of the contact
         case Shape::Name:
             SplitUnescaped(line.value, ';', parts_);
@@ -280,7 +273,10 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::Agent: {
             Unescape(line.value, value_);
             bool second = p.valueText;
-            if (info.shape == Shape::Timezone) second = second || !LooksLikeOffset(value_);
+            // A time zone is a UTC offset unless it says otherwise; in vCard
+            // 4.0 it is a text (a zone name) unless it says otherwise.
+            if (info.shape == Shape::Timezone)
+                second = p.valueText || p.valueUri || (version4_ && !p.valueOffset);
             if (info.shape == Shape::Agent) second = !p.valueUri;
             const char* v = value_.c_str();
             Check((c.*info.pair)(second ? nullptr : v, second ? v : nullptr), line);
@@ -377,6 +373,7 @@ bool Importer::AgentCard(std::size_t start, bool keep) {
 
 bool Importer::StartCard(const ContentLine& line) {
     inCard_ = true;
+    version4_ = false;
     cardLine_ = line.line;
     const auto instance = static_cast<unsigned int>(result_.items.size());
     return creator_.Reset() && creator_.Begin(instance) && creator_.Version(kContactVersion);

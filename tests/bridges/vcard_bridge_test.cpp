@@ -99,6 +99,7 @@ TEST(VcardImport, EveryCarriedPropertyReachesItsOperation) {
         {"3.0", "MAILER:PigeonMail 2.1", "Mailer(PigeonMail 2.1|-|[])"},
         {"3.0", "TZ:-05:00", "Timezone(-05:00|-)"},
         {"4.0", "TZ:America/New_York", "Timezone(-|America/New_York)"},
+        {"3.0", "TZ:Europe/Berlin", "Timezone(Europe/Berlin|-)"},  // the second slot says VALUE=text
         {"3.0", "GEO:37.386013;-122.082932", "GeographicPosition(37.386013|-122.082932)"},
         {"4.0", "GEO:geo:37.386013,-122.082932", "GeographicPosition(37.386013|-122.082932)"},
         {"3.0", "TITLE:Director\\, Research", "Title(Director, Research|-|[])"},
@@ -268,6 +269,7 @@ TEST(VcardImport, BrokenTextIsAClearErrorAndKeepsTheCardsBefore) {
         {Card("3.0", {"FN:a"}) + "BEGIN:VCARD\r\nFN:b\r\n", "the card has no END:VCARD line", 5, 1},
         {Card("3.0", {"FN:a"}) + "BEGIN:VCARD\r\nFN;X=\"open:b\r\nEND:VCARD\r\n",
          "a parameter value without its closing quote", 6, 1},
+        {Card("3.0", {std::string("TEL;\0:1", 7)}), "a NUL byte in the content line", 3, 0},
     };
     for (const auto& c : cases) {
         const PimBridge::ImportResult r = ImportVcard(c.text.data(), c.text.size());

@@ -250,6 +250,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         }
     };
     unfold();
+    if (scratch_.find('\0') != std::string::npos) {
+        error = "a NUL byte in the content line";
+        return Result::Malformed;
+    }
     if (!ParseLine(scratch_, out, error)) return Result::Malformed;
 
     const Param* encoding = out.Find("ENCODING");
