@@ -15,14 +15,14 @@ namespace {
 using namespace Vcard;
 using XParams = PAL::TVector<IContactAttributes::tXParam>;
 
-// Names and group prefixes go out unquoted: anything but letters, digits and
-// '-' would break the line.
+// Names and group prefixes go out unquoted: anything but letters, digits, '-'
+// and the '_' some writers use would break the line or not read back.
 bool IsToken(const char* text) {
     if (text == nullptr || *text == '\0') return false;
     for (const char* p = text; *p != '\0'; ++p) {
         const char c = *p;
         if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
-              c == '-'))
+              c == '-' || c == '_'))
             return false;
     }
     return true;
@@ -242,9 +242,10 @@ void CardWriter::Params(const char* property, const XParams& x, bool language, c
     }
     bool group = false;
     for (const IContactAttributes::tXParam& p : x) {
-        if (!group && p.name != nullptr && std::string_view(p.name) == "GROUP" &&
-            IsToken(p.value)) {
-            group = true;  // written as the prefix
+        if (p.name != nullptr && std::string_view(p.name) == "GROUP") {
+            // The first valid one is the prefix; any other has no place.
+            if (group || !IsToken(p.value)) losses_.Add(std::string(property) + ";GROUP", 0);
+            group = group || IsToken(p.value);
         } else if (IsToken(p.name)) {
             AppendParam(line_, p.name, p.value != nullptr ? p.value : "");
         } else {

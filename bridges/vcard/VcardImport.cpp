@@ -61,6 +61,17 @@ class Importer {
         return i < parts_.size() && !parts_[i].empty() ? parts_[i].c_str() : nullptr;
     }
     bool AgentCard(std::size_t start, bool keep);
+    bool NoParts(std::size_t count) const {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (Part(i) != nullptr) return false;
+        }
+        return true;
+    }
+    // A name, an address or categories without any value keep no parameters.
+    void LoseParams(const ContentLine& line) {
+        if (params_.language != nullptr) Lose(line.name, "LANGUAGE");
+        for (const IContactAttributes::tXParam& x : params_.xParams) Lose(line.name, x.name);
+    }
     void TypeValues(const ContentLine& line, const PropertyInfo& info);
 
     const char* text_;
@@ -209,11 +220,13 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::Name:
             SplitUnescaped(line.value, ';', parts_);
             if (parts_.size() > 5) Lose(line.name, "COMPONENTS");
+            if (NoParts(5)) LoseParams(line);
             Check(c.Name(Part(0), Part(1), Part(2), Part(3), Part(4), p.language, x), line);
             break;
         case Shape::Address:
             SplitUnescaped(line.value, ';', parts_);
             if (parts_.size() > 7) Lose(line.name, "COMPONENTS");
+            if (NoParts(7)) LoseParams(line);
             Check(c.Address(Part(0), Part(1), Part(2), Part(3), Part(4), Part(5), Part(6), bits8,
                             p.language, x),
                   line);
@@ -231,6 +244,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             } else if (line.name == "NICKNAME") {
                 Check(c.Nickname(list_, p.language, x), line);
             } else {
+                if (list_.isEmpty()) LoseParams(line);
                 Check(c.Categories(list_, p.language, x), line);
             }
             break;

@@ -99,7 +99,8 @@ TEST(VcardImport, EveryCarriedPropertyReachesItsOperation) {
         {"3.0", "MAILER:PigeonMail 2.1", "Mailer(PigeonMail 2.1|-|[])"},
         {"3.0", "TZ:-05:00", "Timezone(-05:00|-)"},
         {"4.0", "TZ:America/New_York", "Timezone(-|America/New_York)"},
-        {"3.0", "TZ:Europe/Berlin", "Timezone(Europe/Berlin|-)"},  // the second slot says VALUE=text
+        {"3.0", "TZ:Europe/Berlin",
+         "Timezone(Europe/Berlin|-)"},  // the second slot says VALUE=text
         {"3.0", "GEO:37.386013;-122.082932", "GeographicPosition(37.386013|-122.082932)"},
         {"4.0", "GEO:geo:37.386013,-122.082932", "GeographicPosition(37.386013|-122.082932)"},
         {"3.0", "TITLE:Director\\, Research", "Title(Director, Research|-|[])"},
@@ -214,16 +215,17 @@ TEST(VcardImport, WhatHasNoPlaceIsReportedByNameCountAndLine) {
                         "EMAIL;TYPE=school:c@d.e",    // 9
                         "NOTE;ALTID=1;LANGUAGE=en:hi",  // 10
                         "TITLE;CHARSET=NO-SUCH-SET:t",  // 11
+                        "N;X-A=1:;;;;",                 // 12: an empty name keeps no parameters
                     });
     const PimBridge::ImportResult r = ImportVcard(text.data(), text.size());
     ASSERT_TRUE(r.ok);
     EXPECT_TRUE(r.HasLoss());
     EXPECT_EQ(Losses(r),
               "KINDx2@4 GENDERx1@5 EMAIL;GROUPx1@7 EMAIL;PIDx1@7 URL;TYPEx1@8 "
-              "EMAIL;TYPE=schoolx1@9 NOTE;ALTIDx1@10 TITLE;CHARSET=NO-SUCH-SETx1@11");
+              "EMAIL;TYPE=schoolx1@9 NOTE;ALTIDx1@10 TITLE;CHARSET=NO-SUCH-SETx1@11 N;X-Ax1@12");
     EXPECT_EQ(Calls(r),
               "FormattedName(A|-|[]) Email(a@b.c|0) URL(http://x) Email(c@d.e|0) "
-              "Note(hi|en|[]) Title(t|-|[])");
+              "Note(hi|en|[]) Title(t|-|[]) Name(-|-|-|-|-|-|[])");
 }
 
 TEST(VcardImport, SeveralCardsInFileOrderWithTheirLinesAndInstances) {
@@ -270,6 +272,8 @@ TEST(VcardImport, BrokenTextIsAClearErrorAndKeepsTheCardsBefore) {
         {Card("3.0", {"FN:a"}) + "BEGIN:VCARD\r\nFN;X=\"open:b\r\nEND:VCARD\r\n",
          "a parameter value without its closing quote", 6, 1},
         {Card("3.0", {std::string("TEL;\0:1", 7)}), "a NUL byte in the content line", 3, 0},
+        {Card("3.0", {"[g.FN:a"}),
+         "a property name or group with characters other than letters, digits, '-'", 3, 0},
     };
     for (const auto& c : cases) {
         const PimBridge::ImportResult r = ImportVcard(c.text.data(), c.text.size());

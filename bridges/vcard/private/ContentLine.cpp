@@ -23,6 +23,12 @@ int HexDigit(char c) {
     return -1;
 }
 
+// Letters, digits and '-' make names; '_' is tolerated, some writers use it.
+bool IsNameChar(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
+           c == '_';
+}
+
 bool IsBlank(std::string_view line) {
     for (char c : line) {
         if (c != ' ' && c != '\t') return false;
@@ -144,6 +150,12 @@ bool ParseLine(std::string_view s, ContentLine& out, std::string& error) {
     if (out.name.empty()) {
         error = "a content line without a property name";
         return false;
+    }
+    for (char c : token) {
+        if (!IsNameChar(c) && c != '.') {
+            error = "a property name or group with characters other than letters, digits, '-'";
+            return false;
+        }
     }
     out.params.clear();
     while (i < s.size() && s[i] == ';') {
