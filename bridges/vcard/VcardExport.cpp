@@ -35,7 +35,9 @@ bool Set(const char* text) {
 // Writes each contact property as it arrives, in stream order.
 class CardWriter final : public PimShared::IContactReceiver {
   public:
-    CardWriter(std::string& out, ExportedItem& item) : out_(out), item_(item) {}
+    explicit CardWriter(std::string& out) : out_(out) {}
+    // The item whose diagnostics and losses the next parse gathers.
+    void StartItem(ExportedItem& item) { item_ = &item; }
     std::vector<Loss> TakeLosses() { return losses_.Take(); }
 
     bool Begin(const unsigned int&) override { return true; }
@@ -162,7 +164,7 @@ class CardWriter final : public PimShared::IContactReceiver {
     bool NonStandardProperty(const char* name, const char* value, const void* data,
                              const unsigned int& length, const XParams& x) override;
     bool TraceMessage(const int& code, const char* text) override {
-        item_.diagnostics.push_back({code, text != nullptr ? text : ""});
+        item_->diagnostics.push_back({code, text != nullptr ? text : ""});
         return true;
     }
 
@@ -173,8 +175,8 @@ class CardWriter final : public PimShared::IContactReceiver {
     }
     void Start(const PropertyInfo& info, const XParams* x = nullptr, const char* lang = nullptr,
                unsigned int bits = 0);
-    void Start(const char* name, const XParams* x);
-    void Params(const char* property, const XParams& x, bool language, const char* lang);
+    void Start(std::string_view name, const XParams* x);
+    void Params(std::string_view property, const XParams& x, bool language, const char* lang);
     void Escaped(const char* text, bool structured) {
         if (text != nullptr) AppendEscaped(line_, text, structured);
     }
@@ -214,12 +216,12 @@ class CardWriter final : public PimShared::IContactReceiver {
     bool Pair(const PropertyInfo& info, const char* first, const char* second);
 
     std::string& out_;
-    ExportedItem& item_;
+    ExportedItem* item_ = nullptr;
     LossCollector losses_;
     std::string line_;
 };
 
-void CardWriter::Start(const char* name, const XParams* x) {
+void CardWriter::Start(std::string_view name, const XParams* x) {
     line_.clear();
     if (x != nullptr) {
         for (const IContactAttributes::tXParam& p : *x) {
@@ -232,7 +234,8 @@ void CardWriter::Start(const char* name, const XParams* x) {
     line_ += name;
 }
 
-void CardWriter::Params(const char* property, const XParams& x, bool language, const char* lang) {
+void CardWriter::Params(std::string_view property, const XParams& x, bool language,
+                        const char* lang) {
     if (Set(lang)) {
         if (language) {
             AppendParam(line_, "LANGUAGE", lang);
@@ -346,6 +349,8 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
     if (data == nullptr) size = 0;
     std::string why;
     std::string notContact;
+    CardWriter writer(result.text);
+    PimShared::CTLVContactParser parser(writer);  // one for all items: it resets per parse
     const bool cut = ForEachItem(
         data, size,
         [&](const ItemSpan& span) {
@@ -359,8 +364,7 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
             item.kind = "contact";
             item.offset = span.offset;
             result.text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
-            CardWriter writer(result.text, item);
-            PimShared::CTLVContactParser parser(writer);
+            writer.StartItem(item);
             const char* errorText = nullptr;
             unsigned int consumed = 0;
             const auto length = static_cast<unsigned int>(span.size);

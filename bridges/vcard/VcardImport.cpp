@@ -13,6 +13,7 @@ namespace PimBridge {
 namespace {
 
 using namespace Vcard;
+using namespace std::string_view_literals;
 using XParams = PAL::TVector<IContactAttributes::tXParam>;
 
 // A contact is a vCard 3.0 record, whatever the version of the card it came
@@ -101,7 +102,12 @@ void Importer::AddXParam(const char* name, const std::vector<std::string>& value
 }
 
 void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
-    params_ = Params();
+    params_.language = nullptr;
+    params_.bits = 0;
+    params_.valueText = params_.valueUri = params_.valueOffset = false;
+    params_.mediaType.clear();
+    params_.hasMediaType = false;
+    params_.xParams.clear();
     joined_.clear();
     const bool xParams = info == nullptr || info->xParams;
     if (!line.group.empty()) {
@@ -114,8 +120,8 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
         }
     }
     for (const Param& p : line.params) {
-        if (p.name == "ENCODING") continue;
-        if (p.name == "CHARSET") {
+        if (p.name == "ENCODING"sv) continue;
+        if (p.name == "CHARSET"sv) {
             if (line.badCharset) Lose(line.name, "CHARSET=" + p.values.front());
             continue;
         }
@@ -124,22 +130,22 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
             continue;
         }
         const bool media = info->shape == Shape::Media || info->shape == Shape::Key;
-        if (p.name == "VALUE") {
+        if (p.name == "VALUE"sv) {
             params_.valueText = SameName(p.values.front(), "text");
             params_.valueUri =
                 SameName(p.values.front(), "uri") || SameName(p.values.front(), "url");
-        } else if (p.name == "LANGUAGE" && info->language) {
+        } else if (p.name == "LANGUAGE"sv && info->language) {
             params_.language = p.values.front().c_str();
-        } else if (p.name == "TYPE" && info->types != TypeSet::None) {
+        } else if (p.name == "TYPE"sv && info->types != TypeSet::None) {
             for (const std::string& value : p.values) {
                 // TYPE="work,voice" of vCard 4.0 is a list all the same.
                 SplitUnescaped(value, ',', parts_);
                 TypeValues(line, *info);
             }
-        } else if (p.name == "PREF" && info->types != TypeSet::None) {
+        } else if (p.name == "PREF"sv && info->types != TypeSet::None) {
             params_.bits |= Types(info->types).pref;
-        } else if (media && (p.name == "TYPE" || p.name == "MEDIATYPE")) {
-            if (!params_.hasMediaType || p.name == "TYPE") {
+        } else if (media && (p.name == "TYPE"sv || p.name == "MEDIATYPE"sv)) {
+            if (!params_.hasMediaType || p.name == "TYPE"sv) {
                 params_.mediaType.clear();
                 for (const std::string& v : p.values)
                     (params_.mediaType += params_.mediaType.empty() ? "" : ",") += v;
@@ -215,7 +221,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             Check((c.*info.plain)(value_.c_str()), line);
             break;
         case Shape::Version:
-            version4_ = line.value == "4.0";
+            version4_ = line.value == "4.0"sv;
             break;  // written once, at the start of the contact
         case Shape::Name:
             SplitUnescaped(line.value, ';', parts_);
@@ -241,7 +247,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             }
             if (org) {
                 Check(c.Organization(parts_.front().c_str(), list_), line);
-            } else if (line.name == "NICKNAME") {
+            } else if (line.name == "NICKNAME"sv) {
                 Check(c.Nickname(list_, p.language, x), line);
             } else {
                 if (list_.isEmpty()) LoseParams(line);
@@ -271,13 +277,13 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             const char* type = p.hasMediaType ? p.mediaType.c_str() : nullptr;
             if (info.shape == Shape::Key) {
                 Check(c.Key(uri, type, data, length), line);
-            } else if (line.name == "SOUND") {
+            } else if (line.name == "SOUND"sv) {
                 Check(c.Sound(uri, type, data, length, nullptr, nullptr, nullptr, nullptr, nullptr,
                               nullptr, nullptr),
                       line);
             } else {
                 const auto op =
-                    line.name == "PHOTO" ? &IContactAttributes::Photo : &IContactAttributes::Logo;
+                    line.name == "PHOTO"sv ? &IContactAttributes::Photo : &IContactAttributes::Logo;
                 Check((c.*op)(uri, type, data, length, nullptr), line);
             }
             break;
@@ -372,8 +378,8 @@ bool Importer::AgentCard(std::size_t start, bool keep) {
     while (depth > 0) {
         if (reader_.Next(line, error) != Reader::Result::Line) return false;
         end = reader_.Position();
-        if (line.name == "BEGIN") ++depth;
-        if (line.name == "END") --depth;
+        if (line.name == "BEGIN"sv) ++depth;
+        if (line.name == "END"sv) --depth;
     }
     if (!keep) return true;
     std::string card;
@@ -428,8 +434,9 @@ ImportResult Importer::Run() {
         const Reader::Result r = reader_.Next(line, error);
         if (r == Reader::Result::End) break;
         if (r == Reader::Result::Malformed) return fail(error, reader_.LineNumber());
-        const bool vcard = SameName(line.value, "VCARD");
-        if (line.name == "BEGIN" && vcard) {
+        const bool frame = line.name == "BEGIN"sv || line.name == "END"sv;
+        const bool vcard = frame && SameName(line.value, "VCARD");
+        if (line.name == "BEGIN"sv && vcard) {
             if (!inCard_) {
                 if (!StartCard(line)) return fail("the contact could not be started", line.line);
             } else {
@@ -437,7 +444,7 @@ ImportResult Importer::Run() {
                 if (!agentPending_) losses_.Add("VCARD", line.line);
                 if (!AgentCard(start, agentPending_)) break;
             }
-        } else if (line.name == "END" && vcard && inCard_) {
+        } else if (line.name == "END"sv && vcard && inCard_) {
             if (!FinishCard()) return fail("the contact could not be written", line.line);
         } else if (inCard_) {
             Property(line);

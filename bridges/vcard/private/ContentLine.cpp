@@ -2,7 +2,9 @@
 
 #include <iconv.h>
 
+#include <array>
 #include <cerrno>
+#include <cstring>
 
 namespace PimBridge::Vcard {
 
@@ -223,9 +225,15 @@ Reader::Reader(const char* text, std::size_t size) : text_(text), size_(size) {
 
 bool Reader::PeekPhysical(std::string_view& out) const {
     if (pos_ >= size_) return false;
-    std::size_t end = pos_;
-    while (end < size_ && text_[end] != '\n' && text_[end] != '\r') ++end;
-    out = std::string_view(text_ + pos_, end - pos_);
+    // Lines end at LF, CRLF or a lone CR: find the LF with memchr, then any CR before it.
+    const char* start = text_ + pos_;
+    const std::size_t left = size_ - pos_;
+    const void* lf = std::memchr(start, '\n', left);
+    std::size_t end =
+        lf == nullptr ? left : static_cast<std::size_t>(static_cast<const char*>(lf) - start);
+    const void* cr = std::memchr(start, '\r', end);
+    if (cr != nullptr) end = static_cast<std::size_t>(static_cast<const char*>(cr) - start);
+    out = std::string_view(start, end);
     return true;
 }
 
@@ -252,7 +260,7 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     const std::string_view head = first.substr(0, first.find(':'));
     bool qpHint = false;
     for (std::size_t i = 0; i + 16 <= head.size() && !qpHint; ++i)
-        qpHint = SameName(head.substr(i, 16), "QUOTED-PRINTABLE");
+        qpHint = Upper(head[i]) == 'Q' && SameName(head.substr(i, 16), "QUOTED-PRINTABLE");
     std::string_view next;
     const auto unfold = [&] {
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
@@ -307,6 +315,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
 }
 
 void Unescape(std::string_view raw, std::string& out) {
+    if (raw.find('\\') == std::string_view::npos) {  // most values
+        out.assign(raw);
+        return;
+    }
     out.clear();
     for (std::size_t i = 0; i < raw.size(); ++i) {
         if (raw[i] == '\\' && i + 1 < raw.size()) {
@@ -319,62 +331,64 @@ void Unescape(std::string_view raw, std::string& out) {
 }
 
 void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& parts) {
-    parts.clear();
+    std::size_t n = 0;  // parts are reused: their buffers stay from the last call
     std::size_t start = 0;
     for (std::size_t i = 0; i <= raw.size(); ++i) {
         if (i == raw.size() || raw[i] == sep) {
-            parts.emplace_back();
-            Unescape(raw.substr(start, i - start), parts.back());
+            if (n == parts.size()) parts.emplace_back();
+            Unescape(raw.substr(start, i - start), parts[n++]);
             start = i + 1;
         } else if (raw[i] == '\\') {
             ++i;
         }
     }
+    parts.resize(n);
 }
 
 void AppendEscaped(std::string& out, std::string_view text, bool structured) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    const char* special = structured ? "\\\r\n,;" : "\\\r\n";
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t i = text.find_first_of(special, start);  // copy plain runs whole
+        out.append(text.substr(start, i == std::string_view::npos ? i : i - start));
+        if (i == std::string_view::npos) return;
         const char c = text[i];
+        start = i + 1;
         if (c == '\r' || c == '\n') {
             out += "\\n";
-            if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
-        } else if (c == '\\' || (structured && (c == ',' || c == ';'))) {
-            out += '\\';
-            out += c;
+            if (c == '\r' && start < text.size() && text[start] == '\n') ++start;
         } else {
+            out += '\\';
             out += c;
         }
     }
 }
 
 bool DecodeBase64(std::string_view text, std::string& out) {
+    // 0-63 a digit, 64 padding, 65 a blank to skip, 66 anything else.
+    static const auto kValues = [] {
+        std::array<unsigned char, 256> v{};
+        v.fill(66);
+        const char* digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        for (unsigned char i = 0; i < 64; ++i) v[static_cast<unsigned char>(digits[i])] = i;
+        v['='] = 64;
+        v[' '] = v['\t'] = v['\r'] = v['\n'] = 65;
+        return v;
+    }();
     out.clear();
     out.reserve(text.size() / 4 * 3);
     unsigned int acc = 0;
     int bits = 0;
     bool padding = false;
     for (char c : text) {
-        int v;
-        if (c >= 'A' && c <= 'Z') {
-            v = c - 'A';
-        } else if (c >= 'a' && c <= 'z') {
-            v = c - 'a' + 26;
-        } else if (c >= '0' && c <= '9') {
-            v = c - '0' + 52;
-        } else if (c == '+') {
-            v = 62;
-        } else if (c == '/') {
-            v = 63;
-        } else if (c == '=') {
-            padding = true;
+        const unsigned int v = kValues[static_cast<unsigned char>(c)];
+        if (v >= 64) {
+            if (v == 66) return false;
+            padding = padding || v == 64;
             continue;
-        } else if (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
-            continue;
-        } else {
-            return false;
         }
         if (padding) return false;  // data after the padding
-        acc = (acc << 6) | static_cast<unsigned int>(v);
+        acc = (acc << 6) | v;
         bits += 6;
         if (bits >= 8) {
             bits -= 8;

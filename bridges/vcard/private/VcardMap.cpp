@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <iterator>
+#include <string_view>
 
 #include "bridges/vcard/private/ContentLine.h"
 
@@ -10,37 +11,38 @@ namespace PimBridge::Vcard {
 namespace {
 
 using C = IContactAttributes;
+using namespace std::string_view_literals;
 
 constexpr PropertyInfo kProperties[] = {
     // name, shape, types, LANGUAGE, x-parameters, operation
-    {"FN", Shape::Text, TypeSet::None, true, true, &C::FormattedName, nullptr, nullptr},
-    {"N", Shape::Name, TypeSet::None, true, true, nullptr, nullptr, nullptr},
-    {"NICKNAME", Shape::List, TypeSet::None, true, true, nullptr, nullptr, nullptr},
-    {"PHOTO", Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
-    {"BDAY", Shape::Date, TypeSet::None, false, false, nullptr, nullptr, &C::Birthday},
-    {"ADR", Shape::Address, TypeSet::Address, true, true, nullptr, nullptr, nullptr},
-    {"LABEL", Shape::Label, TypeSet::Address, true, true, nullptr, nullptr, nullptr},
-    {"TEL", Shape::Telephone, TypeSet::Telephone, false, true, nullptr, nullptr, nullptr},
-    {"EMAIL", Shape::Email, TypeSet::Email, false, false, nullptr, nullptr, nullptr},
-    {"MAILER", Shape::Text, TypeSet::None, true, true, &C::Mailer, nullptr, nullptr},
-    {"TZ", Shape::Timezone, TypeSet::None, false, false, nullptr, nullptr, &C::Timezone},
-    {"GEO", Shape::Geo, TypeSet::None, false, false, nullptr, nullptr, &C::GeographicPosition},
-    {"TITLE", Shape::Text, TypeSet::None, true, true, &C::Title, nullptr, nullptr},
-    {"ROLE", Shape::Text, TypeSet::None, true, true, &C::Role, nullptr, nullptr},
-    {"LOGO", Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
-    {"AGENT", Shape::Agent, TypeSet::None, false, false, nullptr, nullptr, &C::Agent},
-    {"ORG", Shape::Organization, TypeSet::None, false, false, nullptr, nullptr, nullptr},
-    {"CATEGORIES", Shape::List, TypeSet::None, true, true, nullptr, nullptr, nullptr},
-    {"NOTE", Shape::Text, TypeSet::None, true, true, &C::Note, nullptr, nullptr},
-    {"REV", Shape::Date, TypeSet::None, false, false, nullptr, nullptr, &C::Revision},
-    {"SORT-STRING", Shape::Text, TypeSet::None, true, true, &C::SortString, nullptr, nullptr},
-    {"SOUND", Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
-    {"UID", Shape::Plain, TypeSet::None, false, false, nullptr, &C::UID, nullptr},
-    {"URL", Shape::Plain, TypeSet::None, false, false, nullptr, &C::URL, nullptr},
-    {"VERSION", Shape::Version, TypeSet::None, false, false, nullptr, nullptr, nullptr},
-    {"CLASS", Shape::Plain, TypeSet::None, false, false, nullptr, &C::Classification, nullptr},
-    {"PRODID", Shape::Plain, TypeSet::None, false, false, nullptr, &C::ProdID, nullptr},
-    {"KEY", Shape::Key, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"FN"sv, Shape::Text, TypeSet::None, true, true, &C::FormattedName, nullptr, nullptr},
+    {"N"sv, Shape::Name, TypeSet::None, true, true, nullptr, nullptr, nullptr},
+    {"NICKNAME"sv, Shape::List, TypeSet::None, true, true, nullptr, nullptr, nullptr},
+    {"PHOTO"sv, Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"BDAY"sv, Shape::Date, TypeSet::None, false, false, nullptr, nullptr, &C::Birthday},
+    {"ADR"sv, Shape::Address, TypeSet::Address, true, true, nullptr, nullptr, nullptr},
+    {"LABEL"sv, Shape::Label, TypeSet::Address, true, true, nullptr, nullptr, nullptr},
+    {"TEL"sv, Shape::Telephone, TypeSet::Telephone, false, true, nullptr, nullptr, nullptr},
+    {"EMAIL"sv, Shape::Email, TypeSet::Email, false, false, nullptr, nullptr, nullptr},
+    {"MAILER"sv, Shape::Text, TypeSet::None, true, true, &C::Mailer, nullptr, nullptr},
+    {"TZ"sv, Shape::Timezone, TypeSet::None, false, false, nullptr, nullptr, &C::Timezone},
+    {"GEO"sv, Shape::Geo, TypeSet::None, false, false, nullptr, nullptr, &C::GeographicPosition},
+    {"TITLE"sv, Shape::Text, TypeSet::None, true, true, &C::Title, nullptr, nullptr},
+    {"ROLE"sv, Shape::Text, TypeSet::None, true, true, &C::Role, nullptr, nullptr},
+    {"LOGO"sv, Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"AGENT"sv, Shape::Agent, TypeSet::None, false, false, nullptr, nullptr, &C::Agent},
+    {"ORG"sv, Shape::Organization, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"CATEGORIES"sv, Shape::List, TypeSet::None, true, true, nullptr, nullptr, nullptr},
+    {"NOTE"sv, Shape::Text, TypeSet::None, true, true, &C::Note, nullptr, nullptr},
+    {"REV"sv, Shape::Date, TypeSet::None, false, false, nullptr, nullptr, &C::Revision},
+    {"SORT-STRING"sv, Shape::Text, TypeSet::None, true, true, &C::SortString, nullptr, nullptr},
+    {"SOUND"sv, Shape::Media, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"UID"sv, Shape::Plain, TypeSet::None, false, false, nullptr, &C::UID, nullptr},
+    {"URL"sv, Shape::Plain, TypeSet::None, false, false, nullptr, &C::URL, nullptr},
+    {"VERSION"sv, Shape::Version, TypeSet::None, false, false, nullptr, nullptr, nullptr},
+    {"CLASS"sv, Shape::Plain, TypeSet::None, false, false, nullptr, &C::Classification, nullptr},
+    {"PRODID"sv, Shape::Plain, TypeSet::None, false, false, nullptr, &C::ProdID, nullptr},
+    {"KEY"sv, Shape::Key, TypeSet::None, false, false, nullptr, nullptr, nullptr},
 };
 
 // The bits are this bridge's own: the contact stream carries the sets as

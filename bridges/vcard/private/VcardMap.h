@@ -54,7 +54,7 @@ using PlainOp = bool (IContactAttributes::*)(const char*);
 using PairOp = bool (IContactAttributes::*)(const char*, const char*);
 
 struct PropertyInfo {
-    const char* name;
+    std::string_view name;
     Shape shape;
     TypeSet types;
     bool language;  // takes LANGUAGE as its text parameter
