@@ -39,7 +39,8 @@ const char* CheckParser(const std::uint8_t* data, std::size_t size) {
 namespace PS = PimShared;
 // The calendar family keeps the date of a date-time property from stream to
 // stream (a property without its date leaf reports the last date read), and
-// its current property and skip flag after a stream that broke off.
+// its current property and skip flag after a stream that broke off; the task
+// also a 1013 name still waiting for its value.
 constexpr ItemCheck kEventParser =
     CheckParser<PS::CTLVCalendarParser, CalendarFamilyLog<PS::ICalendarReceiver>, true>;
 constexpr ItemCheck kTaskParser =

@@ -275,3 +275,22 @@ TEST(CalendarEvent, DamagedStreamsAreSafeForEveryParser) {
         ParseWith(noteParser, damaged);
     }
 }
+
+// A 1013 name still waiting when a stream ends pairs with the next stream's
+// first 1014 in a task only; the event and the note report the value as
+// nameless. A repaired name (its copy is freed inside the walk) is kept too.
+TEST(CalendarEvent, PendingNameAcrossStreams) {
+    const std::string missing =
+        "6:handleXParamValue(): Missing TypeIdValTypeXparamName. Property-TypeId: 202";
+    using TaskRecorder = Recorder<PimShared::ITaskReceiver>;
+    using NoteRecorder = Recorder<PimShared::INoteReceiver>;
+    using Calls = std::vector<std::string>;
+    EXPECT_EQ((NameAcrossStreams<PimShared::CTLVTaskParser, TaskRecorder>(1, 104, "nm")),
+              (Calls{"Begin(7)", "ProductIdentifier('pi'{'nm'='val'})", "End()"}));
+    EXPECT_EQ((NameAcrossStreams<PimShared::CTLVTaskParser, TaskRecorder>(1, 104, "n\xFF")),
+              (Calls{"Begin(7)", "ProductIdentifier('pi'{'n?'='val'})", "End()"}));
+    EXPECT_EQ((NameAcrossStreams<CTLVCalendarParser, EventRecorder>(1, 103, "nm")),
+              (Calls{missing, "Begin(7)", "ProductIdentifier('pi'{})", "End()"}));
+    EXPECT_EQ((NameAcrossStreams<PimShared::CTLVNoteParser, NoteRecorder>(3, 105, "nm")),
+              (Calls{missing, "Begin(7)", "ProductIdentifier('pi'{})", "End()"}));
+}

@@ -78,17 +78,6 @@ TEST(Note, Diagnostics) {
     });
 }
 
-TEST(Note, NameLeftPendingDoesNotPairInTheNextStream) {
-    NoteRecorder r;
-    CTLVNoteParser parser(r);
-    ASSERT_TRUE(ParseWith(parser, Note({N(215, {S(320, "a"), S(1013, "X-1")})})));
-    r.traces.clear();
-    ASSERT_TRUE(ParseWith(parser, Note({N(215, {S(1014, "v"), S(320, "b")})})));
-    EXPECT_EQ(r.traces,
-              (std::vector<std::string>{
-                  "6:handleXParamValue(): Missing TypeIdValTypeXparamName. Property-TypeId: 215"}));
-}
-
 TEST(Note, CreatorFrame) {
     CTLVNoteCreator creator;
     ASSERT_TRUE(creator.Begin(1) && creator.End());

@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using PimTlvFuzz::CheckingTarget;
 
-const fs::path kFuzzDir = fs::path(__FILE__).parent_path().parent_path() / "fuzz";
+const fs::path kFuzzDir = PIMTLV_FUZZ_DIR;
 
 std::vector<fs::path> FilesUnder(const fs::path& dir) {
     std::vector<fs::path> files;

@@ -177,14 +177,22 @@ TEST(Hardening, OversizeValuesAreRefusedNotLooped) {
     EXPECT_FALSE(creator.LeafByteStream(2, big.data(), CTLVObject::MaxValueLength + 1));
     EXPECT_EQ(trace.Lines(), (std::vector<int>{1478, 1507}));
 
+    // A refused call leaves nothing behind, in a node or outside.
+    const void* data = nullptr;
+    unsigned int length = 0;
+    ASSERT_TRUE(creator.NodeBegin(7) && creator.LeafUInt8(8, 1));
+    EXPECT_FALSE(creator.LeafByteStream(2, big.data(), CTLVObject::MaxValueLength + 1));
+    ASSERT_TRUE(creator.NodeEnd(7) && creator.GetData(data, length));
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    EXPECT_EQ(Bytes(bytes, bytes + length), FromHex("80 07 04 20 08 01 01"));
+
     // Two leaves that fit alone make a node that does not: GetData refuses
-    // and keeps the tree.
+    // and keeps the tree, so asking again refuses again.
     ASSERT_TRUE(creator.NodeBegin(1));
     ASSERT_TRUE(creator.LeafByteStream(2, big.data(), CTLVObject::MaxValueLength - 10));
     ASSERT_TRUE(creator.LeafByteStream(3, big.data(), 100));
     ASSERT_TRUE(creator.NodeEnd(1));
-    const void* data = nullptr;
-    unsigned int length = 0;
+    EXPECT_FALSE(creator.GetData(data, length));
     EXPECT_FALSE(creator.GetData(data, length));
     EXPECT_EQ(trace.entries.back().level, 3);
     EXPECT_TRUE(creator.Reset());

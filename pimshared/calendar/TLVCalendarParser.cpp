@@ -37,6 +37,8 @@ const tParserItem kEvent = {
         SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
         SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
+    false,  // a name still waiting when the stream ends is dropped
+    true,   // so is one waiting when an unimplemented property starts
 };
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
+#include <cstdint>
+
 #include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
@@ -246,11 +248,48 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
     m_state = ParsingStateBegin;
     const bool ok = CTLVParser::Parse(data, length, errorText, consumed);
     if (!ok) ReceiverTrace(kInternal, errorText);
-    // A name left pending cannot pair with a value of a later stream: every
-    // property start drops it first. Its text may have been a repaired copy
-    // that the walk has freed, so it goes now.
-    m_pendingName = nullptr;
+    CarryPendingName();
     return ok;
+}
+
+// A 1013 text in the caller's buffer lives until Parse returns; a repaired
+// one only until the walk ends, so an item that keeps its pending name across
+// streams copies that one now. Texts in the buffer, the common case, are
+// copied only if they are still pending when Parse returns.
+void CParserEngine::NotePendingNameSource() noexcept {
+    const auto text = reinterpret_cast<std::uintptr_t>(m_pendingName);
+    const auto first = reinterpret_cast<std::uintptr_t>(m_data);
+    if (text >= first && text - first < m_length) {
+        m_pendingSource = m_pendingName;
+        return;
+    }
+    try {
+        m_repairedName.assign(m_pendingName);
+        m_pendingSource = m_repairedName.c_str();
+    } catch (...) {
+        m_pendingSource = nullptr;  // out of memory: the name cannot outlive the walk
+    }
+}
+
+// The stream's texts die when Parse returns. The event and the note forget a
+// name still waiting for its value (as if each Parse began without one); the
+// task keeps its own copy, so a 1014 at the start of the next stream pairs
+// with it.
+void CParserEngine::CarryPendingName() noexcept {
+    if (!m_item.keepsPendingName || m_pendingName == nullptr) {
+        m_pendingName = nullptr;
+        return;
+    }
+    if (m_pendingName == m_heldName.c_str()) return;  // carried in, still unpaired
+    const char* source = m_pendingSource;
+    m_pendingName = nullptr;
+    if (source == nullptr) return;
+    try {
+        m_heldName.assign(source);
+        m_pendingName = m_heldName.c_str();
+    } catch (...) {
+        // Out of memory: the name is lost rather than left dangling.
+    }
 }
 
 bool CParserEngine::Unknown(const eClass& elementClass, const unsigned int& typeId, const void*,
@@ -301,7 +340,7 @@ bool CParserEngine::NodeBegin(const unsigned int& typeId) {
 bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplementedText) {
     if (IsUnimplemented(typeId)) {
         m_skip = true;
-        m_pendingName = nullptr;
+        if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
         SetCurrentProperty(typeId);
         return Report(kUnimplemented, unimplementedText, typeId);
     }
@@ -414,6 +453,7 @@ bool CParserEngine::StorePropertyValue(eClass elementClass, unsigned int typeId,
     tPropertyValues& v = m_values[m_currentSlot];
     if (layout.xParams && typeId == TypeIdValTypeXparamName) {
         m_pendingName = TextOf(elementClass, value);
+        if (m_item.keepsPendingName) NotePendingNameSource();
         return true;
     }
     if (layout.xParams && typeId == TypeIdValTypeXparamValue) {

@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 
 #include <bitset>
+#include <string>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
@@ -82,6 +83,13 @@ struct tParserItem {
     const tIdRange* unimplemented;
     unsigned int unimplementedCount;
     unsigned int gatheredProperties;  // bit set of slots, see SlotBit
+    // Whether a 1013 name still waiting for its value when a stream ends may
+    // pair with a 1014 of the next stream (the task's rule); the event and
+    // the note drop it with the stream.
+    bool keepsPendingName = false;
+    // Whether the start of an unimplemented property drops a pending name
+    // (the event's rule; the task and the note leave it waiting).
+    bool unimplementedDropsPendingName = false;
 };
 
 // Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
@@ -147,6 +155,8 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     bool StorePropertyValue(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
                             const uTlvValue& value);
     bool HandleXParamValue(const char* text);
+    void NotePendingNameSource() noexcept;
+    void CarryPendingName() noexcept;
     bool IsUnimplemented(unsigned int typeId) const noexcept;
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
@@ -167,7 +177,15 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     unsigned int m_state = ParsingStateBegin;
     unsigned int m_currentProperty;
     unsigned int m_currentSlot;  // slot of m_currentProperty, or none
+    // Within a walk the pending name points at its leaf's text; between walks
+    // it is null or, for an item that keeps it, m_heldName.
     const char* m_pendingName = nullptr;
+    // Where the pending name's text lives until Parse returns: the caller's
+    // buffer, or m_repairedName for a repaired text (whose copy the walk
+    // frees); null when it could not be kept.
+    const char* m_pendingSource = nullptr;
+    std::string m_repairedName;
+    std::string m_heldName;  // the name carried into the next Parse
     bool m_skip = false;
     std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
     tPropertyValues m_values[kPropertySlots];

@@ -37,6 +37,7 @@ const tParserItem kTask = {
         SlotBit(TypeIdPropTypeLastModified) | SlotBit(TypeIdPropTypeSequenceNumber) |
         SlotBit(TypeIdPropTypeAttendee) | SlotBit(TypeIdPropTypeOrganizer) |
         SlotBit(TypeIdPropTypeSendStatus),
+    true,  // a name waiting for its value pairs with the next stream's first 1014
 };
 
 }  // namespace

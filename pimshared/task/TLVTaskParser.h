@@ -21,7 +21,9 @@ class PIMTLV_API CTLVTaskParser {
 
     // False for a null data pointer (errorText "invalid TLV stream", no
     // receiver call) and for a stream that does not walk (reported with code
-    // 6). errorText stays valid until the next Parse.
+    // 6). errorText stays valid until the next Parse. The current property,
+    // the skip flag and an x-parameter name still waiting for its value (in
+    // the parser's own copy) carry over from one Parse to the next.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
 

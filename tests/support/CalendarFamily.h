@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -314,6 +315,30 @@ void CheckDiagnostics(const std::vector<DiagnosticCase>& cases) {
         EXPECT_EQ(r.traces, c.traces);
         EXPECT_EQ(r.calls, c.calls);
     }
+}
+
+// One parser, two streams. The first leaves property 202 current (its node
+// closes only after the object's end, when there is nothing left to end) and
+// then ends inside the component with a 1013 leaf and no 1014; its buffer is
+// freed before the second, which gives a 1014 before any property starts,
+// then the text, then an empty node 202 that delivers the property. Returns
+// the second stream's diagnostics (codes other than 0) and calls.
+template <typename TParser, typename TRecorder>
+std::vector<std::string> NameAcrossStreams(unsigned root, unsigned component,
+                                           const std::string& name) {
+    TRecorder r;
+    TParser parser(r);
+    const Bytes instance = Element(9, 10, {0, 0, 0, 7});
+    auto first = std::make_unique<Bytes>(N(root, {N(202, {N(root)})}));
+    const Bytes tail = N(root, {N(component, {instance, S(1013, name)})});
+    first->insert(first->end(), tail.begin(), tail.end());
+    ParseWith(parser, *first);
+    first.reset();
+    r.calls.clear();
+    r.traces.clear();
+    ParseWith(parser, N(root, {N(component, {instance, S(1014, "val"), S(302, "pi"), N(202)})}));
+    r.traces.insert(r.traces.end(), r.calls.begin(), r.calls.end());
+    return r.traces;
 }
 
 }  // namespace cftest

@@ -2,8 +2,6 @@
 // and how it exits: every command on every shipped sample, the round trip
 // back to the same bytes, malformed streams, and input it must refuse.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -11,52 +9,16 @@
 #include <string>
 #include <vector>
 
+#include "ToolRun.h"
+
 namespace {
 
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
-void Spit(const std::string& path, const std::string& data) {
-    std::ofstream(path, std::ios::binary) << data;
-}
-
-// CTest runs test cases as separate processes side by side: each process has
-// its own files.
-std::string Temp(const std::string& name) {
-    return testing::TempDir() + "pimtlv_tool_" + std::to_string(getpid()) + "_" + name;
-}
-
-// Runs the tool with args (shell words) and input on standard input.
-Result Tool(const std::string& args, const std::string& input = "") {
-    const std::string in = Temp("in"), out = Temp("out"), err = Temp("err");
-    Spit(in, input);
-    const std::string command =
-        std::string(PIMTLV_TOOL_PATH) + " " + args + " <" + in + " >" + out + " 2>" + err;
-    const int raw = std::system(command.c_str());
-    Result r;
-    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    r.out = Slurp(out);
-    r.err = Slurp(err);
-    for (const std::string& path : {in, out, err}) std::remove(path.c_str());
-    return r;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream s(text);
-    for (std::string line; std::getline(s, line);) lines.push_back(line);
-    return lines;
-}
+using toolrun::Lines;
+using toolrun::Result;
+using toolrun::Slurp;
+using toolrun::Spit;
+using toolrun::Temp;
+using toolrun::Tool;
 
 std::vector<std::string> BuiltItems() {
     std::vector<std::string> items;
@@ -473,12 +435,14 @@ struct BadInput {
 const BadInput kBadInputs[] = {
     {"NoCommand", "", "", nullptr, "error: A subcommand is required"},
     {"UnknownCommand", "frobnicate", "", nullptr,
-     "error: unknown command 'frobnicate' (expected dump, decode, encode, check or ops)"},
+     "error: unknown command 'frobnicate' (expected dump, decode, encode, check, ops, import or "
+     "export)"},
     {"UnknownOption", "dump --bogus", "", nullptr,
      "error: The following argument was not expected: --bogus"},
     {"BadColourMode", "dump --color=sometimes", "", nullptr, "error: --color"},
     {"MissingFile", "dump /no/such/file", "", nullptr,
      "error: cannot open '/no/such/file': No such file or directory"},
+    {"Directory", "check /", "", nullptr, "error: '/' is a directory"},
     {"BadHexDigit", "dump --hex", "80 0g", nullptr,
      "error: bad hex input: unexpected character 'g' at line 1, column 5"},
     {"OddHex", "check --hex", "80\n01 1", nullptr,
@@ -693,6 +657,118 @@ TEST_F(EventStreamTest, EncodeRefusesAStreamLeftOpen) {
     const Result r = Tool("encode", R"({"item": "event", "calls": [{"op": "Begin"}]})");
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.err.rfind("error: the creator could not finish the stream", 0), 0u) << r.err;
+}
+
+// ---------------------------------------------------------------------------
+// Files of several items one after another, as a bulk export or a sync log
+// holds them.
+
+std::string Bin(const std::string& hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 3) {
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+class MultiItemTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        for (const char* item : {"event", "sms", "contact"}) {
+            if (!Built(item)) GTEST_SKIP() << item << " is not in this build";
+        }
+        Spit(m_path, Slurp(Sample("event", ".tlv")) + Slurp(Sample("sms", ".tlv")) +
+                         Slurp(Sample("contact", ".tlv")));
+    }
+    void TearDown() override { std::remove(m_path.c_str()); }
+
+    // The file with an event in front of the contact whose instance leaf
+    // declares 5 bytes, one more than its class holds.
+    std::string WithBadItem() const {
+        const std::string good = Slurp(m_path);
+        const std::size_t contact = good.size() - Slurp(Sample("contact", ".tlv")).size();
+        m_badAt = contact + 6;
+        return good.substr(0, contact) + Bin("80 01 0a 80 67 07 90 0a 05 00 00 00 02") +
+               good.substr(contact);
+    }
+
+    std::string m_path = Temp("multi.tlv");
+    mutable std::size_t m_badAt = 0;
+};
+
+TEST_F(MultiItemTest, DecodeGivesAnArrayThatEncodesBackToTheSameBytes) {
+    const Result decoded = Tool("decode " + m_path);
+    ASSERT_EQ(decoded.status, 0) << decoded.err;
+    const auto lines = Lines(decoded.out);
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines[0], "[");
+    EXPECT_EQ(lines[2], "  \"item\": \"event\",");
+    EXPECT_EQ(lines.back(), "]");
+    std::vector<std::string> items;
+    for (const auto& line : lines) {
+        if (line.rfind("  \"item\": ", 0) == 0) items.push_back(line);
+    }
+    EXPECT_EQ(items, (std::vector<std::string>{"  \"item\": \"event\",", "  \"item\": \"sms\",",
+                                               "  \"item\": \"contact\","}));
+    const Result encoded = Tool("encode", decoded.out);
+    ASSERT_EQ(encoded.status, 0) << encoded.err;
+    EXPECT_EQ(encoded.out, Slurp(m_path));
+}
+
+TEST_F(MultiItemTest, CheckReportsEachItemAndTheTotal) {
+    const Result r = Tool("check " + m_path);
+    EXPECT_EQ(r.status, 0) << r.err;
+    const auto lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 4u) << r.out;
+    EXPECT_EQ(lines[0].rfind("item 1 at offset 0: calendar event: ", 0), 0u) << lines[0];
+    EXPECT_EQ(lines[1].rfind("item 2 at offset ", 0), 0u) << lines[1];
+    EXPECT_NE(lines[1].find(": SMS: "), std::string::npos) << lines[1];
+    EXPECT_EQ(lines[3].rfind("total: 3 items, ", 0), 0u) << lines[3];
+    EXPECT_EQ(lines[3].substr(lines[3].size() - 15), ", 0 diagnostics") << lines[3];
+}
+
+TEST_F(MultiItemTest, DumpNamesEachItemInItsOwnKind) {
+    const Result r = Tool("dump " + m_path);
+    EXPECT_EQ(r.status, 0) << r.err;
+    for (const char* name : {"TypeIdCompTypeVevent", "TypeIdCompTypeSMS", "TypeIdObjTypeContact"}) {
+        EXPECT_NE(r.out.find(name), std::string::npos) << name;
+    }
+}
+
+TEST_F(MultiItemTest, MalformedItemEndsTheRunAfterTheItemsBeforeIt) {
+    Spit(m_path, WithBadItem());
+    const std::string fault =
+        "error: malformed stream at offset " + std::to_string(m_badAt) +
+        ": UInt32 10 declares a value of 5 bytes; the class takes exactly 4\n";
+    const Result decoded = Tool("decode " + m_path);
+    EXPECT_EQ(decoded.status, 1);
+    EXPECT_EQ(decoded.err, fault);
+    EXPECT_NE(decoded.out.find("\"ok\":false"), std::string::npos);
+    EXPECT_EQ(decoded.out.find("\"item\": \"contact\""), std::string::npos);
+    EXPECT_EQ(decoded.out.substr(decoded.out.size() - 4), "}\n]\n");
+
+    const Result checked = Tool("check " + m_path);
+    EXPECT_EQ(checked.status, 1);
+    EXPECT_EQ(checked.err, fault);
+    const auto lines = Lines(checked.out);
+    ASSERT_GE(lines.size(), 4u) << checked.out;
+    EXPECT_NE(lines[1].find("SMS: 18 receiver calls, 0 diagnostics"), std::string::npos);
+    EXPECT_EQ(lines.back().rfind("total: 3 items, ", 0), 0u);
+    EXPECT_EQ(checked.out.find("item 4"), std::string::npos);
+
+    const Result dumped = Tool("dump " + m_path);
+    EXPECT_EQ(dumped.status, 1);
+    EXPECT_EQ(dumped.err, fault);
+}
+
+TEST(EmptyFile, HoldsNoItems) {
+    EXPECT_EQ(Tool("decode").out, "[]\n");
+    const Result checked = Tool("check");
+    EXPECT_EQ(checked.status, 0);
+    EXPECT_EQ(checked.out, "total: 0 items, 0 receiver calls, 0 diagnostics\n");
+    const Result encoded = Tool("encode", "[]");
+    EXPECT_EQ(encoded.status, 0);
+    EXPECT_EQ(encoded.out, "");
 }
 
 }  // namespace

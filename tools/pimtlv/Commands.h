@@ -24,10 +24,11 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err);
 int Decode(const Options& options, std::ostream& out, std::ostream& err);
 int Encode(const Options& options, std::ostream& err);
 
-// Decode of a stream already read.
-int DecodeStream(const Options& options, const Bytes& data, std::ostream& out, std::ostream& err);
+// Decode of a stream already read: the document of its item, or a JSON
+// array of the documents of its items when it holds several (or none).
+int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::ostream& err);
 
-// What encode makes of a JSON document's text: the item named and the stream
+// What encode makes of one JSON document's text: the item named and the stream
 // its creator wrote, with the calls the creator refused. Throws UsageError
 // for a document the tool cannot use, and when the creator cannot finish the
 // stream.

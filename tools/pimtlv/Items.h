@@ -43,7 +43,7 @@ struct ItemAdapter {
     std::vector<TypeName> names;
     std::vector<OpEntry> ops;
     // Runs the item's parser with a receiver that records into recorder.
-    ParseRun (*decode)(const Bytes& data, Recorder& recorder);
+    ParseRun (*decode)(ByteView data, Recorder& recorder);
     // Replays calls (a JSON array) into the item's creator. Returns the
     // bytes; refused calls are listed in refused. Throws UsageError for
     // calls it cannot make.
@@ -94,14 +94,14 @@ Bytes EncodeWith(const std::vector<OpEntry>& ops, const Json& calls,
 
 // Runs Parser over data with Receiver (constructed from the recorder).
 template <typename Parser, typename Receiver>
-ParseRun DecodeWith(const Bytes& data, Recorder& recorder) {
+ParseRun DecodeWith(ByteView data, Recorder& recorder) {
     Receiver receiver(recorder);
     Parser parser(receiver);
     static const std::uint8_t empty = 0;
     const char* errorText = nullptr;
     ParseRun run;
-    run.ok = parser.Parse(data.empty() ? &empty : data.data(),
-                          static_cast<unsigned int>(data.size()), errorText, run.consumed);
+    run.ok = parser.Parse(data.size == 0 ? &empty : data.data, static_cast<unsigned int>(data.size),
+                          errorText, run.consumed);
     return run;
 }
 

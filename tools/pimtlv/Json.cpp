@@ -58,13 +58,77 @@ void Codec<const void*>::FromJson(const Json& j, Holder& h, const ArgPlace& plac
     h.null = false;
 }
 
-bool Recorder::Trace(int code, const char* text) {
-    Json d = Json::object();
-    d["code"] = code;
-    d["text"] = text == nullptr ? "" : text;
-    d["call"] = m_calls.size();
-    m_diagnostics.push_back(std::move(d));
-    return true;
+void TextOut::Flush() {
+    m_out.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
+    m_text.clear();
+}
+
+Spill::~Spill() {
+    if (m_file != nullptr) std::fclose(m_file);
+}
+
+void Spill::Append(std::string_view text) {
+    if (m_fileSize == 0 && m_memory.size() + text.size() <= kInMemory) {
+        m_memory.append(text);
+        return;
+    }
+    if (m_file == nullptr) {
+        m_file = std::tmpfile();
+        if (m_file == nullptr) throw UsageError("cannot make a temporary file");
+    }
+    if (!m_memory.empty()) {
+        if (std::fwrite(m_memory.data(), 1, m_memory.size(), m_file) != m_memory.size()) {
+            throw UsageError("cannot write a temporary file");
+        }
+        m_fileSize += m_memory.size();
+        m_memory.clear();
+        m_memory.shrink_to_fit();
+    }
+    if (std::fwrite(text.data(), 1, text.size(), m_file) != text.size()) {
+        throw UsageError("cannot write a temporary file");
+    }
+    m_fileSize += text.size();
+}
+
+void Spill::Drain(const std::function<void(std::string_view)>& piece) {
+    if (m_fileSize != 0) {
+        std::rewind(m_file);
+        std::string buffer(std::size_t{1} << 16, '\0');
+        for (std::size_t left = m_fileSize; left > 0;) {
+            const std::size_t n = std::fread(&buffer[0], 1, std::min(left, buffer.size()), m_file);
+            if (n == 0) throw UsageError("cannot read a temporary file back");
+            piece(std::string_view(buffer.data(), n));
+            left -= n;
+        }
+        std::rewind(m_file);
+        m_fileSize = 0;
+    }
+    if (!m_memory.empty()) piece(m_memory);
+    m_memory.clear();
+}
+
+void AppendJson(std::string& out, const Json& value) {
+    nlohmann::detail::serializer<Json> writer(nlohmann::detail::output_adapter<char>(out), ' ',
+                                              Json::error_handler_t::replace);
+    writer.dump(value, false, false, 0);
+}
+
+void AppendJsonText(std::string& out, const char* text) {
+    if (text == nullptr) {
+        out += "null";
+        return;
+    }
+    // Most texts are printable ASCII and go as they are; the rest take the
+    // JSON library's escaping and its repair of bytes that are not UTF-8.
+    const char* end = text;
+    while (*end >= 0x20 && *end < 0x7F && *end != '"' && *end != '\\') ++end;
+    if (*end == 0) {
+        out += '"';
+        out.append(text, end);
+        out += '"';
+        return;
+    }
+    AppendJson(out, Json(text));
 }
 
 const OpEntry& Recorder::Find(const void* key) const {

@@ -8,8 +8,12 @@
 // entry cannot disagree with the interface it describes.
 
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <limits>
+#include <ostream>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -323,50 +327,159 @@ OpEntry Op(const char* name, Names... argNames) {
     return OpEntry{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
 }
 
-// The JSON document of one parse: receiver calls and diagnostics in order.
+// Text made as it goes and handed to a stream in large pieces, so that no
+// output, not even one call with a list of a million entries, is held whole.
+class TextOut {
+  public:
+    explicit TextOut(std::ostream& out) : m_out(out) {}
+    ~TextOut() { Flush(); }
+    TextOut(const TextOut&) = delete;
+    TextOut& operator=(const TextOut&) = delete;
+
+    std::string& Text() { return m_text; }
+    void Drain() {
+        if (m_text.size() >= kPiece) Flush();
+    }
+    void Flush();
+
+  private:
+    static constexpr std::size_t kPiece = std::size_t{1} << 16;
+    std::ostream& m_out;
+    std::string m_text;
+};
+
+// Text kept for later: in memory up to a bound, beyond it in an unnamed
+// temporary file, so that what a parse reports before it can be shown (a
+// million diagnostics, say) costs no memory.
+class Spill {
+  public:
+    Spill() = default;
+    ~Spill();
+    Spill(const Spill&) = delete;
+    Spill& operator=(const Spill&) = delete;
+
+    void Append(std::string_view text);
+    bool Empty() const { return m_memory.empty() && m_fileSize == 0; }
+    // Hands everything kept to piece, in order and in pieces, then starts
+    // empty again.
+    void Drain(const std::function<void(std::string_view)>& piece);
+
+  private:
+    static constexpr std::size_t kInMemory = std::size_t{4} << 20;
+    std::string m_memory;
+    std::FILE* m_file = nullptr;
+    std::size_t m_fileSize = 0;
+};
+
+// Compact JSON, as nlohmann's dump writes it (invalid UTF-8 replaced).
+void AppendJson(std::string& out, const Json& value);
+// A text as a JSON string, or null for a null pointer.
+void AppendJsonText(std::string& out, const char* text);
+
+template <typename T>
+struct IsList : std::false_type {};
+template <typename T>
+struct IsList<PAL::TVector<T>> : std::true_type {};
+
+// One argument value as JSON; a list entry by entry, handing out the text
+// as it grows.
+template <typename P>
+void WriteValue(TextOut& out, const P& value) {
+    std::string& text = out.Text();
+    if constexpr (std::is_same_v<P, const char*>) {
+        AppendJsonText(text, value);
+    } else if constexpr (std::is_same_v<P, bool>) {
+        text += value ? "true" : "false";
+    } else if constexpr (std::is_integral_v<P>) {
+        text += std::to_string(value);
+    } else if constexpr (IsList<P>::value) {
+        text += '[';
+        bool first = true;
+        for (const auto& entry : value) {
+            if (!first) out.Text() += ',';
+            first = false;
+            WriteValue(out, entry);
+            out.Drain();
+        }
+        out.Text() += ']';
+    } else {
+        AppendJson(text, Codec<P>::ToJson(value));
+    }
+}
+
+// Hears a parse as the parser makes it.
+class ParseListener {
+  public:
+    virtual ~ParseListener() = default;
+    // Receiver call number index (from 0) is about to be written.
+    virtual void OnCall(std::size_t index, const char* op) = 0;
+    // A TraceMessage; call is the index of the receiver call that follows it.
+    virtual void OnDiagnostic(int code, const char* text, std::size_t call) = 0;
+};
+
+// Turns one parse's receiver calls into their JSON form, one compact object
+// a call, written to calls as they come (or only counted and named to the
+// listener, when calls is null); keeps nothing per call.
 class Recorder {
   public:
-    explicit Recorder(const std::vector<OpEntry>& ops) : m_ops(ops) {}
+    Recorder(const std::vector<OpEntry>& ops, ParseListener& listener, TextOut* calls)
+        : m_ops(ops), m_listener(listener), m_out(calls) {}
 
     // Records receiver operation Fn (the Attributes member the receiver slot
     // mirrors) with its arguments; answers true so that parsing goes on.
     template <auto Fn, typename... A>
     bool Put(const A&... args) {
+        static_assert(sizeof...(A) == MemberFn<decltype(Fn)>::kArity, "receiver slot arity");
         const OpEntry& op = Find(&detail::Key<Fn>::id);
-        Json call = Json::object();
-        call["op"] = op.name;
-        Json named = Json::object();
-        PutArgs<Fn>(named, op, std::make_index_sequence<sizeof...(A)>{}, args...);
-        if (!named.empty()) call["args"] = std::move(named);
-        m_calls.push_back(std::move(call));
+        m_listener.OnCall(m_count++, op.name);
+        if (m_out == nullptr) return true;
+        std::string& text = m_out->Text();
+        text += "{\"op\":\"";
+        text += op.name;
+        text += '"';
+        bool named = false;
+        PutArgs<Fn>(op, named, std::make_index_sequence<sizeof...(A)>{}, args...);
+        text += named ? "}}" : "}";
+        m_out->Drain();
         return true;
     }
 
-    bool Trace(int code, const char* text);
+    bool Trace(int code, const char* text) {
+        m_listener.OnDiagnostic(code, text, m_count);
+        return true;
+    }
 
-    const Json& Calls() const { return m_calls; }
-    // Every diagnostic as {code, text, call}: call is the index of the
-    // receiver call that follows it.
-    const Json& Diagnostics() const { return m_diagnostics; }
+    std::size_t Calls() const { return m_count; }
 
   private:
     const OpEntry& Find(const void* key) const;
 
     template <auto Fn, std::size_t... I, typename... A>
-    void PutArgs(Json& named, const OpEntry& op, std::index_sequence<I...>, const A&... args) {
-        static_assert(sizeof...(A) == MemberFn<decltype(Fn)>::kArity, "receiver slot arity");
+    void PutArgs(const OpEntry& op, bool& named, std::index_sequence<I...>, const A&... args) {
         const auto all = std::forward_as_tuple(args...);
         const auto put = [&](auto index) {
             constexpr std::size_t i = decltype(index)::value;
             using P = ParamAt<decltype(Fn), i>;
+            if (op.args[i] == nullptr) return;  // a length, carried by its data
+            std::string& text = m_out->Text();
+            text += named ? ",\"" : ",\"args\":{\"";
+            named = true;
+            text += op.args[i];
+            text += "\":";
             if constexpr (kIsBytePointer<P>) {
                 if constexpr (i + 1 < sizeof...(A)) {
                     const auto* data = std::get<i>(all);
                     const auto size = static_cast<std::size_t>(std::get<i + 1>(all));
-                    named[op.args[i]] = data == nullptr ? Json(nullptr) : Json(HexOf(data, size));
+                    if (data == nullptr) {
+                        text += "null";
+                    } else {
+                        text += '"';
+                        text += HexOf(data, size);
+                        text += '"';
+                    }
                 }
             } else {
-                if (op.args[i] != nullptr) named[op.args[i]] = Codec<P>::ToJson(std::get<i>(all));
+                WriteValue<P>(*m_out, std::get<i>(all));
             }
         };
         (put(std::integral_constant<std::size_t, I>{}), ...);
@@ -374,8 +487,9 @@ class Recorder {
     }
 
     const std::vector<OpEntry>& m_ops;
-    Json m_calls = Json::array();
-    Json m_diagnostics = Json::array();
+    ParseListener& m_listener;
+    TextOut* m_out;
+    std::size_t m_count = 0;
 };
 
 }  // namespace pimtlv_tool

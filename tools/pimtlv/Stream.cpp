@@ -18,38 +18,21 @@ std::string ByteCount(std::size_t n) {
 
 bool ReadHeader(const std::uint8_t* data, std::size_t limit, std::size_t pos, Header& header,
                 std::string* reason) {
+    if (PimBridge::ReadElementHeader(data, limit, pos, header, nullptr)) return true;
+    if (reason == nullptr) return false;
+    // Say how far the header got, in the terms of its parts.
     const std::size_t left = limit > pos ? limit - pos : 0;
-    auto fail = [reason](std::string text) {
-        if (reason != nullptr) *reason = std::move(text);
-        return false;
-    };
-    if (left < 2)
-        return fail("the element header needs 2 bytes, only " + ByteCount(left) + " left");
-    if (left < 3) return fail("the length field is missing after the header word");
-    const unsigned int lead = data[pos + 2];
-    std::uint32_t length = 0;
-    unsigned int fieldSize = 1;
-    if (lead < 0x80) {
-        length = lead;
+    if (left < 2) {
+        *reason = "the element header needs 2 bytes, only " + ByteCount(left) + " left";
+    } else if (left < 3) {
+        *reason = "the length field is missing after the header word";
+    } else if (data[pos + 2] == 0x80) {
+        *reason = "length field 0x80 gives no byte count";
     } else {
-        const unsigned int n = lead & 0x7Fu;
-        if (n == 0) return fail("length field 0x80 gives no byte count");
-        if (left - 3 < n) {
-            return fail("length field announces " + ByteCount(n) + " of length, only " +
-                        ByteCount(left - 3) + " left");
-        }
-        for (unsigned int i = 0; i < n; ++i) {
-            // Bytes beyond the fourth wrap around, as the library's reader does.
-            length |= static_cast<std::uint32_t>(data[pos + 3 + i]) << ((8 * (n - 1 - i)) % 32);
-        }
-        fieldSize = n + 1;
+        *reason = "length field announces " + ByteCount(data[pos + 2] & 0x7Fu) +
+                  " of length, only " + ByteCount(left - 3) + " left";
     }
-    const unsigned int word = (static_cast<unsigned int>(data[pos]) << 8) | data[pos + 1];
-    header.elementClass = word >> 12;
-    header.typeId = word & 0xFFFu;
-    header.headerSize = 2 + fieldSize;
-    header.length = length;
-    return true;
+    return false;
 }
 
 unsigned int FixedSize(unsigned int elementClass) {
@@ -76,14 +59,14 @@ std::string ClassName(unsigned int elementClass) {
     return name != nullptr ? name : "Class " + std::to_string(elementClass);
 }
 
-std::string DescribeFault(const Bytes& data, std::size_t offset) {
+std::string DescribeFault(ByteView data, std::size_t offset) {
     // Follow the nodes that contain offset, to learn the limit the element
     // had to respect and what imposed it.
     std::size_t pos = 0;
-    std::size_t limit = data.size();
+    std::size_t limit = data.size;
     std::string context = "the stream";
     Header h;
-    while (pos < offset && ReadHeader(data.data(), limit, pos, h, nullptr)) {
+    while (pos < offset && ReadHeader(data.data, limit, pos, h, nullptr)) {
         const std::size_t valueStart = pos + h.headerSize;
         const std::size_t end = valueStart + h.length;
         if (h.elementClass == Node && offset >= valueStart && offset < end && end <= limit) {
@@ -96,7 +79,7 @@ std::string DescribeFault(const Bytes& data, std::size_t offset) {
     }
     if (pos != offset) return "the walk stopped here";
     std::string reason;
-    if (!ReadHeader(data.data(), limit, pos, h, &reason)) return reason + " (in " + context + ")";
+    if (!ReadHeader(data.data, limit, pos, h, &reason)) return reason + " (in " + context + ")";
     const std::string what = ClassName(h.elementClass) + " " + std::to_string(h.typeId);
     const std::size_t left = limit - pos - h.headerSize;
     const unsigned int fixed = FixedSize(h.elementClass);
@@ -110,7 +93,7 @@ std::string DescribeFault(const Bytes& data, std::size_t offset) {
     }
     if (h.elementClass == String) {
         if (h.length == 0) return what + " has an empty value; a text needs its zero byte";
-        if (data[pos + h.headerSize + h.length - 1] != 0) {
+        if (data.data[pos + h.headerSize + h.length - 1] != 0) {
             return what + " does not end with a zero byte";
         }
     }
@@ -125,16 +108,17 @@ class Walker : private ITLV, private CTLVParser {
   public:
     // The ITLV base is complete before CTLVParser is made, so the parser
     // may keep a reference to it.
-    Walker(const Bytes& data, ElementSink* sink)
-        : CTLVParser(static_cast<ITLV&>(*this)), m_data(data), m_sink(sink) {}
+    Walker(ByteView data, ElementSink* sink, std::size_t from)
+        : CTLVParser(static_cast<ITLV&>(*this)), m_data(data), m_sink(sink), m_from(from) {}
 
-    Fault Run() {
+    Fault Run(std::size_t to) {
         const char* errorText = nullptr;
         unsigned int consumed = 0;
-        const auto length = static_cast<unsigned int>(m_data.size());
+        const auto length = static_cast<unsigned int>(to - m_from);
         static const std::uint8_t empty = 0;
-        const void* start = m_data.empty() ? &empty : m_data.data();
+        const void* start = length == 0 ? &empty : m_data.data + m_from;
         Fault fault;
+        m_next = m_from;
         if (!Parse(start, length, errorText, consumed)) {
             fault.present = true;
             fault.offset = m_next;
@@ -151,11 +135,11 @@ class Walker : private ITLV, private CTLVParser {
         e.offset = m_next;
         e.depth = static_cast<unsigned int>(m_parents.size());
         e.parentId = m_parents.empty() ? kNoParent : m_parents.back();
-        ReadHeader(m_data.data(), m_data.size(), m_next, e.header, nullptr);
-        e.value = m_data.data() + m_next + e.header.headerSize;
+        ReadHeader(m_data.data, m_data.size, m_next, e.header, nullptr);
+        e.value = m_data.data + m_next + e.header.headerSize;
         e.number = number;
         if (m_sink != nullptr) m_sink->OnElement(e);
-        m_next = m_position;
+        m_next = m_from + m_position;
         if (e.header.elementClass == Node) m_parents.push_back(e.header.typeId);
         return true;
     }
@@ -181,38 +165,42 @@ class Walker : private ITLV, private CTLVParser {
     bool LeafUInt32(const unsigned int&, const unsigned int& v) override { return Report(v); }
     bool LeafInt32(const unsigned int&, const int& v) override { return Report(v); }
 
-    const Bytes& m_data;
+    ByteView m_data;
     ElementSink* m_sink;
+    std::size_t m_from;      // where the walk starts in m_data
     std::size_t m_next = 0;  // offset of the next element
     std::vector<unsigned int> m_parents;
 };
 
 }  // namespace
 
-Fault WalkStream(const Bytes& data, ElementSink* sink) {
-    if (data.size() > 0xFFFFFFFFu) {
+Fault WalkStream(ByteView data, ElementSink* sink, std::size_t from, std::size_t to) {
+    to = std::min(to, data.size);
+    from = std::min(from, to);
+    if (to - from > 0xFFFFFFFFu) {
         Fault f;
         f.present = true;
+        f.offset = from;
         f.reason = "the stream is larger than 4 GiB";
         return f;
     }
-    Walker walker(data, sink);
-    return walker.Run();
+    Walker walker(data, sink, from);
+    return walker.Run(to);
 }
 
-StreamFrame ReadFrame(const Bytes& data) {
+StreamFrame ReadFrame(ByteView data) {
     StreamFrame frame;
     Header root;
-    if (!ReadHeader(data.data(), data.size(), 0, root, nullptr) || root.elementClass != Node) {
+    if (!ReadHeader(data.data, data.size, 0, root, nullptr) || root.elementClass != Node) {
         return frame;
     }
     frame.hasRoot = true;
     frame.root = root.typeId;
     const std::size_t end =
-        std::min<std::size_t>(data.size(), root.headerSize + std::size_t{root.length});
+        std::min<std::size_t>(data.size, root.headerSize + std::size_t{root.length});
     std::size_t pos = root.headerSize;
     Header child;
-    while (pos < end && ReadHeader(data.data(), end, pos, child, nullptr)) {
+    while (pos < end && ReadHeader(data.data, end, pos, child, nullptr)) {
         if (child.elementClass == Node) {
             frame.hasComponent = true;
             frame.component = child.typeId;

@@ -7,21 +7,17 @@
 #include <vector>
 
 #include "Tool.h"
+#include "bridges/common/ItemStreams.h"
 
 namespace pimtlv_tool {
 
 constexpr unsigned int kNoParent = 0xFFFFFFFFu;
 
 // One element header as the stream holds it.
-struct Header {
-    unsigned int elementClass = 0;
-    unsigned int typeId = 0;
-    unsigned int headerSize = 0;  // header word and length field
-    std::uint32_t length = 0;     // declared value length
-};
+using Header = PimBridge::ElementHeader;
 
 // Reads the header at pos, reading nothing at or past limit. On failure
-// returns false and reason says why, in words.
+// returns false and reason says why, in words, for a person reading a dump.
 bool ReadHeader(const std::uint8_t* data, std::size_t limit, std::size_t pos, Header& header,
                 std::string* reason);
 
@@ -35,7 +31,7 @@ std::string ClassName(unsigned int elementClass);
 // Why the walk cannot go on at the element starting at offset: its header,
 // its declared length against what is left of its enclosing node or of the
 // stream, its class's size, a text's terminator.
-std::string DescribeFault(const Bytes& data, std::size_t offset);
+std::string DescribeFault(ByteView data, std::size_t offset);
 
 // One element as the walk meets it.
 struct Element {
@@ -60,10 +56,12 @@ struct Fault {
     std::string reason;
 };
 
-// Walks the whole stream with the library's parser, handing every element
-// to sink (which may be null). Returns the fault, if the stream has one;
-// everything before it has been handed out.
-Fault WalkStream(const Bytes& data, ElementSink* sink);
+// Walks the bytes from offset from to offset to (the end: all of them) with
+// the library's parser, handing every element to sink (which may be null);
+// offsets are those in data. Returns the fault, if there is one; everything
+// before it has been handed out.
+Fault WalkStream(ByteView data, ElementSink* sink, std::size_t from = 0,
+                 std::size_t to = static_cast<std::size_t>(-1));
 
 // The root node and the first node inside it, which together tell the item.
 struct StreamFrame {
@@ -72,7 +70,7 @@ struct StreamFrame {
     bool hasComponent = false;
     unsigned int component = 0;
 };
-StreamFrame ReadFrame(const Bytes& data);
+StreamFrame ReadFrame(ByteView data);
 
 }  // namespace pimtlv_tool
 
