@@ -2,43 +2,15 @@
 // format told by name or by content, losses as warnings (errors with
 // --strict), broken text refused, and streams back to cards.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
+
+#include "ToolRun.h"
 
 namespace {
 
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
-std::string Temp(const std::string& name) {
-    return testing::TempDir() + "pimtlv_vcf_" + std::to_string(getpid()) + "_" + name;
-}
-
-Result Tool(const std::string& args, const std::string& input = "") {
-    const std::string in = Temp("in"), out = Temp("out"), err = Temp("err");
-    std::ofstream(in, std::ios::binary) << input;
-    const std::string command =
-        std::string(PIMTLV_TOOL_PATH) + " " + args + " <" + in + " >" + out + " 2>" + err;
-    const int raw = std::system(command.c_str());
-    Result r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, Slurp(out), Slurp(err)};
-    for (const std::string& path : {in, out, err}) std::remove(path.c_str());
-    return r;
-}
+using toolrun::Result;
+using toolrun::Tool;
 
 const std::string kBook =
     std::string(PIMTLV_SAMPLES_DIR) + "/../tests/bridges/fixtures/vcard/addressbook.vcf";
