@@ -301,6 +301,7 @@ bool CardWriter::Media(const PropertyInfo& info, const char* uri, const char* ty
 // type, the second as the other (text, or the agent's card).
 bool CardWriter::Pair(const PropertyInfo& info, const char* first, const char* second) {
     if (!Set(first) && !Set(second)) return true;  // an empty node carries nothing
+    if (Set(first) && Set(second)) losses_.Add(std::string(info.name) + ";VALUE=text", 0);
     Start(info.name, nullptr);
     const bool agent = info.shape == Shape::Agent;
     if (Set(first)) {

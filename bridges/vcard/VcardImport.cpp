@@ -61,7 +61,7 @@ class Importer {
     const char* Part(std::size_t i) const {
         return i < parts_.size() && !parts_[i].empty() ? parts_[i].c_str() : nullptr;
     }
-    bool AgentCard(std::size_t start, bool keep);
+    bool AgentCard(std::size_t start, bool keep, std::string& error);
     bool NoParts(std::size_t count) const {
         for (std::size_t i = 0; i < count; ++i) {
             if (Part(i) != nullptr) return false;
@@ -81,8 +81,8 @@ class Importer {
     PimShared::CTLVContactCreator creator_;
     LossCollector losses_;
     bool inCard_ = false;
-    bool agentPending_ = false;
-    bool version4_ = false;  // the card says VERSION:4.0  // an empty AGENT: its card may follow
+    bool agentPending_ = false;  // an empty AGENT: its card may follow
+    bool version4_ = false;      // the card says VERSION:4.0
     unsigned int cardLine_ = 0;
     unsigned int line_ = 0;
     Params params_;
@@ -369,14 +369,15 @@ void Importer::Property(const ContentLine& line) {
 
 // The agent's card of vCard 2.1, nested in the card: its lines as text, with
 // line breaks as LF so that the text survives an escaped round trip.
-bool Importer::AgentCard(std::size_t start, bool keep) {
+bool Importer::AgentCard(std::size_t start, bool keep, std::string& error) {
     agentPending_ = false;
     ContentLine line;
-    std::string error;
     unsigned int depth = 1;
     std::size_t end = start;
     while (depth > 0) {
-        if (reader_.Next(line, error) != Reader::Result::Line) return false;
+        const Reader::Result r = reader_.Next(line, error);
+        if (r == Reader::Result::End) error = "the card has no END:VCARD line";
+        if (r != Reader::Result::Line) return false;
         end = reader_.Position();
         if (line.name == "BEGIN"sv) ++depth;
         if (line.name == "END"sv) --depth;
@@ -387,7 +388,7 @@ bool Importer::AgentCard(std::size_t start, bool keep) {
         if (text_[i] != '\r') card += text_[i];
     }
     while (!card.empty() && card.back() == '\n') card.pop_back();
-    if (keep) Check(creator_.Agent(nullptr, card.c_str()), line);
+    Check(creator_.Agent(nullptr, card.c_str()), line);
     return true;
 }
 
@@ -442,7 +443,8 @@ ImportResult Importer::Run() {
             } else {
                 // A card nested for no AGENT is skipped whole.
                 if (!agentPending_) losses_.Add("VCARD", line.line);
-                if (!AgentCard(start, agentPending_)) break;
+                if (!AgentCard(start, agentPending_, error))
+                    return fail(error, reader_.LineNumber());
             }
         } else if (line.name == "END"sv && vcard && inCard_) {
             if (!FinishCard()) return fail("the contact could not be written", line.line);

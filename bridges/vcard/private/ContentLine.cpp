@@ -43,9 +43,9 @@ bool IsBlank(std::string_view line) {
 void DecodeQuotedPrintable(std::string_view in, std::string& out) {
     out.clear();
     for (std::size_t i = 0; i < in.size(); ++i) {
-        if (in.compare(i, 6, "=0D=0A") == 0 || in.compare(i, 6, "=0d=0a") == 0) {
-            out += '\n';
-            i += 5;
+        if (in.compare(i, 3, "=0D") == 0 || in.compare(i, 3, "=0d") == 0) {
+            out += '\n';  // CRLF or a lone CR
+            i += in.compare(i + 3, 3, "=0A") == 0 || in.compare(i + 3, 3, "=0a") == 0 ? 5u : 2u;
             continue;
         }
         if (in[i] == '=' && i + 2 < in.size()) {
