@@ -74,6 +74,12 @@ class Importer {
         for (const IContactAttributes::tXParam& x : params_.xParams) Lose(line.name, x.name);
     }
     void TypeValues(const ContentLine& line, const PropertyInfo& info);
+    // The value as text: the line's own when nothing is escaped in it.
+    const char* Text(const ContentLine& line) {
+        if (line.value.find('\\') == std::string::npos) return line.value.c_str();
+        Unescape(line.value, value_);
+        return value_.c_str();
+    }
 
     const char* text_;
     Reader reader_;
@@ -213,12 +219,10 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
     IContactAttributes& c = creator_;
     switch (info.shape) {
         case Shape::Text:
-            Unescape(line.value, value_);
-            Check((c.*info.text)(value_.c_str(), p.language, x), line);
+            Check((c.*info.text)(Text(line), p.language, x), line);
             break;
         case Shape::Plain:
-            Unescape(line.value, value_);
-            Check((c.*info.plain)(value_.c_str()), line);
+            Check((c.*info.plain)(Text(line)), line);
             break;
         case Shape::Version:
             version4_ = line.value == "4.0"sv;
@@ -256,16 +260,13 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             break;
         }
         case Shape::Label:
-            Unescape(line.value, value_);
-            Check(c.Label(value_.c_str(), bits8, p.language, x), line);
+            Check(c.Label(Text(line), bits8, p.language, x), line);
             break;
         case Shape::Telephone:
-            Unescape(line.value, value_);
-            Check(c.Telephone(value_.c_str(), bits16, 0, 0, nullptr, x), line);
+            Check(c.Telephone(Text(line), bits16, 0, 0, nullptr, x), line);
             break;
         case Shape::Email:
-            Unescape(line.value, value_);
-            Check(c.Email(value_.c_str(), bits8), line);
+            Check(c.Email(Text(line), bits8), line);
             break;
         case Shape::Media:
         case Shape::Key: {
@@ -291,14 +292,13 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::Date:
         case Shape::Timezone:
         case Shape::Agent: {
-            Unescape(line.value, value_);
+            const char* v = Text(line);
             bool second = p.valueText;
             // A time zone is a UTC offset unless it says otherwise; in vCard
             // 4.0 it is a text (a zone name) unless it says otherwise.
             if (info.shape == Shape::Timezone)
                 second = p.valueText || p.valueUri || (version4_ && !p.valueOffset);
             if (info.shape == Shape::Agent) second = !p.valueUri;
-            const char* v = value_.c_str();
             Check((c.*info.pair)(second ? nullptr : v, second ? v : nullptr), line);
             break;
         }
