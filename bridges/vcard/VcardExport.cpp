@@ -32,6 +32,15 @@ bool Set(const char* text) {
     return text != nullptr;
 }
 
+// Names are written in upper case, as they read back whatever their case.
+std::string Upper(const char* name) {
+    std::string upper(name);
+    for (char& c : upper) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return upper;
+}
+
 // Writes each contact property as it arrives, in stream order.
 class CardWriter final : public PimShared::IContactReceiver {
   public:
@@ -250,7 +259,7 @@ void CardWriter::Params(std::string_view property, const XParams& x, bool langua
             if (group || !IsToken(p.value)) losses_.Add(std::string(property) + ";GROUP", 0);
             group = group || IsToken(p.value);
         } else if (IsToken(p.name)) {
-            AppendParam(line_, p.name, p.value != nullptr ? p.value : "");
+            AppendParam(line_, Upper(p.name), p.value != nullptr ? p.value : "");
         } else {
             losses_.Add(std::string(property) + ";" + (p.name != nullptr ? p.name : ""), 0);
         }
@@ -322,7 +331,7 @@ bool CardWriter::NonStandardProperty(const char* name, const char* value, const 
         losses_.Add(name != nullptr && *name != '\0' ? name : "(unnamed property)", 0);
         return true;
     }
-    Start(name, &x);
+    Start(Upper(name), &x);
     Params(name, x, false, nullptr);
     if (data != nullptr) {
         if (Set(value)) losses_.Add(std::string(name) + ";VALUE", 0);

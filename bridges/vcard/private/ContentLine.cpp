@@ -310,6 +310,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
             // Without a charset, 8-bit text of old writers is Latin-1.
             Latin1ToUtf8(out.value);
         }
+        if (out.value.find('\0') != std::string::npos) {  // =00, or a charset's U+0000
+            error = "a NUL character in the decoded value";
+            return Result::Malformed;
+        }
     }
     return Result::Line;
 }
