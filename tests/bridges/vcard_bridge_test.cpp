@@ -272,6 +272,8 @@ TEST(VcardImport, BrokenTextIsAClearErrorAndKeepsTheCardsBefore) {
         {Card("3.0", {"FN:a"}) + "BEGIN:VCARD\r\nFN;X=\"open:b\r\nEND:VCARD\r\n",
          "a parameter value without its closing quote", 6, 1},
         {Card("3.0", {std::string("TEL;\0:1", 7)}), "a NUL byte in the content line", 3, 0},
+        {Card("2.1", {"NOTE;ENCODING=QUOTED-PRINTABLE:a=00b"}),
+         "a NUL character in the decoded value", 3, 0},
         {Card("3.0", {"[g.FN:a"}),
          "a property name or group with characters other than letters, digits, '-'", 3, 0},
     };
