@@ -185,7 +185,8 @@ class CardWriter final : public PimShared::IContactReceiver {
     void Start(const PropertyInfo& info, const XParams* x = nullptr, const char* lang = nullptr,
                unsigned int bits = 0);
     void Start(std::string_view name, const XParams* x);
-    void Params(std::string_view property, const XParams& x, bool language, const char* lang);
+    void Params(const PropertyInfo* info, std::string_view property, const XParams& x,
+                const char* lang);
     void Escaped(const char* text, bool structured) {
         if (text != nullptr) AppendEscaped(line_, text, structured);
     }
@@ -243,34 +244,75 @@ void CardWriter::Start(std::string_view name, const XParams* x) {
     line_ += name;
 }
 
-void CardWriter::Params(std::string_view property, const XParams& x, bool language,
+// For each TYPE value of an extension parameter TYPE: its bit, or 0.
+template <typename OnValue>
+void ForEachTypeValue(const TypeTable& table, const char* list, OnValue&& onValue) {
+    std::string_view rest(list);
+    while (!rest.empty()) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view v = rest.substr(0, comma);
+        rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+        if (v.empty()) continue;
+        unsigned int bit = 0;
+        for (std::size_t i = 0; i < table.count && bit == 0; ++i) {
+            if (SameName(v, table.bits[i].value)) bit = table.bits[i].bit;
+        }
+        onValue(v, bit);
+    }
+}
+
+// Extension parameters go out where they read back as the same: X- ones; for
+// a property the contact does not know, any but the encodings the reading
+// consumes; TYPE values without a bit of the property's set. The GROUP
+// parameter is the prefix.
+void CardWriter::Params(const PropertyInfo* info, std::string_view property, const XParams& x,
                         const char* lang) {
     if (Set(lang)) {
-        if (language) {
+        if (info != nullptr && info->language) {
             AppendParam(line_, "LANGUAGE", lang);
         } else {
             losses_.Add(std::string(property) + ";LANGUAGE", 0);
         }
     }
     bool group = false;
+    std::string others;
     for (const IContactAttributes::tXParam& p : x) {
-        if (p.name != nullptr && std::string_view(p.name) == "GROUP") {
+        const std::string name = p.name != nullptr ? Upper(p.name) : std::string();
+        const char* value = p.value != nullptr ? p.value : "";
+        if (name == "GROUP") {
             // The first valid one is the prefix; any other has no place.
-            if (group || !IsToken(p.value)) losses_.Add(std::string(property) + ";GROUP", 0);
-            group = group || IsToken(p.value);
-        } else if (IsToken(p.name)) {
-            AppendParam(line_, Upper(p.name), p.value != nullptr ? p.value : "");
+            if (group || !IsToken(value)) losses_.Add(std::string(property) + ";GROUP", 0);
+            group = group || IsToken(value);
+        } else if (name == "TYPE" && info != nullptr && info->types != TypeSet::None) {
+            others.clear();
+            ForEachTypeValue(Types(info->types), value, [&](std::string_view v, unsigned int bit) {
+                if (bit == 0) ((others += others.empty() ? "" : ",") += v);
+            });
+            if (!others.empty()) AppendParam(line_, "TYPE", others);
+        } else if (IsToken(name.c_str()) &&
+                   (info == nullptr ? name != "ENCODING" && name != "CHARSET"
+                                    : name.compare(0, 2, "X-") == 0)) {
+            AppendParam(line_, name, value);
         } else {
-            losses_.Add(std::string(property) + ";" + (p.name != nullptr ? p.name : ""), 0);
+            losses_.Add(std::string(property) + ";" + name, 0);
         }
     }
 }
 
 void CardWriter::Start(const PropertyInfo& info, const XParams* x, const char* lang,
                        unsigned int bits) {
+    static const XParams kNone;
+    const XParams& params = x != nullptr ? *x : kNone;
     Start(info.name, x);
-    if (info.types != TypeSet::None && bits != 0) {
+    if (info.types != TypeSet::None) {
         const TypeTable& table = Types(info.types);
+        // A value with a bit may also stand in an extension parameter TYPE
+        // (streams written elsewhere): it goes out with the bits.
+        for (const IContactAttributes::tXParam& p : params) {
+            if (p.name == nullptr || p.value == nullptr || Upper(p.name) != "TYPE") continue;
+            ForEachTypeValue(table, p.value,
+                             [&](std::string_view, unsigned int bit) { bits |= bit; });
+        }
         std::string types;
         for (std::size_t i = 0; i < table.count; ++i) {
             if ((bits & table.bits[i].bit) == 0) continue;
@@ -280,8 +322,7 @@ void CardWriter::Start(const PropertyInfo& info, const XParams* x, const char* l
         if (!types.empty()) AppendParam(line_, "TYPE", types);
         if (bits != 0) losses_.Add(std::string(info.name) + ";TYPE=" + std::to_string(bits), 0);
     }
-    static const XParams kNone;
-    Params(info.name, x != nullptr ? *x : kNone, info.language, lang);
+    Params(&info, info.name, params, lang);
     line_ += ':';
 }
 
@@ -332,7 +373,7 @@ bool CardWriter::NonStandardProperty(const char* name, const char* value, const 
         return true;
     }
     Start(Upper(name), &x);
-    Params(name, x, false, nullptr);
+    Params(nullptr, name, x, nullptr);
     if (data != nullptr) {
         if (Set(value)) losses_.Add(std::string(name) + ";VALUE", 0);
         line_ += ";ENCODING=b:";

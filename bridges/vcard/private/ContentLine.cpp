@@ -31,6 +31,17 @@ bool IsNameChar(char c) {
            c == '_';
 }
 
+// A line of nothing but base64: how old writers continue a base64 value.
+bool IsBase64Run(std::string_view line) {
+    if (line.empty()) return false;
+    for (char c : line) {
+        if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+              c == '+' || c == '/' || c == '=' || c == ' ' || c == '\t'))
+            return false;
+    }
+    return true;
+}
+
 bool IsBlank(std::string_view line) {
     for (char c : line) {
         if (c != ' ' && c != '\t') return false;
@@ -296,7 +307,7 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     } else if (out.base64) {
         // Old writers continue base64 on lines of their own, without a blank
         // in front, up to an empty line.
-        while (PeekPhysical(next) && !next.empty() && next.find(':') == std::string_view::npos) {
+        while (PeekPhysical(next) && IsBase64Run(next)) {
             PhysicalLine(next);
             out.value += next;
         }
