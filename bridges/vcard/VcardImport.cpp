@@ -73,7 +73,7 @@ class Importer {
         if (params_.language != nullptr) Lose(line.name, "LANGUAGE");
         for (const IContactAttributes::tXParam& x : params_.xParams) Lose(line.name, x.name);
     }
-    void TypeValues(const ContentLine& line, const PropertyInfo& info);
+    void TypeValues(const ContentLine& line, const PropertyInfo& info, std::string& unknown);
     // The value as text: the line's own when nothing is escaped in it.
     const char* Text(const ContentLine& line) {
         if (line.value.find('\\') == std::string::npos) return line.value.c_str();
@@ -143,11 +143,14 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
         } else if (p.name == "LANGUAGE"sv && info->language) {
             params_.language = p.values.front().c_str();
         } else if (p.name == "TYPE"sv && info->types != TypeSet::None) {
+            // Values without a bit stay together, as one TYPE parameter.
+            std::string& unknown = joined_.emplace_back();
             for (const std::string& value : p.values) {
                 // TYPE="work,voice" of vCard 4.0 is a list all the same.
                 SplitUnescaped(value, ',', parts_);
-                TypeValues(line, *info);
+                TypeValues(line, *info, unknown);
             }
+            if (!unknown.empty()) params_.xParams.pushBack({"TYPE", unknown.c_str()});
         } else if (p.name == "PREF"sv && info->types != TypeSet::None) {
             params_.bits |= Types(info->types).pref;
         } else if (media && (p.name == "TYPE"sv || p.name == "MEDIATYPE"sv)) {
@@ -165,7 +168,7 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
     }
 }
 
-void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info) {
+void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info, std::string& unknown) {
     const TypeTable& table = Types(info.types);
     for (const std::string& v : parts_) {
         if (v.empty()) continue;
@@ -177,7 +180,7 @@ void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info) {
             params_.bits |= bit;
         } else if (info.xParams) {
             // A value without a bit (iPhone, main) travels as it stands.
-            params_.xParams.pushBack({"TYPE", joined_.emplace_back(v).c_str()});
+            (unknown += unknown.empty() ? "" : ",") += v;
         } else {
             Lose(line.name, "TYPE=" + v);
         }
