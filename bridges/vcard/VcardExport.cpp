@@ -269,7 +269,7 @@ void CardWriter::Params(const PropertyInfo* info, std::string_view property, con
                         const char* lang) {
     if (Set(lang)) {
         if (info != nullptr && info->language) {
-            AppendParam(line_, "LANGUAGE", lang);
+            AppendParam(line_, "LANGUAGE", lang, false);
         } else {
             losses_.Add(std::string(property) + ";LANGUAGE", 0);
         }

@@ -229,6 +229,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             break;
         case Shape::Version:
             version4_ = line.value == "4.0"sv;
+            reader_.Version21(line.value == "2.1"sv);
             break;  // written once, at the start of the contact
         case Shape::Name:
             SplitUnescaped(line.value, ';', parts_);
@@ -398,6 +399,7 @@ bool Importer::AgentCard(std::size_t start, bool keep, std::string& error) {
 bool Importer::StartCard(const ContentLine& line) {
     inCard_ = true;
     version4_ = false;
+    reader_.Version21(false);
     cardLine_ = line.line;
     const auto instance = static_cast<unsigned int>(result_.items.size());
     return creator_.Reset() && creator_.Begin(instance) && creator_.Version(kContactVersion);

@@ -304,7 +304,7 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         }
         scratch_.swap(out.value);
         DecodeQuotedPrintable(scratch_, out.value);
-    } else if (out.base64) {
+    } else if (out.base64 && version21_) {
         // Old writers continue base64 on lines of their own, without a blank
         // in front, up to an empty line.
         while (PeekPhysical(next) && IsBase64Run(next)) {
@@ -451,12 +451,12 @@ void AppendFolded(std::string& out, std::string_view line) {
     out += "\r\n";
 }
 
-void AppendParam(std::string& line, std::string_view name, std::string_view value) {
+void AppendParam(std::string& line, std::string_view name, std::string_view value, bool list) {
     line += ';';
     line.append(name);
     line += '=';
     // Commas stay bare: they separate the values of a list.
-    const bool quote = value.find_first_of(":;") != std::string_view::npos;
+    const bool quote = value.find_first_of(list ? ":;" : ":;,") != std::string_view::npos;
     if (quote) line += '"';
     for (char c : value) {
         if (c == '^') {

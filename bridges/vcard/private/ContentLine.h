@@ -43,6 +43,9 @@ class Reader {
     Result Next(ContentLine& out, std::string& error);
     unsigned int LineNumber() const { return line_; }
     std::size_t Position() const { return pos_; }  // offset of the next line
+    // vCard 2.1 lets base64 go on over lines of their own, up to an empty
+    // line; later versions fold it. Only a 2.1 card reads it so.
+    void Version21(bool on) { version21_ = on; }
 
   private:
     bool PhysicalLine(std::string_view& out);
@@ -52,6 +55,7 @@ class Reader {
     std::size_t size_;
     std::size_t pos_ = 0;
     unsigned int line_ = 0;  // lines read so far
+    bool version21_ = false;
     std::string scratch_;
 };
 
@@ -73,8 +77,10 @@ void AppendBase64(std::string& out, const void* data, std::size_t size);
 // Appends one content line with CRLF, folded so that no line holds more than
 // 75 octets and no UTF-8 sequence is cut.
 void AppendFolded(std::string& out, std::string_view line);
-// Appends ";NAME=value", quoting a value that holds ':' or ';'; commas separate values.
-void AppendParam(std::string& line, std::string_view name, std::string_view value);
+// Appends ";NAME=value", quoting a value that holds ':' or ';', or a comma
+// unless the value is a list (its commas separate values).
+void AppendParam(std::string& line, std::string_view name, std::string_view value,
+                 bool list = true);
 
 }  // namespace PimBridge::Vcard
 
