@@ -247,18 +247,7 @@ void CardWriter::Start(std::string_view name, const XParams* x) {
 // For each TYPE value of an extension parameter TYPE: its bit, or 0.
 template <typename OnValue>
 void ForEachTypeValue(const TypeTable& table, const char* list, OnValue&& onValue) {
-    std::string_view rest(list);
-    while (!rest.empty()) {
-        const std::size_t comma = rest.find(',');
-        const std::string_view v = rest.substr(0, comma);
-        rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
-        if (v.empty()) continue;
-        unsigned int bit = 0;
-        for (std::size_t i = 0; i < table.count && bit == 0; ++i) {
-            if (SameName(v, table.bits[i].value)) bit = table.bits[i].bit;
-        }
-        onValue(v, bit);
-    }
+    ForEachListItem(list, [&](std::string_view v) { onValue(v, BitOf(table, v)); });
 }
 
 // Extension parameters go out where they read back as the same: X- ones; for

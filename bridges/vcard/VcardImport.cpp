@@ -24,6 +24,13 @@ bool StartsWithName(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && SameName(text.substr(0, prefix.size()), prefix);
 }
 
+// Each non-empty item of a parameter's values, every value split at its
+// commas: TYPE="work,voice" of vCard 4.0 is a list all the same.
+template <typename OnValue>
+void ForEachListValue(const std::vector<std::string>& values, OnValue&& onValue) {
+    for (const std::string& value : values) ForEachListItem(value, onValue);
+}
+
 // What the parameters of one property say, once read.
 struct Params {
     const char* language = nullptr;
@@ -73,7 +80,8 @@ class Importer {
         if (params_.language != nullptr) Lose(line.name, "LANGUAGE");
         for (const IContactAttributes::tXParam& x : params_.xParams) Lose(line.name, x.name);
     }
-    void TypeValues(const ContentLine& line, const PropertyInfo& info, std::string& unknown);
+    void TypeValues(const ContentLine& line, const PropertyInfo& info,
+                    const std::vector<std::string>& values, std::string& unknown);
     // The value as text: the line's own when nothing is escaped in it.
     const char* Text(const ContentLine& line) {
         if (line.value.find('\\') == std::string::npos) return line.value.c_str();
@@ -145,19 +153,16 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
         } else if (p.name == "TYPE"sv && info->types != TypeSet::None) {
             // Values without a bit stay together, as one TYPE parameter.
             std::string& unknown = joined_.emplace_back();
-            for (const std::string& value : p.values) {
-                // TYPE="work,voice" of vCard 4.0 is a list all the same.
-                SplitUnescaped(value, ',', parts_);
-                TypeValues(line, *info, unknown);
-            }
+            TypeValues(line, *info, p.values, unknown);
             if (!unknown.empty()) params_.xParams.pushBack({"TYPE", unknown.c_str()});
         } else if (p.name == "PREF"sv && info->types != TypeSet::None) {
             params_.bits |= Types(info->types).pref;
         } else if (media && (p.name == "TYPE"sv || p.name == "MEDIATYPE"sv)) {
             if (!params_.hasMediaType || p.name == "TYPE"sv) {
                 params_.mediaType.clear();
-                for (const std::string& v : p.values)
+                ForEachListValue(p.values, [this](std::string_view v) {
                     (params_.mediaType += params_.mediaType.empty() ? "" : ",") += v;
+                });
                 params_.hasMediaType = true;
             }
         } else if (info->xParams && StartsWithName(p.name, "X-")) {
@@ -168,23 +173,20 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
     }
 }
 
-void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info, std::string& unknown) {
+void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info,
+                          const std::vector<std::string>& values, std::string& unknown) {
     const TypeTable& table = Types(info.types);
-    for (const std::string& v : parts_) {
-        if (v.empty()) continue;
-        unsigned int bit = 0;
-        for (std::size_t i = 0; i < table.count && bit == 0; ++i) {
-            if (SameName(v, table.bits[i].value)) bit = table.bits[i].bit;
-        }
+    ForEachListValue(values, [&](std::string_view v) {
+        const unsigned int bit = BitOf(table, v);
         if (bit != 0) {
             params_.bits |= bit;
         } else if (info.xParams) {
             // A value without a bit (iPhone, main) travels as it stands.
             (unknown += unknown.empty() ? "" : ",") += v;
         } else {
-            Lose(line.name, "TYPE=" + v);
+            Lose(line.name, "TYPE=" + std::string(v));
         }
-    }
+    });
 }
 
 // Inline bytes into data_ (true), or the URI or text form into uri (false).

@@ -62,6 +62,18 @@ class Reader {
 // Case-insensitive comparison for ASCII names.
 bool SameName(std::string_view a, std::string_view b);
 
+// Calls onItem(std::string_view) for each non-empty item of a comma-separated
+// parameter value. Parameter values know no backslash escapes.
+template <typename OnItem>
+void ForEachListItem(std::string_view list, OnItem&& onItem) {
+    while (!list.empty()) {
+        const std::size_t comma = list.find(',');
+        const std::string_view item = list.substr(0, comma);
+        list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
+        if (!item.empty()) onItem(item);
+    }
+}
+
 // Backslash escapes of text values: \n and \N are a line break, \\ \, \; the
 // character itself; an unknown escape keeps the character after the backslash.
 void Unescape(std::string_view raw, std::string& out);

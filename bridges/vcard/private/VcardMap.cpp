@@ -88,4 +88,11 @@ const TypeTable& Types(TypeSet set) {
     return kTypeTables[static_cast<std::size_t>(set)];
 }
 
+unsigned int BitOf(const TypeTable& table, std::string_view value) {
+    for (std::size_t i = 0; i < table.count; ++i) {
+        if (SameName(value, table.bits[i].value)) return table.bits[i].bit;
+    }
+    return 0;
+}
+
 }  // namespace PimBridge::Vcard

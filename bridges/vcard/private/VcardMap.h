@@ -69,6 +69,8 @@ const PropertyInfo* FindProperty(std::string_view name);
 // The entry of a property by its name, for export.
 const PropertyInfo& Property(std::string_view name);
 const TypeTable& Types(TypeSet set);
+// The bit of a TYPE value (any case) in table, 0 when it has none.
+unsigned int BitOf(const TypeTable& table, std::string_view value);
 
 }  // namespace PimBridge::Vcard
 
