@@ -326,7 +326,13 @@ bool CardWriter::Media(const PropertyInfo& info, const char* uri, const char* ty
     } else if (info.shape == Shape::Media) {
         line_ += ";VALUE=uri";
     }
-    if (Set(type)) AppendParam(line_, "TYPE", type);
+    if (Set(type)) {
+        // A list, as it reads back: without empty items.
+        std::string types;
+        ForEachListItem(type,
+                        [&types](std::string_view v) { (types += types.empty() ? "" : ",") += v; });
+        if (!types.empty()) AppendParam(line_, "TYPE", types);
+    }
     line_ += ':';
     if (!binary) {
         Escaped(uri, false);

@@ -198,12 +198,13 @@ bool Importer::Media(const ContentLine& line, std::string& uri) {
         return true;
     }
     // data:image/png;base64,.... written inline by vCard 4.0
-    if (StartsWithName(line.value, "data:")) {
-        const std::size_t comma = line.value.find(',');
-        const std::string_view head = std::string_view(line.value).substr(5, comma - 5);
+    Unescape(line.value, uri);
+    if (StartsWithName(uri, "data:")) {
+        const std::size_t comma = uri.find(',');
+        const std::string_view head = std::string_view(uri).substr(5, comma - 5);
         const std::size_t b64 = head.rfind(";base64");
         if (comma != std::string::npos && b64 != std::string_view::npos &&
-            DecodeBase64(std::string_view(line.value).substr(comma + 1), data_)) {
+            DecodeBase64(std::string_view(uri).substr(comma + 1), data_)) {
             if (!params_.hasMediaType && b64 > 0) {
                 params_.mediaType.assign(head.substr(0, b64));
                 params_.hasMediaType = true;
@@ -211,7 +212,6 @@ bool Importer::Media(const ContentLine& line, std::string& uri) {
             return true;
         }
     }
-    Unescape(line.value, uri);
     return false;
 }
 
