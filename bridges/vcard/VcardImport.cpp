@@ -163,7 +163,7 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
                 ForEachListValue(p.values, [this](std::string_view v) {
                     (params_.mediaType += params_.mediaType.empty() ? "" : ",") += v;
                 });
-                params_.hasMediaType = true;
+                params_.hasMediaType = !params_.mediaType.empty();  // TYPE= says nothing
             }
         } else if (info->xParams && StartsWithName(p.name, "X-")) {
             AddXParam(p.name.c_str(), p.values);
