@@ -266,18 +266,21 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     out.line = line_;
     while (first.front() == ' ' || first.front() == '\t') first.remove_prefix(1);
     scratch_.assign(first);
-    // A quoted-printable line that ends in '=' continues on the next line,
-    // folded or not: the '=' goes.
-    const std::string_view head = first.substr(0, first.find(':'));
-    bool qpHint = false;
-    for (std::size_t i = 0; i + 16 <= head.size() && !qpHint; ++i)
-        qpHint = Upper(head[i]) == 'Q' && SameName(head.substr(i, 16), "QUOTED-PRINTABLE");
     std::string_view next;
+    // Where continuation lines were joined, for quoted-printable soft breaks.
     const auto unfold = [&] {
+        folds_.clear();
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
             PhysicalLine(next);
-            if (qpHint && !scratch_.empty() && scratch_.back() == '=') scratch_.pop_back();
+            folds_.push_back(scratch_.size());
             scratch_.append(next.substr(1));
+        }
+    };
+    // A quoted-printable line that ends in '=' continues on the next line,
+    // folded or not: the '=' goes. text holds scratch_ from offset base on.
+    const auto dropSoftBreaks = [this](std::string& text, std::size_t base) {
+        for (auto f = folds_.rbegin(); f != folds_.rend(); ++f) {
+            if (*f > base && scratch_[*f - 1] == '=') text.erase(*f - 1 - base, 1);
         }
     };
     unfold();
@@ -294,13 +297,16 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         encoding != nullptr && !encoding->values.empty() &&
         (SameName(encoding->values.front(), "B") || SameName(encoding->values.front(), "BASE64"));
     if (qp) {
+        dropSoftBreaks(out.value, scratch_.size() - out.value.size());
         // A soft line break is '=' at the end of a line, without folding blank.
         while (!out.value.empty() && out.value.back() == '=' && PeekPhysical(next)) {
             PhysicalLine(next);
             scratch_.assign(next);
             unfold();
+            std::string piece = scratch_;
+            dropSoftBreaks(piece, 0);
             out.value.pop_back();
-            out.value += scratch_;
+            out.value += piece;
         }
         scratch_.swap(out.value);
         DecodeQuotedPrintable(scratch_, out.value);

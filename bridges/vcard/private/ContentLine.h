@@ -57,6 +57,7 @@ class Reader {
     unsigned int line_ = 0;  // lines read so far
     bool version21_ = false;
     std::string scratch_;
+    std::vector<std::size_t> folds_;  // offsets in scratch_ where continuation lines start
 };
 
 // Case-insensitive comparison for ASCII names.
