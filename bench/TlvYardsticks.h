@@ -1,18 +1,20 @@
 #ifndef PIMTLV_BENCH_TLVYARDSTICKS_H
 #define PIMTLV_BENCH_TLVYARDSTICKS_H
 
-// Two deliberately minimal TLV engines that the benchmarks measure the codec
+// Deliberately minimal TLV engines that the benchmarks measure the codec
 // against, and a target that does nothing. The engines do the same job as
 // CTLVParser and CTLVCreator on well-formed input (bounds checks, terminator
 // and UTF-8 checks, shortest length fields) and nothing else: no element tree,
 // no traces, no repair. They are yardsticks, not code to use; the writer also
 // serves the round-trip fuzz target as an independent reference.
 
+#include <cstdint>
 #include <cstring>
 #include <type_traits>
 #include <vector>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "platform/Utf8.h"
 #include "platform/Velmor.h"
 
 namespace PimTlvBench {
@@ -40,26 +42,109 @@ class NullTarget final : public ITLV {
     // clang-format on
 };
 
-// Bounds-checked iterative walk: every element must fit in its enclosing node.
-// CheckText selects whether String values are checked as UTF-8 (the codec
-// always checks them; the unchecked run shows what that check costs).
-template <bool CheckText = true>
+// The UTF-8 checks a walker can make of every String value (terminator
+// included): none, to show what checking costs; the codec's own; and one as
+// fast as a good validator makes it, against which the codec's walk is held.
+struct NoTextCheck {
+    static bool Valid(const unsigned char*, unsigned int) { return true; }
+};
+struct CodecTextCheck {
+    static bool Valid(const unsigned char* text, unsigned int length) {
+        return Velmor_UTF8_rfc3629_check_string(reinterpret_cast<const char*>(text), length, 0) !=
+               0;
+    }
+};
+
+namespace Utf8Dfa {
+
+// States: after a whole character, error, 1/2/3 continuation bytes owed,
+// and the four lead bytes whose next byte has a narrower range.
+enum : unsigned int { Accept, Error, Tail1, Tail2, Tail3, AfterE0, AfterED, AfterF0, AfterF4 };
+constexpr unsigned int Next(unsigned int state, unsigned int b) {
+    const bool cont = b >= 0x80 && b <= 0xBF;
+    switch (state) {
+        case Accept:
+            if (b < 0x80) return Accept;
+            if (b >= 0xC2 && b <= 0xDF) return Tail1;
+            if (b == 0xE0) return AfterE0;
+            if (b == 0xED) return AfterED;
+            if (b >= 0xE1 && b <= 0xEF) return Tail2;
+            if (b == 0xF0) return AfterF0;
+            if (b == 0xF4) return AfterF4;
+            if (b >= 0xF1 && b <= 0xF3) return Tail3;
+            return Error;
+        case Tail1:
+            return cont ? Accept : Error;
+        case Tail2:
+            return cont ? Tail1 : Error;
+        case Tail3:
+            return cont ? Tail2 : Error;
+        case AfterE0:
+            return b >= 0xA0 && b <= 0xBF ? Tail1 : Error;
+        case AfterED:
+            return b >= 0x80 && b <= 0x9F ? Tail1 : Error;
+        case AfterF0:
+            return b >= 0x90 && b <= 0xBF ? Tail2 : Error;
+        case AfterF4:
+            return b >= 0x80 && b <= 0x8F ? Tail2 : Error;
+        default:
+            return Error;
+    }
+}
+struct Rows {
+    std::uint64_t row[256];
+};
+constexpr Rows MakeRows() {
+    Rows rows{};
+    for (unsigned int b = 0; b < 256; ++b) {
+        for (unsigned int s = 0; s <= AfterF4; ++s) {
+            rows.row[b] |= std::uint64_t{Next(s, b) * 6} << (s * 6);
+        }
+    }
+    return rows;
+}
+constexpr Rows kRows = MakeRows();
+
+}  // namespace Utf8Dfa
+
+// Strict UTF-8 (no overlong forms, no surrogates, nothing past U+10FFFF), the
+// way fast validators do it. Texts in PIM items are short and nearly always
+// ASCII, so first the whole text is ORed together in overlapping machine
+// words and one test of the top bits decides (PAL::IsAsciiText, the test the
+// codec makes too). Only a text with a byte of 0x80 or more runs the decoder:
+// a shift-based DFA whose nine states are 6-bit shift amounts packed into one
+// 64-bit row per byte value, so each byte costs a load and a shift, with no
+// branch on the input.
+struct FastTextCheck {
+    static bool Valid(const unsigned char* p, unsigned int n) {
+        if (PAL::IsAsciiText(p, n)) return true;
+        std::uint64_t state = 0;
+        for (unsigned int i = 0; i < n; ++i) state = Utf8Dfa::kRows.row[p[i]] >> (state & 63);
+        return (state & 63) == 0;
+    }
+};
+
+// Bounds-checked iterative walk: every element must fit in its enclosing node,
+// fixed-size leaves must have their size, texts their terminator, and every
+// text passes TextCheck.
+template <typename TextCheck = CodecTextCheck>
 class MinimalWalker {
   public:
-    bool Walk(const unsigned char* p, unsigned int size, ITLV& t) {
+    // Not inlined into the caller, as the codec's walk is not.
+    __attribute__((noinline)) bool Walk(const unsigned char* p, unsigned int size, ITLV& t) {
+        m_open.clear();
         unsigned int pos = 0, end = size;
-        m_ends.clear();
-        bool ok = true;
         for (;;) {
-            while (!m_ends.empty() && pos == m_ends.back().end) {
-                t.NodeEnd(m_ends.back().id);
-                m_ends.pop_back();
+            if (pos == end) {
+                if (m_open.empty()) return true;
+                const Open closed = m_open.back();
+                m_open.pop_back();
+                end = closed.outerEnd;
+                t.NodeEnd(closed.id);
+                continue;
             }
-            end = m_ends.empty() ? size : m_ends.back().end;
-            if (pos >= end) break;
             if (end - pos < 3) return Close(t);
-            const unsigned int cls = p[pos] >> 4;
-            const unsigned int id = ((p[pos] & 0xFu) << 8) | p[pos + 1];
+            const unsigned int word = (static_cast<unsigned int>(p[pos]) << 8) | p[pos + 1];
             unsigned int len = p[pos + 2];
             pos += 3;
             if (len >= 0x80) {
@@ -71,65 +156,70 @@ class MinimalWalker {
             if (end - pos < len) return Close(t);
             const unsigned char* v = p + pos;
             pos += len;
-            const unsigned int u16 = len == 2 ? (v[0] << 8) | v[1] : 0;
-            const unsigned int u32 = len == 4 ? (u16 << 16) | (v[2] << 8) | v[3] : 0;
-            switch (cls) {
+            const unsigned int id = word & 0xFFFu;
+            bool ok;
+            switch (word >> 12) {
+                case 8:
+                    m_open.push_back({id, end});
+                    end = pos;
+                    pos -= len;
+                    t.NodeBegin(id);
+                    continue;
                 case 0:
                     ok = len == 1 && t.LeafInt8(id, static_cast<signed char>(v[0]));
                     break;
                 case 1:
-                    ok = len == 2 && t.LeafInt16(id, static_cast<short>(u16));
+                    ok = len == 2 && t.LeafInt16(id, static_cast<short>(U16(v)));
                     break;
                 case 2:
                     ok = len == 1 && t.LeafUInt8(id, v[0]);
                     break;
                 case 3:
-                    ok = len == 2 && t.LeafUInt16(id, static_cast<unsigned short>(u16));
+                    ok = len == 2 && t.LeafUInt16(id, U16(v));
                     break;
                 case 4:
                     ok = len == 1 && t.LeafBitfield8(id, v[0]);
                     break;
                 case 5:
-                    ok = len == 2 && t.LeafBitfield16(id, static_cast<unsigned short>(u16));
+                    ok = len == 2 && t.LeafBitfield16(id, U16(v));
                     break;
                 case 6:
-                    ok = len != 0 && v[len - 1] == 0 &&
-                         (!CheckText || Velmor_UTF8_rfc3629_check_string(
-                                            reinterpret_cast<const char*>(v), len, 0) != 0) &&
+                    ok = len != 0 && v[len - 1] == 0 && TextCheck::Valid(v, len) &&
                          t.LeafString(id, reinterpret_cast<const char*>(v));
                     break;
                 case 7:
                     ok = t.LeafByteStream(id, v, len);
                     break;
-                case 8:
-                    m_ends.push_back({id, pos});
-                    pos -= len;
-                    t.NodeBegin(id);
-                    break;
                 case 9:
-                    ok = len == 4 && t.LeafUInt32(id, u32);
+                    ok = len == 4 && t.LeafUInt32(id, U32(v));
                     break;
                 case 10:
-                    ok = len == 4 && t.LeafInt32(id, static_cast<int>(u32));
+                    ok = len == 4 && t.LeafInt32(id, static_cast<int>(U32(v)));
                     break;
                 default:
-                    ok = t.Unknown(static_cast<eClass>(cls), id, v, len);
+                    ok = t.Unknown(static_cast<eClass>(word >> 12), id, v, len);
                     break;
             }
             if (!ok) return Close(t);
         }
-        return true;
     }
 
   private:
+    static unsigned short U16(const unsigned char* v) {
+        return static_cast<unsigned short>((v[0] << 8) | v[1]);
+    }
+    static unsigned int U32(const unsigned char* v) {
+        return (static_cast<unsigned int>(v[0]) << 24) | (static_cast<unsigned int>(v[1]) << 16) |
+               (static_cast<unsigned int>(v[2]) << 8) | v[3];
+    }
     bool Close(ITLV& t) {
-        for (; !m_ends.empty(); m_ends.pop_back()) t.NodeEnd(m_ends.back().id);
+        for (; !m_open.empty(); m_open.pop_back()) t.NodeEnd(m_open.back().id);
         return false;
     }
     struct Open {
-        unsigned int id, end;
+        unsigned int id, outerEnd;  // the enclosing limit, restored when the node closes
     };
-    std::vector<Open> m_ends;
+    std::vector<Open> m_open;
 };
 
 // Single-pass writer: bytes go straight to the output. A node's length field

@@ -1,8 +1,9 @@
 // Cost of the calendar family codecs: building and parsing an event of about
 // 1 KB (20 properties, 3 attendees, extension parameters), a task and a note,
-// beside a plain walk of the same bytes with CTLVParser and, when the
-// benchmark is built with PIMTLV_BENCH_PROTOBUF and the generated
-// calendar_bench.pb.h, beside Protocol Buffers on the same content.
+// beside a plain walk of the same bytes with CTLVParser and the minimal
+// walker, and, when the benchmark is built with PIMTLV_BENCH_PROTOBUF and the
+// generated calendar_bench.pb.h, beside Protocol Buffers on the same content;
+// with PIMTLV_BENCH_MSGPACK, beside msgpack-c on the same fields.
 
 #include <benchmark/benchmark.h>
 
@@ -19,7 +20,11 @@
 #include "pimshared/task/TLVTaskParser.h"
 
 #ifdef PIMTLV_BENCH_PROTOBUF
+#include "bench/ProtobufLoops.h"
 #include "calendar_bench.pb.h"
+#endif
+#ifdef PIMTLV_BENCH_MSGPACK
+#include <msgpack.hpp>
 #endif
 
 namespace {
@@ -150,6 +155,26 @@ void Walk(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
+// The walk's yardstick on the same bytes: the minimal walker with a fast UTF-8
+// check, its calls as virtual as the codec's.
+template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+void YardstickWalk(benchmark::State& state) {
+    const std::string bytes = Bytes<TCreator, Write>();
+    NullTarget target;
+    ParserCreatorCollection::ITLV* opaque = &target;
+    benchmark::DoNotOptimize(opaque);
+    PimTlvBench::MinimalWalker<PimTlvBench::FastTextCheck> walker;
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto length = static_cast<unsigned int>(bytes.size());
+    for (auto _ : state) {
+        if (!walker.Walk(data, length, *opaque)) {
+            state.SkipWithError("walk failed");
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 using PimShared::CTLVCalendarCreator;
 using PimShared::CTLVNoteCreator;
 using PimShared::CTLVTaskCreator;
@@ -159,6 +184,7 @@ BENCHMARK(Parse<PimShared::CTLVCalendarParser, PimShared::ICalendarReceiver, CTL
                 WriteEvent>)
     ->Name("Event/Parse");
 BENCHMARK(Walk<CTLVCalendarCreator, WriteEvent>)->Name("Event/PlainWalk");
+BENCHMARK(YardstickWalk<CTLVCalendarCreator, WriteEvent>)->Name("Event/YardstickWalk");
 BENCHMARK(Create<CTLVTaskCreator, WriteTask>)->Name("Task/CreateAndGetData");
 BENCHMARK(Parse<PimShared::CTLVTaskParser, PimShared::ITaskReceiver, CTLVTaskCreator, WriteTask>)
     ->Name("Task/Parse");
@@ -229,34 +255,152 @@ void BuildEvent(pimbench::Event& e, const Content& d, std::string& when) {
     e.SerializeToString(&when);
 }
 
-void ProtobufBuildAndSerialize(benchmark::State& state) {
-    pimbench::Event event;
-    std::string out;
+void BuildDataEvent(pimbench::Event& e, std::string& out) {
+    BuildEvent(e, Data(), out);
+}
+
+using PimTlvBench::ProtobufBuildAndSerialize;
+using PimTlvBench::ProtobufParse;
+
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Event, BuildDataEvent)
+    ->Name("Event/Protobuf/BuildAndSerialize");
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Event, BuildDataEvent)
+    ->Name("Event/Protobuf/ParseFromString");
+#endif
+
+#ifdef PIMTLV_BENCH_MSGPACK
+// The same fields as the protobuf message, schemaless: each structure a map
+// from its field number to the value, fields left out as protobuf leaves out
+// empty ones, extension parameters as [name, value] pairs.
+using Packer = msgpack::packer<msgpack::sbuffer>;
+
+void PackXParams(Packer& p, unsigned int key, const XParams& x) {
+    p.pack_uint32(key);
+    p.pack_array(x.size());
+    for (const auto& pair : x) {
+        p.pack_array(2);
+        p.pack(pair.name);
+        p.pack(pair.value);
+    }
+}
+
+void PackText(Packer& p, unsigned int key, const char* text, const char* language,
+              const XParams& x) {
+    p.pack_uint32(key);
+    p.pack_map(1 + (language != nullptr ? 1 : 0) + (x.size() != 0 ? 1 : 0));
+    p.pack_uint32(1);
+    p.pack(text);
+    if (language != nullptr) {
+        p.pack_uint32(3);
+        p.pack(language);
+    }
+    if (x.size() != 0) PackXParams(p, 4, x);
+}
+
+void PackDateTime(Packer& p, unsigned int key, const PAL::CDateAndTime& when, const char* zone,
+                  PAL::CString& text) {
+    PAL::DateAndTimeUtilities::ToString(when, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar,
+                                        0, PAL::DateAndTimeUtilities::STimeZoneOffset(), text);
+    p.pack_uint32(key);
+    p.pack_map(zone != nullptr ? 2 : 1);
+    p.pack_uint32(1);
+    p.pack(text.c_str());
+    if (zone != nullptr) {
+        p.pack_uint32(2);
+        p.pack(zone);
+    }
+}
+
+void PackNumber(Packer& p, unsigned int key, unsigned int value) {
+    p.pack_uint32(key);
+    p.pack_map(1);
+    p.pack_uint32(1);
+    p.pack_uint32(value);
+}
+
+__attribute__((noinline)) void MsgpackPackEvent(msgpack::sbuffer& out, const Content& d) {
+    out.clear();
+    Packer p(out);
+    PAL::CString text;
+    p.pack_map(19);
+    p.pack_uint32(1);
+    p.pack_uint32(42);
+    PackText(p, 2, "-//Example//Sync 4.2//EN", nullptr, d.none);
+    PackText(p, 3, "2.0", nullptr, d.none);
+    p.pack_uint32(4);
+    p.pack_map(2);
+    p.pack_uint32(1);
+    p.pack_array(d.categories.size());
+    for (const char* category : d.categories) p.pack(category);
+    p.pack_uint32(2);
+    p.pack("en");
+    PackText(p, 5, "PUBLIC", nullptr, d.none);
+    PackText(p, 6, kDescription, "en", d.one);
+    PackText(p, 7, "Room 4.12, Building B", nullptr, d.none);
+    PackNumber(p, 8, 5);
+    PackText(p, 9, "CONFIRMED", nullptr, d.none);
+    PackText(p, 10, "Quarterly planning", "en", d.two);
+    PackDateTime(p, 11, d.start, "Europe/Berlin", text);
+    PackDateTime(p, 12, d.end, "Europe/Berlin", text);
+    PackText(p, 13, "4f6c2a9e-1b7d-4c55-9a3e-0d2f8b1c7e66@example.com", nullptr, d.none);
+    PackDateTime(p, 14, d.stamp, nullptr, text);
+    PackDateTime(p, 15, d.stamp, nullptr, text);
+    PackNumber(p, 16, 3);
+    p.pack_uint32(17);
+    p.pack_array(3);
+    for (int i = 0; i < 3; ++i) {
+        p.pack_map(8);
+        p.pack_uint32(1);
+        p.pack(d.attendees[i]);
+        p.pack_uint32(2);
+        p.pack("INDIVIDUAL");
+        p.pack_uint32(3);
+        p.pack_array(d.members.size());
+        for (const char* member : d.members) p.pack(member);
+        p.pack_uint32(4);
+        p.pack("REQ-PARTICIPANT");
+        p.pack_uint32(5);
+        p.pack("NEEDS-ACTION");
+        p.pack_uint32(6);
+        p.pack_uint32(1);
+        p.pack_uint32(10);
+        p.pack(d.names[i]);
+        PackXParams(p, 13, d.one);
+    }
+    p.pack_uint32(18);
+    p.pack_map(2);
+    p.pack_uint32(1);
+    p.pack("mailto:dora@example.com");
+    p.pack_uint32(3);
+    p.pack("Dora Example");
+    p.pack_uint32(19);
+    p.pack_uint32(1);
+}
+
+__attribute__((noinline)) std::size_t MsgpackUnpackEvent(const msgpack::sbuffer& in) {
+    const msgpack::object_handle handle = msgpack::unpack(in.data(), in.size());
+    return handle.get().via.map.size;
+}
+
+void MsgpackPack(benchmark::State& state) {
+    msgpack::sbuffer out;
     for (auto _ : state) {
-        event.Clear();
-        BuildEvent(event, Data(), out);
+        MsgpackPackEvent(out, Data());
         benchmark::DoNotOptimize(out.data());
     }
     state.SetItemsProcessed(state.iterations());
     state.counters["bytes"] = static_cast<double>(out.size());
 }
 
-void ProtobufParse(benchmark::State& state) {
-    pimbench::Event event;
-    std::string bytes;
-    BuildEvent(event, Data(), bytes);
-    for (auto _ : state) {
-        if (!event.ParseFromString(bytes)) {
-            state.SkipWithError("parse failed");
-            break;
-        }
-        benchmark::DoNotOptimize(event.attendee_size());
-    }
+void MsgpackUnpack(benchmark::State& state) {
+    msgpack::sbuffer bytes;
+    MsgpackPackEvent(bytes, Data());
+    for (auto _ : state) benchmark::DoNotOptimize(MsgpackUnpackEvent(bytes));
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(ProtobufBuildAndSerialize)->Name("Event/Protobuf/BuildAndSerialize");
-BENCHMARK(ProtobufParse)->Name("Event/Protobuf/ParseFromString");
+BENCHMARK(MsgpackPack)->Name("Event/Msgpack/Pack");
+BENCHMARK(MsgpackUnpack)->Name("Event/Msgpack/Unpack");
 #endif
 
 }  // namespace

@@ -1,6 +1,7 @@
 // A contact with a typical set of properties and a 20 KB photo: writing it
 // (every operation, End and GetData), parsing it back into a receiver, and
-// the plain TLV walk of the same bytes as the floor the parser stands on.
+// the plain TLV walk of the same bytes as the floor the parser stands on;
+// with PIMTLV_BENCH_PROTOBUF, beside Protocol Buffers on the same content.
 
 #include <benchmark/benchmark.h>
 
@@ -10,6 +11,11 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/contact/TLVContactParser.h"
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+#include "bench/ProtobufLoops.h"
+#include "contact_bench.pb.h"
+#endif
 
 namespace {
 
@@ -160,5 +166,70 @@ void BM_TlvWalkOfContactBytes(benchmark::State& state) {
     ReadLoop(state, walker);
 }
 BENCHMARK(BM_TlvWalkOfContactBytes);
+
+#ifdef PIMTLV_BENCH_PROTOBUF
+void AddX(google::protobuf::RepeatedPtrField<pimbench::XParam>* out, const char* name,
+          const char* value) {
+    auto* x = out->Add();
+    x->set_name(name);
+    x->set_value(value);
+}
+
+// The same content as WriteContact.
+void BuildContact(pimbench::Contact& c, std::string& out) {
+    const std::vector<unsigned char>& photo = PhotoBytes();
+    c.set_instance(1);
+    c.set_version("3.0");
+    c.mutable_formatted_name()->set_text("Ann-Kathrin Lee");
+    auto* n = c.mutable_name();
+    n->set_family("Lee");
+    n->set_given("Ann-Kathrin");
+    n->set_prefix("Dr.");
+    n->set_language("de");
+    auto* t = c.add_telephone();
+    t->set_number("+49 30 1234567");
+    t->set_type(0x11);
+    AddX(t->mutable_x(), "X-SOURCE", "phone");
+    t = c.add_telephone();
+    t->set_number("+49 170 7654321");
+    t->set_type(0x21);
+    t->set_preferred(1);
+    auto* e = c.add_email();
+    e->set_address("ann.lee@example.org");
+    e->set_type(0x01);
+    e = c.add_email();
+    e->set_address("ann@home.example");
+    e->set_type(0x02);
+    auto* a = c.add_address();
+    a->set_street("Hauptstrasse 5");
+    a->set_locality("Berlin");
+    a->set_postal_code("10115");
+    a->set_country("Germany");
+    a->set_type(0x04);
+    c.mutable_organization()->set_name("Example GmbH");
+    c.mutable_organization()->add_unit("Engineering");
+    c.mutable_organization()->add_unit("Platform");
+    c.mutable_title()->set_text("Engineer");
+    c.mutable_note()->set_text("Met at the conference; prefers e-mail.");
+    c.mutable_note()->set_language("en");
+    c.set_birthday("19850412");
+    c.add_category("Friends");
+    c.add_category("Work");
+    c.set_url("https://example.org/~ann");
+    c.set_uid("4f1c2a9e-0d6b-4f7e-9a43-1b2c3d4e5f60");
+    c.mutable_photo()->set_type("image/jpeg");
+    c.mutable_photo()->set_data(photo.data(), photo.size());
+    c.set_photo_available(true);
+    c.SerializeToString(&out);
+}
+
+using PimTlvBench::ProtobufBuildAndSerialize;
+using PimTlvBench::ProtobufParse;
+
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Contact, BuildContact)
+    ->Name("Contact/Protobuf/BuildAndSerialize");
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Contact, BuildContact)
+    ->Name("Contact/Protobuf/ParseFromString");
+#endif
 
 }  // namespace

@@ -17,6 +17,12 @@
 #ifdef PIMTLV_REPLAY_TOOL
 #include "fuzz/ToolEncodeCheck.h"
 #endif
+#ifdef PIMTLV_REPLAY_ICAL
+#include "fuzz/IcalChecks.h"
+#endif
+#ifdef PIMTLV_REPLAY_VCARD
+#include "fuzz/VcardChecks.h"
+#endif
 
 namespace {
 
@@ -99,6 +105,14 @@ constexpr Target kTargets[] = {
     {"sms_roundtrip", ReplayItem<kSmsRoundTrip>, false},
 #ifdef PIMTLV_REPLAY_TOOL
     {"tool_encode", ReplayItem<CheckToolEncode>, false},
+#endif
+#ifdef PIMTLV_REPLAY_ICAL
+    {"ical_import", ReplayItem<CheckIcalImport>, false},
+    {"ical_export", ReplayItem<CheckIcalExport>, false},
+#endif
+#ifdef PIMTLV_REPLAY_VCARD
+    {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},
+    {"vcard_export", ReplayItem<PimTlvFuzz::CheckVcardExport>, false},
 #endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};

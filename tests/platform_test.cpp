@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "pimshared/common/DiagnosticFormat.h"
 #include "platform/CBuffer.h"
 #include "platform/CDateAndTime.h"
 #include "platform/CString.h"
@@ -159,4 +160,14 @@ TEST(Trace, SinkReceivesRecordsAndSilenceWithout) {
     EXPECT_EQ(capture.entries[0].level, 2);
     EXPECT_EQ(capture.entries[0].module, "Mod");
     EXPECT_EQ(capture.entries[0].line, 42);
+}
+
+// Trace lines take their digits from a table for type IDs and compute the
+// rest; both must print what printf prints, across every digit count.
+TEST(Trace, LineNumbersAsPrintfPrintsThem) {
+    PimShared::CTraceLine line{"NodeEnd():  typeId: %d"};
+    for (int n : {0, 7, 9, 10, 99, 100, 202, 999, 1000, 4095, 4096, 65535, 2147483647, -1, -4096,
+                  -2147483647 - 1}) {
+        EXPECT_EQ(std::string(line.Format(n)), "NodeEnd():  typeId: " + std::to_string(n)) << n;
+    }
 }

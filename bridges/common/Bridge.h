@@ -47,8 +47,12 @@ struct ImportResult {
     unsigned int errorLine = 0;
     std::vector<std::uint8_t> streams;  // the items' streams, one after another
     std::vector<ImportedItem> items;    // in input order
+    // What belongs to no item: a container's own properties and components
+    // (a calendar's time zones, say), text outside any item.
+    std::vector<Loss> losses;
 
     bool HasLoss() const {
+        if (!losses.empty()) return true;
         for (const ImportedItem& item : items) {
             if (!item.losses.empty()) return true;
         }

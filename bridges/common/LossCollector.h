@@ -25,6 +25,14 @@ class LossCollector {
         losses_.push_back(Loss{name, 1, line});
     }
     bool Empty() const { return losses_.empty(); }
+    // Whether name is already listed: a caller whose line is costly to find
+    // finds it only for the first occurrence.
+    bool Contains(const std::string& name) const {
+        for (const Loss& loss : losses_) {
+            if (loss.name == name) return true;
+        }
+        return false;
+    }
     std::vector<Loss> Take() { return std::exchange(losses_, {}); }
 
   private:

@@ -1,10 +1,57 @@
 // A program outside the tree that finds the installed library with
-// find_package(pimtlv) and writes one leaf.
+// find_package(pimtlv) and writes one leaf; when a bridge is installed too
+// (iCalendar, MIME, vCard), it also takes one item through it and back.
+#include <string>
+
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
+#ifdef PIMTLV_CONSUMER_ICAL
+#include "bridges/ical/ICalendarBridge.h"
+#endif
+#ifdef PIMTLV_CONSUMER_MIME
+#include "bridges/mime/MimeBridge.h"
+#endif
+#ifdef PIMTLV_CONSUMER_VCARD
+#include "bridges/vcard/Vcard.h"
+#endif
+
+namespace {
+
+bool BridgesWork() {
+#ifdef PIMTLV_CONSUMER_ICAL
+    const std::string text =
+        "BEGIN:VCALENDAR\r\nPRODID:-//consumer//EN\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:1\r\n"
+        "END:VEVENT\r\nEND:VCALENDAR\r\n";
+    const PimBridge::ImportResult in = PimBridge::ImportICalendar(text.data(), text.size());
+    if (!in.ok || in.items.size() != 1) return false;
+    const PimBridge::ExportResult out =
+        PimBridge::ExportICalendar(in.streams.data(), in.streams.size());
+    if (!out.ok || out.text.find("UID:1\r\n") == std::string::npos) return false;
+#endif
+#ifdef PIMTLV_CONSUMER_MIME
+    const std::string mail = "Subject: hello\n\nbody\n";
+    const PimBridge::ImportResult eml = PimBridge::ImportEml(mail.data(), mail.size());
+    if (!eml.ok || eml.items.size() != 1) return false;
+    const PimBridge::ExportResult back =
+        PimBridge::ExportEml(eml.streams.data(), eml.streams.size());
+    if (!back.ok || back.text.find("Subject: hello\n") == std::string::npos) return false;
+#endif
+#ifdef PIMTLV_CONSUMER_VCARD
+    const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ann Lee\r\nEND:VCARD\r\n";
+    const PimBridge::ImportResult contact = PimBridge::ImportVcard(card.data(), card.size());
+    if (!contact.ok || contact.items.size() != 1) return false;
+    const PimBridge::ExportResult vcf =
+        PimBridge::ExportVcard(contact.streams.data(), contact.streams.size());
+    if (!vcf.ok || vcf.text != card) return false;
+#endif
+    return true;
+}
+
+}  // namespace
 
 int main() {
     ParserCreatorCollection::CTLVCreator creator;
     const void* data = nullptr;
     unsigned int length = 0;
-    return creator.LeafUInt8(1, 2) && creator.GetData(data, length) && length == 4 ? 0 : 1;
+    const bool leaf = creator.LeafUInt8(1, 2) && creator.GetData(data, length) && length == 4;
+    return leaf && BridgesWork() ? 0 : 1;
 }

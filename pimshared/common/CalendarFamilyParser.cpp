@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
@@ -246,7 +247,7 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
         return false;
     }
     m_state = ParsingStateBegin;
-    const bool ok = CTLVParser::Parse(data, length, errorText, consumed);
+    const bool ok = ParseInto(*this, data, length, errorText, consumed);
     if (!ok) ReceiverTrace(kInternal, errorText);
     CarryPendingName();
     return ok;

@@ -35,6 +35,26 @@ bool AlertUnexpectedTypeId(Receiver& receiver, PAL::CString& text, const char* k
     return receiver.TraceMessage(code, text.c_str());
 }
 
+// Decimal digits of every 12-bit number, left-aligned: the numbers of trace
+// lines are type IDs, so their digits are one table read.
+constexpr unsigned int DigitCount12(unsigned int n) {
+    return n > 999 ? 4u : n > 99 ? 3u : n > 9 ? 2u : 1u;
+}
+struct tDecimal12 {
+    char digits[4096][4];
+};
+constexpr tDecimal12 MakeDecimal12() {
+    tDecimal12 table{};
+    for (unsigned int n = 0; n < 4096; ++n) {
+        const unsigned int count = DigitCount12(n);
+        for (unsigned int i = count, rest = n; i > 0; --i, rest /= 10) {
+            table.digits[n][i - 1] = static_cast<char>('0' + rest % 10);
+        }
+    }
+    return table;
+}
+inline constexpr tDecimal12 kDecimal12 = MakeDecimal12();
+
 // A trace line of one fixed head and a number ("NodeBegin():  typeId: 202").
 // The head is written once; each line rewrites only the digits after it, so a
 // parser that traces every element it reads pays a few stores per element.
@@ -51,6 +71,16 @@ class CTraceLine {
     // The line for number; the empty text if memory ran out at construction.
     const char* Format(int number) noexcept {
         if (m_text.length() < m_head) return "";
+        if (static_cast<unsigned int>(number) < 4096) {
+            // A type ID: four digit bytes copied at once (the memory reserved at
+            // construction has room), the line cut after the significant ones.
+            const auto n = static_cast<unsigned int>(number);
+            const std::size_t count = DigitCount12(n);
+            char* text = m_text.overwrite(m_head + count);
+            std::memcpy(text + m_head, kDecimal12.digits[n], 4);
+            text[m_head + count] = 0;
+            return text;
+        }
         unsigned int magnitude =
             number < 0 ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
         std::size_t count = number < 0 ? 2 : 1;

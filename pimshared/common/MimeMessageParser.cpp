@@ -1,6 +1,7 @@
 #include "pimshared/common/MimeMessageParser.h"
 
 #include <cstring>
+#include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
@@ -170,7 +171,7 @@ bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& lengt
     ResetShared();
     ClearGroup();
     ResetAdditions();
-    if (CTLVParser::Parse(data, length, errorText, consumed)) return true;
+    if (ParseInto(*this, data, length, errorText, consumed)) return true;
     Trace(3, errorText);
     return false;
 }

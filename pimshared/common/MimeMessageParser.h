@@ -33,20 +33,20 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed) override;
     bool Unknown(const ParserCreatorCollection::eClass& elementClass, const unsigned int& typeId,
-                 const void* value, const unsigned int& length) override;
-    bool NodeBegin(const unsigned int& typeId) override;
-    bool NodeEnd(const unsigned int& typeId) override;
-    bool LeafInt8(const unsigned int& typeId, const signed char& value) override;
-    bool LeafInt16(const unsigned int& typeId, const short& value) override;
-    bool LeafUInt8(const unsigned int& typeId, const unsigned char& value) override;
-    bool LeafUInt16(const unsigned int& typeId, const unsigned short& value) override;
-    bool LeafBitfield8(const unsigned int& typeId, const unsigned char& value) override;
-    bool LeafBitfield16(const unsigned int& typeId, const unsigned short& value) override;
-    bool LeafString(const unsigned int& typeId, const char* text) override;
+                 const void* value, const unsigned int& length) final;
+    bool NodeBegin(const unsigned int& typeId) final;
+    bool NodeEnd(const unsigned int& typeId) final;
+    bool LeafInt8(const unsigned int& typeId, const signed char& value) final;
+    bool LeafInt16(const unsigned int& typeId, const short& value) final;
+    bool LeafUInt8(const unsigned int& typeId, const unsigned char& value) final;
+    bool LeafUInt16(const unsigned int& typeId, const unsigned short& value) final;
+    bool LeafBitfield8(const unsigned int& typeId, const unsigned char& value) final;
+    bool LeafBitfield16(const unsigned int& typeId, const unsigned short& value) final;
+    bool LeafString(const unsigned int& typeId, const char* text) final;
     bool LeafByteStream(const unsigned int& typeId, const void* data,
-                        const unsigned int& length) override;
-    bool LeafUInt32(const unsigned int& typeId, const unsigned int& value) override;
-    bool LeafInt32(const unsigned int& typeId, const int& value) override;
+                        const unsigned int& length) final;
+    bool LeafUInt32(const unsigned int& typeId, const unsigned int& value) final;
+    bool LeafInt32(const unsigned int& typeId, const int& value) final;
 
   protected:
     // A mailbox as read. The client is used only by items whose mailboxes

@@ -2,6 +2,7 @@
 #include "pimshared/common/ParserFrame.h"
 
 #include <new>
+#include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/contact/ContactLayout.h"
@@ -11,8 +12,8 @@ namespace PimShared {
 using ParserCreatorCollection::eClass;
 using namespace ContactLayout;
 
-class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection::ITLV,
-                                                 public ParserCreatorCollection::CTLVParser {
+class CTLVContactParser::CTLVContactParserImpl final : public ParserCreatorCollection::ITLV,
+                                                       public ParserCreatorCollection::CTLVParser {
   public:
     explicit CTLVContactParserImpl(IContactReceiver& receiver)
         : CTLVParser(static_cast<ITLV&>(*this)), m_receiver(receiver) {}
@@ -36,7 +37,7 @@ class CTLVContactParser::CTLVContactParserImpl : public ParserCreatorCollection:
         m_currentIndex = PropertyCount;
         m_instanceSeen = false;
         m_skip = false;
-        if (!CTLVParser::Parse(data, length, errorText, consumed)) {
+        if (!ParseInto(*this, data, length, errorText, consumed)) {
             const int code = 6;
             m_receiver.TraceMessage(code, errorText);
             return false;

@@ -97,6 +97,10 @@ int Import(const BridgeOptions& options, std::ostream& err) {
                          " " + result.error);
     }
     const char* level = options.strict ? "error: " : "warning: ";
+    for (const PimBridge::Loss& loss : result.losses) {
+        err << level << where << ':' << loss.line << ": " << loss.name << " not carried"
+            << Times(loss.count) << '\n';
+    }
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ImportedItem& item = result.items[i];
         for (const PimBridge::Loss& loss : item.losses) {

@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -158,14 +159,14 @@ bool ParseItems(const Options& options, ByteView data, ParseListener& listener, 
 
 // Runs parse (which reads text as JSON), turning the JSON library's errors
 // into one line that says where.
-template <typename Parse>
-void WithJsonErrors(std::string_view text, Parse&& parse) {
+// locate(offset, line, column) finds the place of a byte.
+template <typename Parse, typename Locate>
+void WithJsonErrors(Parse&& parse, Locate&& locate) {
     try {
         parse();
     } catch (const nlohmann::json::parse_error& e) {
         std::size_t line = 0, column = 0;
-        const std::size_t at = e.byte > 0 ? e.byte - 1 : 0;
-        LineAndColumn(text, at, line, column);
+        locate(e.byte > 0 ? e.byte - 1 : 0, line, column);
         std::string detail = e.what();
         const std::size_t colon = detail.find(": ");
         if (colon != std::string::npos) detail = detail.substr(colon + 2);
@@ -185,38 +186,38 @@ void WithJsonErrors(std::string_view text, Parse&& parse) {
 int Dump(const Options& options, std::ostream& out, std::ostream& err) {
     const Stream stream(options);
     const ByteView data = stream.View();
-    const ItemAdapter* forced = nullptr;
-    if (const Kind* kind = ForcedKind(options)) forced = FindAdapter(kind->name);
-    // Names come from the item each root node starts, so a file of several
-    // kinds of items reads right throughout.
+    const Kind* forced = ForcedKind(options);
     class Sink : public ElementSink {
       public:
-        Sink(ByteView d, const ItemAdapter* f, bool color, std::ostream& o)
-            : m_data(d), m_forced(f), m_item(f), m_color(color), m_out(o), m_progress(d.size) {}
+        Sink(std::size_t size, bool color, std::ostream& o)
+            : m_color(color), m_out(o), m_progress(size) {}
         void OnElement(const Element& e) override {
             const bool node = e.header.elementClass == ParserCreatorCollection::Node;
-            if (node && e.depth == 0 && m_forced == nullptr) {
-                const Kind* kind =
-                    DetectKind(ReadFrame(m_data.Sub(e.offset, m_data.size - e.offset)));
-                m_item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
-            }
-            m_line =
-                DumpLine(e, NameOf(m_item, node, e.parentId, e.header.typeId, e.depth), m_color);
-            m_line += '\n';
-            m_out.write(m_line.data(), static_cast<std::streamsize>(m_line.size()));
+            std::string& text = m_out.Text();
+            DumpLine(text, e, NameOf(item, node, e.parentId, e.header.typeId, e.depth), m_color);
+            text += '\n';
+            m_out.Drain();
             m_progress.At(e.offset);
         }
+        const ItemAdapter* item = nullptr;  // whose names the lines show
+        TextOut& Out() { return m_out; }
 
       private:
-        ByteView m_data;
-        const ItemAdapter* m_forced;
-        const ItemAdapter* m_item;
         bool m_color;
-        std::ostream& m_out;
+        TextOut m_out;
         Progress m_progress;
-        std::string m_line;
-    } sink(data, forced, options.color, out);
-    const Fault fault = WalkStream(data, &sink);
+    } sink(data.size, options.color, out);
+    // Item by item, each named in its own kind; what cannot be cut into
+    // items (elements outside any root node, say) is shown as it stands.
+    Fault fault;
+    ForEachItemOf(data, [&](const ItemPlace& place) {
+        const Kind* kind = forced;
+        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
+        sink.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
+        fault = WalkStream(data, &sink, place.offset, place.offset + place.size);
+        return !fault.present;
+    });
+    sink.Out().Flush();
     out.flush();
     if (!fault.present) return 0;
     ReportFault(fault, err);
@@ -240,12 +241,7 @@ class DecodeWriter : public ParseListener {
         m_out.Text() += index == 0 ? "[\n    " : ",\n    ";
     }
     void OnDiagnostic(int code, const char* text, std::size_t call) override {
-        if (!m_trace && code == 0) return;
-        m_line = m_diagnostics++ == 0 ? "    " : ",\n    ";
-        m_line += "{\"code\":" + std::to_string(code) + ",\"text\":";
-        AppendJsonText(m_line, text == nullptr ? "" : text);
-        m_line += ",\"call\":" + std::to_string(call) + "}";
-        m_kept.Append(m_line);
+        if (m_trace || code != 0) m_held.Add(code, text, call);
     }
 
     void Begin(const Kind& kind) {
@@ -257,27 +253,32 @@ class DecodeWriter : public ParseListener {
         std::string& text = m_out.Text();
         text += recorder.Calls() == 0 ? "[]" : "\n  ]";
         text += ",\n  \"diagnostics\": ";
-        if (m_diagnostics == 0) {
+        if (m_held.Empty()) {
             text += "[]";
         } else {
             text += "[\n";
-            m_kept.Drain([this](std::string_view piece) {
-                m_out.Text().append(piece);
-                m_out.Drain();
+            bool first = true;
+            m_held.Drain([&](int code, std::string_view said, std::size_t call, std::size_t count) {
+                std::string line = "{\"code\":" + std::to_string(code) + ",\"text\":";
+                AppendJsonText(line, std::string(said).c_str());
+                line += ",\"call\":" + std::to_string(call) + "}";
+                for (std::size_t i = 0; i < count; ++i) {
+                    m_out.Text() += first ? "    " : ",\n    ";
+                    m_out.Text() += line;
+                    m_out.Drain();
+                    first = false;
+                }
             });
             m_out.Text() += "\n  ]";
         }
         m_out.Text() += ",\n  \"result\": {\"ok\":" + std::string(run.ok ? "true" : "false") +
                         ",\"consumed\":" + std::to_string(run.consumed) + "}\n}";
-        m_diagnostics = 0;
     }
 
   private:
     TextOut& m_out;
     bool m_trace;
-    Spill m_kept;
-    std::size_t m_diagnostics = 0;
-    std::string m_line;
+    HeldDiagnostics m_held;
 };
 
 }  // namespace
@@ -288,20 +289,22 @@ int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::
     const bool single = SingleItem(data);
     TextOut text(out);
     DecodeWriter writer(text, options.trace);
+    bool any = false;
     if (!single) text.Text() += "[";
     const bool ok = ParseItems(
         options, data, writer, &text,
-        [&](const ItemPlace& place, const Kind& kind) {
-            if (!single) text.Text() += place.index == 0 ? "\n" : ",\n";
+        [&](const ItemPlace&, const Kind& kind) {
+            if (!single) text.Text() += any ? ",\n" : "\n";
+            any = true;
             writer.Begin(kind);
         },
         [&](const ItemPlace&, const Kind&, const Recorder& recorder, const ParseRun& run) {
             writer.End(recorder, run);
+            if (single) text.Text() += "\n";
             text.Flush();
         },
         err);
-    text.Text() += single || data.size == 0 ? "\n" : "\n]\n";
-    if (!single && data.size == 0) text.Text() = "[]\n";
+    if (!single) text.Text() += any ? "\n]\n" : "]\n";
     text.Flush();
     out.flush();
     return ok ? 0 : kExitProblem;
@@ -312,60 +315,48 @@ namespace {
 // Prints each diagnostic of check as soon as the call after it is known.
 class CheckWriter : public ParseListener {
   public:
-    explicit CheckWriter(std::ostream& out) : m_out(out) {}
+    explicit CheckWriter(TextOut& out) : m_out(out) {}
 
     void OnCall(std::size_t index, const char* op) override {
-        if (m_pending) Flush(" (before call " + std::to_string(index) + ", " + op + ")");
+        if (!m_held.Empty()) Show("before call " + std::to_string(index) + ", " + op);
     }
     void OnDiagnostic(int code, const char* text, std::size_t) override {
         if (code == 0) return;  // the calendar parsers' trace lines
         ++m_diagnostics;
-        m_pending = true;
-        // Kept as "code N", zero, ": text\n", zero: the part between them
-        // waits for the next call.
-        m_line = "code " + std::to_string(code);
-        m_line += '\0';
-        m_line += ": ";
-        m_line += text == nullptr || *text == 0 ? "(no text)" : text;
-        m_line += "\n";
-        m_line += '\0';
-        m_kept.Append(m_line);
+        m_held.Add(code, text, 0);
     }
 
-    void Begin(std::string prefix) {
-        m_prefix = std::move(prefix);
+    // item: what names the item in a file of several ("item 2 at offset
+    // 120"), else empty. Diagnostic lines keep "code N" first, so that they
+    // read (and grep) alike in both.
+    void Begin(std::string item) {
+        m_item = std::move(item);
         m_diagnostics = 0;
     }
     std::size_t End() {
-        if (m_pending) Flush(" (after the last call)");
+        if (!m_held.Empty()) Show("after the last call");
         return m_diagnostics;
     }
-    std::string_view Prefix() const { return m_prefix; }
+    std::string Label() const { return m_item.empty() ? m_item : m_item + ": "; }
 
   private:
-    void Flush(const std::string& where) {
-        std::string head;
-        bool inHead = true;
-        m_kept.Drain([&](std::string_view piece) {
-            for (const char c : piece) {
-                if (c != '\0') {
-                    head += c;
-                    continue;
-                }
-                m_out << (inHead ? m_prefix : std::string()) << head << (inHead ? where : "");
-                head.clear();
-                inHead = !inHead;
+    void Show(const std::string& where) {
+        const std::string place = " (" + (m_item.empty() ? "" : m_item + ", ") + where + "): ";
+        m_held.Drain([&](int code, std::string_view text, std::size_t, std::size_t count) {
+            std::string line = "code " + std::to_string(code) + place;
+            line += text.empty() ? std::string_view("(no text)") : text;
+            line += '\n';
+            for (std::size_t i = 0; i < count; ++i) {
+                m_out.Text() += line;
+                m_out.Drain();
             }
         });
-        m_pending = false;
     }
 
-    std::ostream& m_out;
-    Spill m_kept;
-    bool m_pending = false;
+    TextOut& m_out;
+    HeldDiagnostics m_held;
     std::size_t m_diagnostics = 0;
-    std::string m_prefix;
-    std::string m_line;
+    std::string m_item;
 };
 
 std::string Plural(std::size_t n, const char* one, const char* many) {
@@ -379,107 +370,107 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
     const ByteView data = stream.View();
     ForcedKind(options);
     const bool single = SingleItem(data);
-    CheckWriter writer(out);
+    TextOut text(out);
+    CheckWriter writer(text);
     std::size_t items = 0, calls = 0, diagnostics = 0;
     const bool ok = ParseItems(
         options, data, writer, nullptr,
         [&](const ItemPlace& place, const Kind&) {
-            writer.Begin(single ? std::string() : ItemName(place) + ": ");
+            writer.Begin(single ? std::string() : ItemName(place));
         },
         [&](const ItemPlace&, const Kind& kind, const Recorder& recorder, const ParseRun&) {
             const std::size_t found = writer.End();
-            out << writer.Prefix() << kind.title << ": " << recorder.Calls() << " receiver calls, "
-                << Plural(found, "diagnostic", "diagnostics") << '\n';
+            text.Text() += writer.Label() + kind.title + ": " + std::to_string(recorder.Calls()) +
+                           " receiver calls, " + Plural(found, "diagnostic", "diagnostics") + "\n";
+            text.Drain();
             ++items;
             calls += recorder.Calls();
             diagnostics += found;
         },
         err);
     if (!single) {
-        out << "total: " << Plural(items, "item", "items") << ", " << calls << " receiver calls, "
-            << Plural(diagnostics, "diagnostic", "diagnostics") << '\n';
+        text.Text() += "total: " + Plural(items, "item", "items") + ", " + std::to_string(calls) +
+                       " receiver calls, " + Plural(diagnostics, "diagnostic", "diagnostics") +
+                       "\n";
     }
+    text.Flush();
     out.flush();
     return ok && diagnostics == 0 ? 0 : kExitProblem;
 }
 
 namespace {
 
-Encoded EncodeItem(const Json& document, const std::string& where) {
-    if (!document.is_object()) throw UsageError("the JSON document must be an object" + where);
-    for (const auto& entry : document.items()) {
-        const std::string& key = entry.key();
-        if (key != "item" && key != "calls" && key != "diagnostics" && key != "result") {
-            throw UsageError("unknown key '" + key + "' in the JSON document" + where);
-        }
-    }
-    if (!document.contains("item") || !document["item"].is_string()) {
-        throw UsageError("the JSON document needs \"item\" (one of " + KindNames() + ")" + where);
-    }
-    const ItemAdapter* adapter = AdapterFor(NamedKind(document["item"].get<std::string>()));
-    if (!document.contains("calls")) throw UsageError("the JSON document needs \"calls\"" + where);
-    Encoded encoded;
-    encoded.item = adapter->kind;
-    try {
-        encoded.bytes = adapter->encode(adapter->ops, document["calls"], encoded.refused);
-    } catch (const UsageError& e) {
-        if (where.empty()) throw;
-        throw UsageError(e.what() + where);
-    }
-    return encoded;
-}
-
-// Reads a JSON text of one document, or of an array of documents, handing
-// each document to onDocument(Json&, index) as soon as it is complete: only
-// one item's document is held at a time.
-template <typename OnDocument>
+// Reads a JSON text of one decode document, or of an array of them, and
+// makes each item as its calls arrive: each call is handed to the item's
+// creator when it is complete, so that only one call is ever held (the
+// calls before "item", where a document names its item last, wait for it).
+// What a document holds besides "item" and "calls" is checked to be JSON and
+// otherwise passed over. onItem(Encoded&, index, many) takes each item.
+template <typename OnItem>
 class DocumentReader {
   public:
-    explicit DocumentReader(OnDocument& onDocument) : m_onDocument(onDocument) {}
+    DocumentReader(OnItem& onItem, bool many) : m_onItem(onItem), m_manyAllowed(many) {}
 
-    bool null() {
-        return Value([](Dom& d) { return d.null(); });
+    bool null() { return Value(Json(nullptr)); }
+    bool boolean(bool v) { return Value(Json(v)); }
+    bool number_integer(Json::number_integer_t v) { return Value(Json(v)); }
+    bool number_unsigned(Json::number_unsigned_t v) { return Value(Json(v)); }
+    bool number_float(Json::number_float_t v, const Json::string_t&) { return Value(Json(v)); }
+    bool string(Json::string_t& v) { return Value(Json(std::move(v))); }
+    bool binary(Json::binary_t& v) { return Value(Json(std::move(v))); }
+
+    bool key(Json::string_t& k) {
+        if (m_call) return m_call->key(k);
+        if (m_depth == m_itemDepth + 1) {
+            if (k != "item" && k != "calls" && k != "diagnostics" && k != "result") {
+                Fail("unknown key '" + k + "' in the JSON document");
+            }
+            m_field = k == "item" ? Field::Item : k == "calls" ? Field::Calls : Field::Other;
+        }
+        return true;
     }
-    bool boolean(bool v) {
-        return Value([v](Dom& d) { return d.boolean(v); });
-    }
-    bool number_integer(Json::number_integer_t v) {
-        return Value([v](Dom& d) { return d.number_integer(v); });
-    }
-    bool number_unsigned(Json::number_unsigned_t v) {
-        return Value([v](Dom& d) { return d.number_unsigned(v); });
-    }
-    bool number_float(Json::number_float_t v, const Json::string_t& s) {
-        return Value([v, &s](Dom& d) { return d.number_float(v, s); });
-    }
-    bool string(Json::string_t& v) {
-        return Value([&v](Dom& d) { return d.string(v); });
-    }
-    bool binary(Json::binary_t& v) {
-        return Value([&v](Dom& d) { return d.binary(v); });
-    }
-    bool key(Json::string_t& v) { return m_dom->key(v); }
     bool start_object(std::size_t n) {
-        if (m_depth++ == m_itemDepth) Open();
-        return m_dom->start_object(n);
+        if (!Container()) return true;
+        if (m_depth == m_itemDepth + 1) Fail("\"calls\" must be an array");
+        if (m_depth == m_itemDepth) {
+            StartDocument();
+        } else {
+            StartCall();
+        }
+        ++m_depth;
+        return m_call ? m_call->start_object(n) : true;
     }
     bool end_object() {
-        m_dom->end_object();
-        if (--m_depth == m_itemDepth) Close();
+        --m_depth;
+        if (m_skipFrom != 0) return EndSkipped();
+        if (m_call) {
+            m_call->end_object();
+            if (m_depth == m_itemDepth + 2) EndCall();
+            return true;
+        }
+        EndDocument();
         return true;
     }
     bool start_array(std::size_t n) {
-        if (m_depth == 0) {
+        if (m_depth == 0 && m_manyAllowed) {
             m_itemDepth = 1;  // an array of documents
             ++m_depth;
             return true;
         }
-        if (m_depth++ == m_itemDepth) NotAnObject();
-        return m_dom->start_array(n);
+        if (!Container()) return true;
+        if (m_depth == m_itemDepth) NotAnObject();
+        if (m_depth != m_itemDepth + 1) StartCall();  // else the "calls" array itself
+        ++m_depth;
+        return m_call ? m_call->start_array(n) : true;
     }
     bool end_array() {
-        if (--m_depth == 0) return true;
-        return m_dom->end_array();
+        --m_depth;
+        if (m_skipFrom != 0) return EndSkipped();
+        if (m_call) {
+            m_call->end_array();
+            if (m_depth == m_itemDepth + 2) EndCall();
+        }
+        return true;
     }
     template <typename Exception>
     bool parse_error(std::size_t, const std::string&, const Exception& e) {
@@ -488,52 +479,192 @@ class DocumentReader {
 
   private:
     using Dom = nlohmann::detail::json_sax_dom_parser<Json>;
+    enum class Field { None, Item, Calls, Other };
 
-    template <typename Event>
-    bool Value(Event&& event) {
+    // A container opens: false when it is passed over.
+    bool Container() {
+        if (m_skipFrom != 0) {
+            ++m_depth;
+            return false;
+        }
+        if (m_depth == m_itemDepth + 1 && m_field == Field::Other) {
+            m_skipFrom = ++m_depth;
+            return false;
+        }
+        if (m_depth == m_itemDepth + 1 && m_field == Field::Item) {
+            Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+        }
+        return true;
+    }
+    bool EndSkipped() {
+        if (m_depth + 1 == m_skipFrom) m_skipFrom = 0;
+        return true;
+    }
+
+    bool Value(Json value) {
+        if (m_skipFrom != 0) return true;
+        if (m_call) {
+            // The DOM builder takes scalars by reference.
+            if (value.is_string()) return m_call->string(value.get_ref<Json::string_t&>());
+            if (value.is_null()) return m_call->null();
+            if (value.is_boolean()) return m_call->boolean(value.get<bool>());
+            if (value.is_number_unsigned())
+                return m_call->number_unsigned(value.get<Json::number_unsigned_t>());
+            if (value.is_number_integer())
+                return m_call->number_integer(value.get<Json::number_integer_t>());
+            return m_call->number_float(value.get<Json::number_float_t>(), "");
+        }
         if (m_depth == m_itemDepth) NotAnObject();
-        return event(*m_dom);
-    }
-    [[noreturn]] void NotAnObject() const {
-        throw UsageError(
-            std::string("the JSON document must be an object") +
-            (m_itemDepth == 1 ? " (entry " + std::to_string(m_index + 1) + " of the array)" : ""));
-    }
-    void Open() {
-        m_document = Json();
-        m_dom = std::make_unique<Dom>(m_document);
-    }
-    void Close() {
-        m_dom.reset();
-        m_onDocument(m_document, m_index++, m_itemDepth == 1);
-        m_document = Json();
+        if (m_depth == m_itemDepth + 2) {
+            Call(value);  // a call that is no object: the replay says so
+            return true;
+        }
+        if (m_field == Field::Item) {
+            if (!value.is_string()) {
+                Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+            }
+            SetItem(value.get_ref<const std::string&>());
+        } else if (m_field == Field::Calls) {
+            Fail("\"calls\" must be an array");
+        }
+        return true;
     }
 
-    OnDocument& m_onDocument;
-    std::unique_ptr<Dom> m_dom;
-    Json m_document;
+    void StartDocument() {
+        m_adapter = nullptr;
+        m_session.reset();
+        m_waiting = Json::array();
+        m_calls = 0;
+        m_hasCalls = false;
+        m_refused.clear();
+        m_field = Field::None;
+    }
+    void EndDocument() {
+        if (m_adapter == nullptr) {
+            Fail("the JSON document needs \"item\" (one of " + KindNames() + ")");
+        }
+        if (!m_hasCalls) Fail("the JSON document needs \"calls\"");
+        Encoded encoded;
+        encoded.item = m_adapter->kind;
+        try {
+            encoded.bytes = m_session->Finish();
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+        encoded.refused = std::move(m_refused);
+        m_session.reset();
+        m_onItem(encoded, m_index++, m_itemDepth == 1);
+    }
+
+    void SetItem(const std::string& name) {
+        try {
+            m_adapter = AdapterFor(NamedKind(name));
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+        m_session = m_adapter->encode(m_adapter->ops);
+        for (std::size_t i = 0; i < m_waiting.size(); ++i) Replay(m_waiting[i], i);
+        m_waiting = Json::array();
+    }
+
+    void StartCall() {
+        if (m_depth == m_itemDepth + 2) {
+            m_callValue = Json();
+            m_call = std::make_unique<Dom>(m_callValue);
+        }
+    }
+    void EndCall() {
+        m_call.reset();
+        Call(m_callValue);
+    }
+    void Call(Json& call) {
+        m_hasCalls = true;
+        if (m_session) {
+            Replay(call, m_calls);
+        } else {
+            m_waiting.push_back(std::move(call));
+        }
+        ++m_calls;
+    }
+    void Replay(const Json& call, std::size_t index) {
+        try {
+            m_session->Call(call, index, m_refused);
+        } catch (const UsageError& e) {
+            Fail(e.what());
+        }
+    }
+
+    [[noreturn]] void NotAnObject() const { Fail("the JSON document must be an object"); }
+    [[noreturn]] void Fail(const std::string& what) const {
+        throw UsageError(what + (m_itemDepth == 1 ? " (item " + std::to_string(m_index + 1) + ")"
+                                                  : std::string()));
+    }
+
+    OnItem& m_onItem;
+    bool m_manyAllowed;
     std::size_t m_depth = 0;
     std::size_t m_itemDepth = 0;  // 0: the text is one document; 1: an array of them
-    std::size_t m_index = 0;
+    std::size_t m_skipFrom = 0;   // depth of a value passed over, or 0
+    std::size_t m_index = 0;      // of the document
+    Field m_field = Field::None;
+    bool m_hasCalls = false;
+    const ItemAdapter* m_adapter = nullptr;
+    std::unique_ptr<EncodeSession> m_session;
+    Json m_waiting;  // calls that came before "item"
+    std::size_t m_calls = 0;
+    std::vector<std::string> m_refused;
+    std::unique_ptr<Dom> m_call;
+    Json m_callValue;
+};
+
+// The input as the JSON reader takes it, one character after another; the
+// end is where the input ends.
+class Cursor {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = char;
+
+    explicit Cursor(InputReader* reader) : m_reader(reader) {}
+    char operator*() const { return m_reader->Peek(); }
+    Cursor& operator++() {
+        m_reader->Advance();
+        return *this;
+    }
+    Cursor operator++(int) {
+        Cursor before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(const Cursor& other) const { return AtEnd() == other.AtEnd(); }
+    bool operator!=(const Cursor& other) const { return AtEnd() != other.AtEnd(); }
+
+  private:
+    bool AtEnd() const { return m_reader == nullptr || m_reader->AtEnd(); }
+    InputReader* m_reader;
 };
 
 }  // namespace
 
 Encoded EncodeDocument(const std::string& text) {
-    Json document;
-    WithJsonErrors(text, [&] { document = Json::parse(text); });
-    return EncodeItem(document, "");
+    Encoded result;
+    const auto keep = [&](Encoded& encoded, std::size_t, bool) { result = std::move(encoded); };
+    DocumentReader<decltype(keep)> reader(keep, false);
+    WithJsonErrors([&] { Json::sax_parse(text, &reader); },
+                   [&](std::size_t at, std::size_t& line, std::size_t& column) {
+                       LineAndColumn(text, at, line, column);
+                   });
+    return result;
 }
 
 int Encode(const Options& options, std::ostream& err) {
-    const InputBytes input(options.input);
-    const std::string_view text = input.Text();
+    InputReader input(options.input);
     OutputFile output(options.output);
     bool refused = false;
     std::string hex;
-    auto onDocument = [&](const Json& document, std::size_t index, bool many) {
-        const std::string where = many ? " (item " + std::to_string(index + 1) + ")" : "";
-        const Encoded encoded = EncodeItem(document, where);
+    const auto write = [&](const Encoded& encoded, std::size_t index, bool many) {
         for (const std::string& r : encoded.refused) {
             err << "warning: " << (many ? "item " + std::to_string(index + 1) + ": " : "")
                 << "the creator refused " << r << '\n';
@@ -547,8 +678,11 @@ int Encode(const Options& options, std::ostream& err) {
             output.Write(encoded.bytes.data(), encoded.bytes.size());
         }
     };
-    DocumentReader<decltype(onDocument)> reader(onDocument);
-    WithJsonErrors(text, [&] { Json::sax_parse(text.begin(), text.end(), &reader); });
+    DocumentReader<decltype(write)> reader(write, true);
+    WithJsonErrors([&] { Json::sax_parse(Cursor(&input), Cursor(nullptr), &reader); },
+                   [&](std::size_t at, std::size_t& line, std::size_t& column) {
+                       input.LineAndColumn(at, line, column);
+                   });
     output.Close();
     return refused ? kExitProblem : 0;
 }

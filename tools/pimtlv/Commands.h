@@ -41,8 +41,8 @@ Encoded EncodeDocument(const std::string& text);
 int Check(const Options& options, std::ostream& out, std::ostream& err);
 int ListOps(const std::string& item, std::ostream& out);
 
-// Formats one dump line (without its newline).
-std::string DumpLine(const Element& element, const char* name, bool color);
+// Appends one dump line (without its newline) to line.
+void DumpLine(std::string& line, const Element& element, const char* name, bool color);
 
 }  // namespace pimtlv_tool
 

@@ -40,8 +40,8 @@ unsigned int Utf8Sequence(const std::uint8_t* p, std::size_t left) {
 
 // A text value as a quoted literal: the bytes before the terminator, with
 // quotes, backslashes, control bytes and bytes that are not UTF-8 escaped.
-std::string Quoted(const std::uint8_t* value, std::size_t length) {
-    std::string out = "\"";
+void Quoted(std::string& out, const std::uint8_t* value, std::size_t length) {
+    out += '"';
     const std::size_t n = length > 0 ? length - 1 : 0;
     for (std::size_t i = 0; i < n;) {
         const std::uint8_t c = value[i];
@@ -70,7 +70,12 @@ std::string Quoted(const std::uint8_t* value, std::size_t length) {
             default:
                 break;
         }
-        const unsigned int seq = c >= 0x20 && c != 0x7F ? Utf8Sequence(value + i, n - i) : 0;
+        if (c >= 0x20 && c < 0x7F) {
+            out += static_cast<char>(c);
+            ++i;
+            continue;
+        }
+        const unsigned int seq = c > 0x7F ? Utf8Sequence(value + i, n - i) : 0;
         if (seq == 0) {
             std::snprintf(buf, sizeof buf, "\\x%02x", c);
             out += buf;
@@ -80,53 +85,80 @@ std::string Quoted(const std::uint8_t* value, std::size_t length) {
             i += seq;
         }
     }
-    return out + "\"";
+    out += '"';
 }
 
-std::string Number(long long v, unsigned int width) {
+void Number(std::string& out, long long v, unsigned int width) {
     // Hex shows the bits as they travel: two's complement at the class width.
     const unsigned long long mask = width >= 8 ? ~0ULL : (1ULL << (8 * width)) - 1;
     char buf[64];
     std::snprintf(buf, sizeof buf, "%lld (0x%0*llx)", v, static_cast<int>(2 * width),
                   static_cast<unsigned long long>(v) & mask);
-    return buf;
+    out += buf;
 }
 
-std::string Size(std::size_t n) {
-    return std::to_string(n) + (n == 1 ? " byte" : " bytes");
+void Size(std::string& out, std::size_t n) {
+    out += std::to_string(n);
+    out += n == 1 ? " byte" : " bytes";
 }
 
-std::string FirstBytes(const std::uint8_t* value, std::size_t length) {
-    std::string out = Size(length);
-    if (length == 0) return out;
-    out += ": " + EncodeHex(value, length < kShownBytes ? length : kShownBytes, 0);
+void FirstBytes(std::string& out, const std::uint8_t* value, std::size_t length) {
+    Size(out, length);
+    if (length == 0) return;
+    out += ": ";
+    out += EncodeHex(value, length < kShownBytes ? length : kShownBytes, 0);
     if (length > kShownBytes) out += " ...";
-    return out;
 }
 
 }  // namespace
 
-std::string DumpLine(const Element& e, const char* name, bool color) {
+void DumpLine(std::string& line, const Element& e, const char* name, bool color) {
     const Palette& p = color ? kColours : kPlain;
     char offset[32];
     std::snprintf(offset, sizeof offset, "%6zu", e.offset);
+    line += p.offset;
+    line += offset;
+    line += p.reset;
     // Indentation stops growing at some depth, so that a stream of deeply
     // nested nodes cannot make the dump quadratic in its size; deeper lines
     // say their depth instead.
-    std::string indent(2 * (e.depth < kIndentedDepth ? e.depth : kIndentedDepth), ' ');
-    if (e.depth > kIndentedDepth) indent += "(depth " + std::to_string(e.depth) + ") ";
-    std::string line = std::string(p.offset) + offset + p.reset + "  " + indent + p.cls +
-                       ClassName(e.header.elementClass) + p.reset + " " +
-                       std::to_string(e.header.typeId);
-    if (name != nullptr) line += std::string(" ") + p.name + name + p.reset;
+    line.append(2 + 2 * (e.depth < kIndentedDepth ? e.depth : kIndentedDepth), ' ');
+    if (e.depth > kIndentedDepth) line += "(depth " + std::to_string(e.depth) + ") ";
+    line += p.cls;
+    line += ClassName(e.header.elementClass);
+    line += p.reset;
+    line += ' ';
+    line += std::to_string(e.header.typeId);
+    if (name != nullptr) {
+        line += ' ';
+        line += p.name;
+        line += name;
+        line += p.reset;
+    }
     const unsigned int cls = e.header.elementClass;
     const std::uint32_t length = e.header.length;
-    if (cls == Node) return line + " [" + Size(length) + "]";
-    if (cls == String) return line + " = " + p.text + Quoted(e.value, length) + p.reset;
-    if (cls == ByteStream) return line + " = " + p.number + FirstBytes(e.value, length) + p.reset;
     const unsigned int fixed = FixedSize(cls);
-    if (fixed == 0) return line + " [" + FirstBytes(e.value, length) + "]";
-    return line + " = " + p.number + Number(e.number, fixed) + p.reset;
+    if (cls == Node || (fixed == 0 && cls != String && cls != ByteStream)) {
+        // A node's content size; an undefined class's bytes, as far as shown.
+        line += " [";
+        if (cls == Node) {
+            Size(line, length);
+        } else {
+            FirstBytes(line, e.value, length);
+        }
+        line += ']';
+        return;
+    }
+    line += " = ";
+    line += cls == String ? p.text : p.number;
+    if (cls == String) {
+        Quoted(line, e.value, length);
+    } else if (cls == ByteStream) {
+        FirstBytes(line, e.value, length);
+    } else {
+        Number(line, e.number, fixed);
+    }
+    line += p.reset;
 }
 
 }  // namespace pimtlv_tool

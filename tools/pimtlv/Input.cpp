@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -100,6 +101,48 @@ InputBytes::InputBytes(const std::string& path) {
 
 InputBytes::~InputBytes() {
     if (m_map != nullptr) ::munmap(m_map, m_size);
+}
+
+InputReader::InputReader(const std::string& path)
+    : m_name(path.empty() || path == "-" ? std::string("standard input") : "'" + path + "'"),
+      m_fd(OpenInput(path)),
+      m_piece(std::size_t{1} << 16) {
+    struct stat st {};
+    const bool file = ::fstat(m_fd, &st) == 0 && S_ISREG(st.st_mode);
+    m_progress = std::make_unique<Progress>(file ? static_cast<std::size_t>(st.st_size) : 0);
+    Next();
+}
+
+InputReader::~InputReader() {
+    if (m_fd != STDIN_FILENO) ::close(m_fd);
+}
+
+void InputReader::Next() {
+    m_before += m_length;
+    m_pos = m_length = 0;
+    for (;;) {
+        const ssize_t n = ::read(m_fd, m_piece.data(), m_piece.size());
+        if (n >= 0) {
+            m_length = static_cast<std::size_t>(n);
+            m_progress->At(m_before);
+            return;
+        }
+        if (errno == EINTR) continue;
+        const int err = errno;
+        throw UsageError("cannot read " + m_name + ": " + std::strerror(err));
+    }
+}
+
+void InputReader::LineAndColumn(std::size_t offset, std::size_t& line, std::size_t& column) const {
+    line = m_line;
+    column = (offset > m_lineStart ? offset - m_lineStart : 0) + 1;
+    // The rest of the piece, up to the offset, may start new lines.
+    for (std::size_t at = m_before + m_pos; at < offset && at < m_before + m_length; ++at) {
+        if (m_piece[at - m_before] == '\n') {
+            ++line;
+            column = offset - at;
+        }
+    }
 }
 
 std::string ReadInput(const std::string& path) {

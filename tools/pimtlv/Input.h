@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -27,8 +28,47 @@ class InputBytes {
   private:
     const std::uint8_t* m_data = nullptr;
     std::size_t m_size = 0;
-    void* m_map = nullptr;  // what munmap takes back, when mapped
-    Bytes m_read;           // the bytes, when read
+    void* m_map = nullptr;             // what munmap takes back, when mapped
+    mutable std::size_t m_passed = 0;  // bytes handed back
+    Bytes m_read;                      // the bytes, when read
+};
+
+class Progress;
+
+// An input read front to back in pieces, one character at a time, for a
+// reader that never looks back (the JSON reader of encode): it holds one
+// piece whatever the size of the input, a pipe's as well as a file's. Counts
+// lines on the way, to say where a fault is. Throws UsageError as InputBytes.
+class InputReader {
+  public:
+    explicit InputReader(const std::string& path);
+    ~InputReader();
+    InputReader(const InputReader&) = delete;
+    InputReader& operator=(const InputReader&) = delete;
+
+    bool AtEnd() const { return m_pos == m_length; }
+    char Peek() const { return m_piece[m_pos]; }
+    void Advance() {
+        if (m_piece[m_pos] == '\n') {
+            ++m_line;
+            m_lineStart = m_before + m_pos + 1;
+        }
+        if (++m_pos == m_length) Next();
+    }
+    // Line and column (both from 1) of a byte offset in the current line or
+    // on a later one the reader has not reached.
+    void LineAndColumn(std::size_t offset, std::size_t& line, std::size_t& column) const;
+
+  private:
+    void Next();
+
+    std::string m_name;
+    int m_fd = -1;
+    std::vector<char> m_piece;
+    std::size_t m_pos = 0, m_length = 0;
+    std::size_t m_before = 0;  // bytes of the pieces before this one
+    std::size_t m_line = 1, m_lineStart = 0;
+    std::unique_ptr<Progress> m_progress;
 };
 
 // Reads a whole file, or standard input for "-" or an empty name. Throws

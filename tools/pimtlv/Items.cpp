@@ -140,29 +140,29 @@ const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsi
     return frame != nullptr ? frame->name : nullptr;
 }
 
-void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
-                 std::vector<std::string>& refused) {
-    if (!calls.is_array()) throw UsageError("\"calls\" must be an array");
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        const Json& call = calls[i];
-        const std::string where = "call " + std::to_string(i);
-        if (!call.is_object()) throw UsageError(where + " must be an object");
-        for (const auto& entry : call.items()) {
-            if (entry.key() != "op" && entry.key() != "args") {
-                throw UsageError(where + ": unknown key '" + entry.key() + "'");
-            }
+void ReplayCall(const std::vector<OpEntry>& ops, const Json& call, std::size_t index, void* target,
+                std::vector<std::string>& refused) {
+    const std::string where = "call " + std::to_string(index);
+    if (!call.is_object()) throw UsageError(where + " must be an object");
+    for (const auto& entry : call.items()) {
+        if (entry.key() != "op" && entry.key() != "args") {
+            throw UsageError(where + ": unknown key '" + entry.key() + "'");
         }
-        if (!call.contains("op") || !call["op"].is_string()) {
-            throw UsageError(where + ": \"op\" must name an operation");
-        }
-        const std::string name = call["op"].get<std::string>();
-        const OpEntry* found = nullptr;
-        for (const OpEntry& op : ops) {
-            if (name == op.name) found = &op;
-        }
-        if (found == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
-        const Json args = call.contains("args") ? call["args"] : Json(nullptr);
-        if (!found->invoke(target, args, *found, i)) refused.push_back(where + " (" + name + ")");
+    }
+    const auto op = call.find("op");
+    if (op == call.end() || !op->is_string()) {
+        throw UsageError(where + ": \"op\" must name an operation");
+    }
+    const std::string& name = op->get_ref<const std::string&>();
+    const OpEntry* found = nullptr;
+    for (const OpEntry& entry : ops) {
+        if (name == entry.name) found = &entry;
+    }
+    if (found == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
+    static const Json none;
+    const auto args = call.find("args");
+    if (!found->invoke(target, args != call.end() ? *args : none, *found, index)) {
+        refused.push_back(where + " (" + name + ")");
     }
 }
 

@@ -1,6 +1,7 @@
 #ifndef PIMTLV_TOOL_ITEMS_H
 #define PIMTLV_TOOL_ITEMS_H
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,19 @@ struct ParseRun {
     unsigned int consumed = 0;
 };
 
+// Replays calls into one item's creator as they come, so that a document
+// need not be held whole: the calls of its JSON form, then the stream.
+class EncodeSession {
+  public:
+    virtual ~EncodeSession() = default;
+    // Makes call number index (a JSON object of the decode form). A refused
+    // call is listed in refused; throws UsageError for a call it cannot make.
+    virtual void Call(const Json& call, std::size_t index, std::vector<std::string>& refused) = 0;
+    // The stream of the calls made. Throws UsageError when the creator cannot
+    // finish it.
+    virtual Bytes Finish() = 0;
+};
+
 // One item's adapter between its codec and the tool.
 struct ItemAdapter {
     const char* kind;
@@ -44,11 +58,8 @@ struct ItemAdapter {
     std::vector<OpEntry> ops;
     // Runs the item's parser with a receiver that records into recorder.
     ParseRun (*decode)(ByteView data, Recorder& recorder);
-    // Replays calls (a JSON array) into the item's creator. Returns the
-    // bytes; refused calls are listed in refused. Throws UsageError for
-    // calls it cannot make.
-    Bytes (*encode)(const std::vector<OpEntry>& ops, const Json& calls,
-                    std::vector<std::string>& refused);
+    // A creator of the item, to replay calls into one at a time.
+    std::unique_ptr<EncodeSession> (*encode)(const std::vector<OpEntry>& ops);
     // Where a stream does not come back byte for byte after decode and
     // encode, by design; shown by the tool's help.
     const char* asymmetries;
@@ -68,28 +79,41 @@ const ItemAdapter* FindAdapter(const std::string& kind);
 const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsigned int id,
                    unsigned int depth);
 
-// Invokes every call of calls (a JSON array) on target, the Attributes
-// interface the ops were made for; refused calls are listed in refused.
-void ReplayCalls(const std::vector<OpEntry>& ops, const Json& calls, void* target,
-                 std::vector<std::string>& refused);
+// Invokes call number index (a JSON object) on target, the Attributes
+// interface the ops were made for; a refused call is listed in refused.
+void ReplayCall(const std::vector<OpEntry>& ops, const Json& call, std::size_t index, void* target,
+                std::vector<std::string>& refused);
 
-// Replays calls through a creator whose Attributes interface is Iface:
-// every call's op is looked up in ops and invoked; then GetData.
+// The session of a creator whose Attributes interface is Iface: every call's
+// op is looked up in ops and invoked; then GetData.
 template <typename Iface, typename Creator>
-Bytes EncodeWith(const std::vector<OpEntry>& ops, const Json& calls,
-                 std::vector<std::string>& refused) {
-    Creator creator;
-    Iface& target = creator;
-    ReplayCalls(ops, calls, &target, refused);
-    const void* data = nullptr;
-    unsigned int length = 0;
-    if (!creator.GetData(data, length)) {
-        throw UsageError(
-            "the creator could not finish the stream (a property node is left open "
-            "after a refused call, or Begin/End are missing)");
+class CreatorSession : public EncodeSession {
+  public:
+    explicit CreatorSession(const std::vector<OpEntry>& ops) : m_ops(ops) {}
+    void Call(const Json& call, std::size_t index, std::vector<std::string>& refused) override {
+        Iface& target = m_creator;
+        ReplayCall(m_ops, call, index, &target, refused);
     }
-    const auto* bytes = static_cast<const std::uint8_t*>(data);
-    return Bytes(bytes, bytes + length);
+    Bytes Finish() override {
+        const void* data = nullptr;
+        unsigned int length = 0;
+        if (!m_creator.GetData(data, length)) {
+            throw UsageError(
+                "the creator could not finish the stream (a property node is left open "
+                "after a refused call, or Begin/End are missing)");
+        }
+        const auto* bytes = static_cast<const std::uint8_t*>(data);
+        return Bytes(bytes, bytes + length);
+    }
+
+  private:
+    const std::vector<OpEntry>& m_ops;
+    Creator m_creator;
+};
+
+template <typename Iface, typename Creator>
+std::unique_ptr<EncodeSession> EncodeWith(const std::vector<OpEntry>& ops) {
+    return std::make_unique<CreatorSession<Iface, Creator>>(ops);
 }
 
 // Runs Parser over data with Receiver (constructed from the recorder).

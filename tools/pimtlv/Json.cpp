@@ -1,6 +1,7 @@
 #include "Json.h"
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
 #include "Input.h"
@@ -105,6 +106,49 @@ void Spill::Drain(const std::function<void(std::string_view)>& piece) {
     }
     if (!m_memory.empty()) piece(m_memory);
     m_memory.clear();
+}
+
+void HeldDiagnostics::Add(int code, const char* text, std::size_t call) {
+    if (text == nullptr) text = "";
+    if (m_last.count != 0 && m_last.code == code && m_last.call == call && m_last.text == text) {
+        ++m_last.count;
+        return;
+    }
+    if (m_last.count != 0) Keep(m_last);
+    m_last.code = code;
+    m_last.call = call;
+    m_last.count = 1;
+    m_last.text = text;
+}
+
+// A run as a record: its numbers, the text's length, the text.
+void HeldDiagnostics::Keep(const Run& run) {
+    const std::size_t numbers[] = {static_cast<std::size_t>(run.code), run.call, run.count,
+                                   run.text.size()};
+    m_earlier.Append(std::string_view(reinterpret_cast<const char*>(numbers), sizeof numbers));
+    m_earlier.Append(run.text);
+}
+
+void HeldDiagnostics::Drain(
+    const std::function<void(int, std::string_view, std::size_t, std::size_t)>& show) {
+    if (m_last.count == 0) return;
+    Keep(m_last);
+    m_last.count = 0;
+    std::string pending;  // records read back, cut anywhere by the pieces
+    std::size_t used = 0;
+    m_earlier.Drain([&](std::string_view piece) {
+        pending.erase(0, used);
+        used = 0;
+        pending.append(piece);
+        std::size_t numbers[4];
+        while (pending.size() - used >= sizeof numbers) {
+            std::memcpy(numbers, pending.data() + used, sizeof numbers);
+            if (pending.size() - used - sizeof numbers < numbers[3]) break;
+            const std::string_view text(pending.data() + used + sizeof numbers, numbers[3]);
+            show(static_cast<int>(numbers[0]), text, numbers[1], numbers[2]);
+            used += sizeof numbers + numbers[3];
+        }
+    });
 }
 
 void AppendJson(std::string& out, const Json& value) {

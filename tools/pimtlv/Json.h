@@ -359,7 +359,6 @@ class Spill {
     Spill& operator=(const Spill&) = delete;
 
     void Append(std::string_view text);
-    bool Empty() const { return m_memory.empty() && m_fileSize == 0; }
     // Hands everything kept to piece, in order and in pieces, then starts
     // empty again.
     void Drain(const std::function<void(std::string_view)>& piece);
@@ -369,6 +368,31 @@ class Spill {
     std::string m_memory;
     std::FILE* m_file = nullptr;
     std::size_t m_fileSize = 0;
+};
+
+// Diagnostics a parse reported, held until they can be shown (check shows
+// each with the call that follows it, decode lists them after the calls). A
+// run of the same diagnostic, which is what a stream of many refused
+// elements gives, is held once with its count; the rest in a Spill.
+class HeldDiagnostics {
+  public:
+    void Add(int code, const char* text, std::size_t call);
+    bool Empty() const { return m_last.count == 0; }
+    // Hands each held run to show(code, text, call, count), in order, then
+    // holds nothing.
+    void Drain(const std::function<void(int, std::string_view, std::size_t, std::size_t)>& show);
+
+  private:
+    struct Run {
+        int code = 0;
+        std::size_t call = 0;
+        std::size_t count = 0;
+        std::string text;
+    };
+    void Keep(const Run& run);
+
+    Run m_last;  // the run being counted; those before it are in m_earlier
+    Spill m_earlier;
 };
 
 // Compact JSON, as nlohmann's dump writes it (invalid UTF-8 replaced).

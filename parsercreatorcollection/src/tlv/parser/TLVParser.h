@@ -55,6 +55,18 @@ class PIMTLV_API CTLVParser {
     // Walks limit bytes from the position (clipped to the stream's end).
     bool parseBuffer(const unsigned int& limit);
 
+    // Parse, with every element reported to target by a direct call. A
+    // parser that is its own target, with final element operations, passes
+    // itself, and the walk's calls bind statically instead of through ITLV;
+    // Parse is this with the ITLV given at construction. Defined, with the
+    // walk, in TLVWalk.h.
+    template <typename Target>
+    bool ParseInto(Target& target, const void* data, const unsigned int& length,
+                   const char*& errorText, unsigned int& consumed);
+    // parseBuffer, reporting to target.
+    template <typename Target>
+    bool walk(Target& target, unsigned int limit);
+
     // Bytes left between the position and limitEnd.
     unsigned int remaining(unsigned int limitEnd) const noexcept {
         return limitEnd > m_position ? limitEnd - m_position : 0;
@@ -72,12 +84,26 @@ class PIMTLV_API CTLVParser {
         unsigned int end;  // offset one past the node's value
     };
     // A String value that is not valid UTF-8: repaired in a copy that lives
-    // until Parse returns, then delivered. The rare path, kept out of the walk.
+    // until Parse returns; null (traced) when that fails. The rare path, kept
+    // out of the walk.
 #if defined(__GNUC__)
     __attribute__((noinline, cold))
 #endif
-    bool
-    deliverRepaired(unsigned int typeId, const unsigned char* value, unsigned int length);
+    const char*
+    repairText(const unsigned char* value, unsigned int length);
+    // Begins a walk of length bytes at data.
+    void start(const void* data, unsigned int length, const char*& errorText,
+               unsigned int& consumed) noexcept;
+    // Ends a walk: how far it read, and the repaired texts freed.
+    void finish(unsigned int& consumed) noexcept;
+    // Opens a node frame; false when memory for the walk itself runs out.
+    // Frames are kept between parses, so growing is the rare case.
+    bool push(unsigned int typeId, unsigned int end) noexcept {
+        if (m_stack.size() == m_stack.capacity()) return pushGrowing(typeId, end);
+        m_stack.push_back(Frame{typeId, end});
+        return true;
+    }
+    bool pushGrowing(unsigned int typeId, unsigned int end) noexcept;
 
     unsigned int m_end = 0;  // no read goes at or past this offset (innermost node's end)
 

@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "platform/Utf8.h"
 #include "platform/Velmor.h"
 
 namespace ParserCreatorCollection {
@@ -126,12 +127,14 @@ class CTLVCreator::CTLVCreatorImpl {
     }
 
     bool LeafString(unsigned int typeId, const char* text) {
-        const unsigned int length = Velmor_PAL_strlen(text);
-        if (length >= CTLVObject::MaxValueLength) {
+        // The platform's strlen, inline: null is the empty text.
+        const std::size_t size = text == nullptr ? 0 : std::strlen(text);
+        if (size >= CTLVObject::MaxValueLength) {
             Trace(3, LineString);
             return false;
         }
-        if (length != 0 && Velmor_UTF8_rfc3629_check_string(text, length, 0) == 0) {
+        const auto length = static_cast<unsigned int>(size);
+        if (length != 0 && !PAL::IsValidUtf8(text, length)) {
             return LeafStringRepaired(typeId, text, length);
         }
         if (!Value(String, typeId, text, length, true)) {

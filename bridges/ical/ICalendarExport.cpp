@@ -1,0 +1,603 @@
+// Item streams to iCalendar text. Each item's parser replays it to a
+// receiver that turns every call into a libical property through the mapping
+// table; libical writes the VCALENDAR (line folding, escaping, quoting).
+
+#include <strings.h>
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ICalendarBridge.h"
+#include "bridges/common/ItemStreams.h"
+#include "bridges/common/LossCollector.h"
+#include "pimshared/calendar/TLVCalendarParser.h"
+#include "pimshared/note/TLVNoteParser.h"
+#include "pimshared/task/TLVTaskParser.h"
+#include "private/ICalendarMapping.h"
+
+namespace PimBridge {
+
+using namespace Ical;
+
+namespace {
+
+using XParams = PAL::TVector<PimShared::tXParam>;
+using Texts = PAL::TVector<const char*>;
+
+// Written when no item names a product.
+constexpr const char* kOwnProductId = "-//pimtlv//pimtlv iCalendar bridge//EN";
+
+struct ComponentDeleter {
+    void operator()(icalcomponent* c) const { icalcomponent_free(c); }
+};
+using ComponentPtr = std::unique_ptr<icalcomponent, ComponentDeleter>;
+
+// The calendar's PRODID or VERSION: the first item's that has one; an item
+// with another one loses its own.
+struct CalendarText {
+    icalproperty_kind kind;
+    bool set = false;
+    std::string text;
+    std::vector<std::pair<std::string, std::string>> xParams;
+
+    bool Same(const char* t, const XParams& x) const {
+        if (text != (t != nullptr ? t : "") || xParams.size() != x.size()) return false;
+        for (unsigned int i = 0; i < x.size(); ++i) {
+            const PimShared::tXParam& p = *x.at(i);
+            if (xParams[i].first != (p.name ? p.name : "") ||
+                xParams[i].second != (p.value ? p.value : "")) {
+                return false;
+            }
+        }
+        return true;
+    }
+};
+
+// Texts that libical writes as they are (parameter values, addresses,
+// enumerated values) must stay on one line: a line break in them would end
+// the line early and let the rest read as lines of their own.
+bool OneLine(const char* text) {
+    for (const char* p = text; *p != '\0'; ++p) {
+        const unsigned char c = static_cast<unsigned char>(*p);
+        if ((c < 0x20 && c != '\t') || c == 0x7F) return false;
+    }
+    return true;
+}
+
+bool IsName(const char* name) {
+    if (name[0] == '\0') return false;
+    for (const char* p = name; *p != '\0'; ++p) {
+        if (!IsNameChar(*p)) return false;
+    }
+    return true;
+}
+
+icalparameter* ParamOfKind(icalparameter_kind kind, const char* value) {
+    return OneLine(value) ? icalparameter_new_from_value_string(kind, value) : nullptr;
+}
+
+// Null for a name or value that cannot be written as a parameter.
+icalparameter* MakeParam(const char* name, const char* value) {
+    if (!IsName(name) || !OneLine(value)) return nullptr;
+    const icalparameter_kind kind = icalparameter_string_to_kind(name);
+    icalparameter* param = nullptr;
+    if (kind == ICAL_X_PARAMETER || kind == ICAL_NO_PARAMETER || kind == ICAL_IANA_PARAMETER) {
+        const bool x = strncasecmp(name, "X-", 2) == 0;
+        param = x ? icalparameter_new_x(value) : icalparameter_new_iana(value);
+        if (param != nullptr) {
+            if (x) {
+                icalparameter_set_xname(param, name);
+            } else {
+                icalparameter_set_iana_name(param, name);
+            }
+        }
+    } else {
+        param = icalparameter_new_from_value_string(kind, value);
+    }
+    return param;
+}
+
+// Builds the component of one item from the parser's calls.
+class ComponentWriter {
+  public:
+    ComponentWriter(CalendarText& prodid, CalendarText& version)
+        : m_prodid(prodid), m_version(version) {}
+
+    // The next item goes into component; what it says and loses into item.
+    void Start(icalcomponent* component, ExportedItem& item, std::size_t position) {
+        m_component = component;
+        m_item = &item;
+        m_position = position;
+        m_created = icaltime_null_time();
+        m_modified = icaltime_null_time();
+    }
+    bool Begin(unsigned int instance) {
+        if (instance != m_position) m_losses.Add("instance number", 0);
+        return true;
+    }
+    bool Put(eOp op, const PropertyValues& v);
+    void Unplaced(const char* what) { m_losses.Add(what, 0); }
+    bool Trace(int code, const char* text) {
+        if (code != 0) m_item->diagnostics.push_back(Diagnostic{code, text != nullptr ? text : ""});
+        return true;
+    }
+    std::vector<Loss> TakeLosses() { return m_losses.Take(); }
+    // RFC 5545 wants a DTSTAMP in every event, task and note; the items do
+    // not carry one, so it is made from what they do carry, the same for the
+    // same item every time: the last modification, else the creation, else
+    // the start of 1970, all in UTC.
+    void AddStamp() {
+        icaltimetype stamp = m_modified.year != 0  ? m_modified
+                             : m_created.year != 0 ? m_created
+                                                   : icaltime_from_timet_with_zone(0, 0, nullptr);
+        stamp.is_date = 0;
+        stamp.zone = icaltimezone_get_utc_timezone();
+        icalcomponent_add_property(m_component, icalproperty_new_dtstamp(stamp));
+    }
+
+  private:
+    bool PutCalendarText(CalendarText& target, const PropertyValues& v);
+    icalvalue* MakeValue(const PropertyRow& row, eOp op, const PropertyValues& v,
+                         icalproperty* property);
+    void AddParams(const PropertyRow& row, const PropertyValues& v, icalproperty* property);
+
+    CalendarText& m_prodid;
+    CalendarText& m_version;
+    icalcomponent* m_component = nullptr;
+    ExportedItem* m_item = nullptr;
+    LossCollector m_losses;
+    std::size_t m_position = 0;
+    icaltimetype m_created = icaltime_null_time();
+    icaltimetype m_modified = icaltime_null_time();
+};
+
+bool ComponentWriter::PutCalendarText(CalendarText& target, const PropertyValues& v) {
+    const XParams& x = *v.xParams;
+    if (!target.set) {
+        target.set = true;
+        target.text = v.text[0] != nullptr ? v.text[0] : "";
+        for (const PimShared::tXParam& p : x) {
+            target.xParams.emplace_back(p.name ? p.name : "", p.value ? p.value : "");
+        }
+    } else if (!target.Same(v.text[0], x)) {
+        m_losses.Add(icalproperty_kind_to_string(target.kind), 0);
+    }
+    return true;
+}
+
+// The name of a date-time's marker parameter, as the import wrote it.
+bool IsMarker(const PimShared::tXParam& p, bool zoneArgument) {
+    if (p.name == nullptr) return true;
+    return std::strcmp(p.name, kTimeMarker) == 0 || std::strcmp(p.name, kValueParam) == 0 ||
+           (!zoneArgument && std::strcmp(p.name, kTzidParam) == 0);
+}
+
+const char* Find(const XParams& x, const char* name) {
+    for (const PimShared::tXParam& p : x) {
+        if (p.name != nullptr && std::strcmp(p.name, name) == 0) return p.value;
+    }
+    return nullptr;
+}
+
+icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const PropertyValues& v,
+                                      icalproperty* property) {
+    switch (row.shape) {
+        case eShape::Byte:
+        case eShape::Word:
+            return icalvalue_new_integer(static_cast<int>(v.number));
+        case eShape::DateTime: {
+            const XParams& x = *v.xParams;
+            const bool zoned = row.zoneArgument && op == row.op;
+            const char* tzid = zoned ? v.zone : Find(x, kTzidParam);
+            const char* marker = Find(x, kTimeMarker);
+            const char* type = Find(x, kValueParam);
+            const bool date = type != nullptr && std::strcmp(type, kValueDate) == 0;
+            eForm form = eForm::Utc;
+            if (tzid != nullptr) {
+                form = eForm::Zoned;
+            } else if (op == row.localOp) {
+                form = marker != nullptr && std::strcmp(marker, kTimeUtc) == 0 ? eForm::Utc
+                                                                               : eForm::Floating;
+            } else if (!zoned && marker != nullptr && std::strcmp(marker, kTimeFloating) == 0) {
+                form = eForm::Floating;
+            }
+            const PAL::CDateAndTime& dt = *v.dateTime;
+            icaltimetype t = icaltime_null_time();
+            t.year = static_cast<int>(dt.getYear());
+            t.month = static_cast<int>(dt.getMonth());
+            t.day = static_cast<int>(dt.getDay());
+            t.is_date = date ? 1 : 0;
+            if (!date) {
+                t.hour = static_cast<int>(dt.getHour());
+                t.minute = static_cast<int>(dt.getMinute());
+                t.second = static_cast<int>(dt.getSecond());
+                if (form == eForm::Utc) t.zone = icaltimezone_get_utc_timezone();
+            }
+            if (form == eForm::Zoned) {
+                if (OneLine(tzid)) {
+                    icalproperty_add_parameter(property, icalparameter_new_tzid(tzid));
+                } else {
+                    m_losses.Add(std::string(icalproperty_kind_to_string(row.kind)) + ";TZID", 0);
+                }
+            }
+            if (op == eOp::DateTimeCreated) m_created = t;
+            if (op == eOp::LastModified) m_modified = t;
+            icalvalue* value = icalvalue_new_datetime(t);
+            if (value != nullptr && date) icalvalue_free(value), value = icalvalue_new_date(t);
+            return value;
+        }
+        case eShape::Categories: {
+            // libical writes the values of one CATEGORIES line apart by
+            // commas and reads them back as one property each; it has no way
+            // to write a comma inside a category, which then comes back as
+            // two.
+            std::string joined;
+            if (v.list[0] != nullptr) {
+                for (const char* c : *v.list[0]) {
+                    if (!joined.empty()) joined += ',';
+                    joined += c != nullptr ? c : "";
+                    if (c != nullptr && std::strchr(c, ',') != nullptr) {
+                        m_losses.Add("comma inside a category", 0);
+                    }
+                }
+            }
+            return icalvalue_new_text(joined.c_str());
+        }
+        default: {
+            const char* text = v.text[0] != nullptr ? v.text[0] : "";
+            const icalvalue_kind kind = icalproperty_kind_to_value_kind(row.kind);
+            if (kind == ICAL_TEXT_VALUE) return icalvalue_new_text(text);
+            return OneLine(text) ? icalvalue_new_from_string(kind, text) : nullptr;
+        }
+    }
+}
+
+void ComponentWriter::AddParams(const PropertyRow& row, const PropertyValues& v,
+                                icalproperty* property) {
+    const auto name = [&row] { return std::string(icalproperty_kind_to_string(row.kind)); };
+    const auto add = [&](icalparameter* param, icalparameter_kind kind, const char* xName) {
+        if (param != nullptr) {
+            icalproperty_add_parameter(property, param);
+        } else {
+            m_losses.Add(
+                name() + ";" + (xName != nullptr ? xName : icalparameter_kind_to_string(kind)), 0);
+        }
+    };
+    std::size_t count = 0;
+    const ParamSlot* slots = ParamSlots(row.shape, count);
+    for (std::size_t s = 0; s < count; ++s) {
+        const ParamSlot& slot = slots[s];
+        if (slot.list >= 0) {
+            if (v.list[slot.list] == nullptr) continue;
+            for (const char* entry : *v.list[slot.list]) {
+                add(ParamOfKind(slot.kind, entry ? entry : ""), slot.kind, nullptr);
+            }
+        } else if (slot.text == kRsvpSlot) {
+            if (v.rsvp == PimShared::eRsvpNotGiven) continue;
+            add(icalparameter_new_rsvp(v.rsvp == PimShared::eRsvpFalse ? ICAL_RSVP_FALSE
+                                                                       : ICAL_RSVP_TRUE),
+                slot.kind, nullptr);
+        } else if (v.text[slot.text] != nullptr) {
+            add(ParamOfKind(slot.kind, v.text[slot.text]), slot.kind, nullptr);
+        }
+    }
+    const bool dateTime = row.shape == eShape::DateTime;
+    for (const PimShared::tXParam& p : *v.xParams) {
+        if (dateTime && IsMarker(p, row.zoneArgument)) continue;
+        if (p.name == nullptr || !IsName(p.name)) {
+            m_losses.Add(name() + " parameter with an unwritable name", 0);
+            continue;
+        }
+        add(MakeParam(p.name, p.value != nullptr ? p.value : ""), ICAL_X_PARAMETER, p.name);
+    }
+}
+
+bool ComponentWriter::Put(eOp op, const PropertyValues& v) {
+    const PropertyRow* row = RowOfOp(op);
+    if (row == nullptr) return true;
+    if (op == eOp::ProductIdentifier) return PutCalendarText(m_prodid, v);
+    if (op == eOp::Version) return PutCalendarText(m_version, v);
+    icalproperty* property = icalproperty_new(row->kind);
+    if (property == nullptr) return true;
+    icalvalue* value = MakeValue(*row, op, v, property);
+    if (value == nullptr) {
+        icalproperty_free(property);
+        m_losses.Add(icalproperty_kind_to_string(row->kind), 0);
+        return true;
+    }
+    icalproperty_set_value(property, value);
+    AddParams(*row, v, property);
+    icalcomponent_add_property(m_component, property);
+    return true;
+}
+
+// The receivers: one line per operation, packing its arguments into
+// PropertyValues. The three items share the common operations; events and
+// tasks add theirs.
+template <typename R>
+class CommonReceiver : public R {
+  public:
+    using Rsvp = typename R::eRsvpType;
+
+    explicit CommonReceiver(ComponentWriter& out) : m_out(out) {}
+
+    bool Begin(const unsigned int& instance) override { return m_out.Begin(instance); }
+    bool End() override { return true; }
+    bool ProductIdentifier(const char* t, const XParams& x) override {
+        return Text(eOp::ProductIdentifier, t, x);
+    }
+    bool Version(const char* t, const XParams& x) override { return Text(eOp::Version, t, x); }
+    bool Categories(const Texts& list, const char* language, const XParams& x) override {
+        PropertyValues v;
+        v.list[0] = &list;
+        v.text[1] = language;
+        return Put(eOp::Categories, v, x);
+    }
+    bool Classification(const char* t, const XParams& x) override {
+        return Text(eOp::Classification, t, x);
+    }
+    bool Description(const char* t, const char* alt, const char* lang, const XParams& x) override {
+        return Rich(eOp::Description, t, alt, lang, x);
+    }
+    bool Status(const char* t, const XParams& x) override { return Text(eOp::Status, t, x); }
+    bool Summary(const char* t, const char* alt, const char* lang, const XParams& x) override {
+        return Rich(eOp::Summary, t, alt, lang, x);
+    }
+    bool UniqueIdentifier(const char* t, const XParams& x) override {
+        return Text(eOp::UniqueIdentifier, t, x);
+    }
+    bool DateTimeCreated(const PAL::CDateAndTime& dt, const XParams& x) override {
+        return Date(eOp::DateTimeCreated, dt, nullptr, x);
+    }
+    bool LastModified(const PAL::CDateAndTime& dt, const XParams& x) override {
+        return Date(eOp::LastModified, dt, nullptr, x);
+    }
+    bool SequenceNumber(const unsigned short& n, const XParams& x) override {
+        PropertyValues v;
+        v.number = n;
+        return Put(eOp::SequenceNumber, v, x);
+    }
+    bool Attendee(const char* a1, const char* a2, const Texts& a3, const char* a4, const char* a5,
+                  const Rsvp& a6, const Texts& a7, const Texts& a8, const char* a9, const char* a10,
+                  const char* a11, const char* a12, const XParams& x) override {
+        PropertyValues v;
+        const char* texts[] = {a1, a2, a4, a5, a9, a10, a11, a12};
+        for (int i = 0; i < PropertyValues::kTexts; ++i) v.text[i] = texts[i];
+        v.list[0] = &a3;
+        v.list[1] = &a7;
+        v.list[2] = &a8;
+        v.rsvp = a6;
+        return Put(eOp::Attendee, v, x);
+    }
+    bool Organizer(const char* a1, const char* a2, const char* a3, const char* a4, const char* a5,
+                   const XParams& x) override {
+        PropertyValues v;
+        const char* texts[] = {a1, a2, a3, a4, a5};
+        for (int i = 0; i < 5; ++i) v.text[i] = texts[i];
+        return Put(eOp::Organizer, v, x);
+    }
+    bool SendStatus(unsigned char) override {
+        m_out.Unplaced("send status");
+        return true;
+    }
+    bool InstanceName(const char*) override {
+        m_out.Unplaced("instance name");
+        return true;
+    }
+    bool TraceMessage(const int& code, const char* text) override {
+        return m_out.Trace(code, text);
+    }
+
+  protected:
+    bool Put(eOp op, PropertyValues& v, const XParams& x) {
+        v.xParams = &x;
+        return m_out.Put(op, v);
+    }
+    bool Text(eOp op, const char* t, const XParams& x) {
+        PropertyValues v;
+        v.text[0] = t;
+        return Put(op, v, x);
+    }
+    bool Rich(eOp op, const char* t, const char* alt, const char* lang, const XParams& x) {
+        PropertyValues v;
+        v.text[0] = t;
+        v.text[1] = alt;
+        v.text[2] = lang;
+        return Put(op, v, x);
+    }
+    bool Date(eOp op, const PAL::CDateAndTime& dt, const char* zone, const XParams& x) {
+        PropertyValues v;
+        v.dateTime = &dt;
+        v.zone = zone;
+        return Put(op, v, x);
+    }
+
+    ComponentWriter& m_out;
+};
+
+template <typename R>
+class EventTaskReceiver : public CommonReceiver<R> {
+  public:
+    using CommonReceiver<R>::CommonReceiver;
+
+    bool Location(const char* t, const char* alt, const char* lang, const XParams& x) override {
+        return this->Rich(eOp::Location, t, alt, lang, x);
+    }
+    bool Priority(const unsigned char& p, const XParams& x) override {
+        PropertyValues v;
+        v.number = p;
+        return this->Put(eOp::Priority, v, x);
+    }
+    bool DateTimeStart(const PAL::CDateAndTime& dt, const char* zone, const XParams& x) override {
+        return this->Date(eOp::DateTimeStart, dt, zone, x);
+    }
+    bool DateTimeStartLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
+        return this->Date(eOp::DateTimeStartLocal, dt, nullptr, x);
+    }
+};
+
+class EventReceiver final : public EventTaskReceiver<PimShared::ICalendarReceiver> {
+  public:
+    using EventTaskReceiver::EventTaskReceiver;
+    bool DateTimeEnd(const PAL::CDateAndTime& dt, const char* zone, const XParams& x) override {
+        return Date(eOp::DateTimeEnd, dt, zone, x);
+    }
+    bool DateTimeEndLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
+        return Date(eOp::DateTimeEndLocal, dt, nullptr, x);
+    }
+};
+
+class TaskReceiver final : public EventTaskReceiver<PimShared::ITaskReceiver> {
+  public:
+    using EventTaskReceiver::EventTaskReceiver;
+    bool DateTimeDueLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
+        return Date(eOp::DateTimeDueLocal, dt, nullptr, x);
+    }
+};
+
+using NoteReceiver = CommonReceiver<PimShared::INoteReceiver>;
+
+// The three receivers, made once for the whole export; a parser per item,
+// so that nothing one item left half-read (a task parser keeps an extension
+// parameter's name waiting for its value) reaches the next.
+class ItemReaders {
+  public:
+    explicit ItemReaders(ComponentWriter& writer)
+        : m_event(writer), m_task(writer), m_note(writer) {}
+
+    bool Parse(eItem item, const std::uint8_t* data, std::size_t size) {
+        if (size > UINT_MAX) return false;
+        const unsigned int length = static_cast<unsigned int>(size);
+        if (item == kEvent) return Run<PimShared::CTLVCalendarParser>(m_event, data, length);
+        if (item == kTask) return Run<PimShared::CTLVTaskParser>(m_task, data, length);
+        return Run<PimShared::CTLVNoteParser>(m_note, data, length);
+    }
+
+  private:
+    template <typename Parser, typename Receiver>
+    static bool Run(Receiver& receiver, const std::uint8_t* data, unsigned int length) {
+        Parser parser(receiver);
+        const char* errorText = nullptr;
+        unsigned int consumed = 0;
+        return parser.Parse(data, length, errorText, consumed);
+    }
+
+    EventReceiver m_event;
+    TaskReceiver m_task;
+    NoteReceiver m_note;
+};
+
+struct ItemForm {
+    unsigned int root;
+    unsigned int component;
+    icalcomponent_kind kind;
+    const char* name;
+    eItem item;
+};
+const ItemForm kForms[] = {
+    {1, 103, ICAL_VEVENT_COMPONENT, "event", kEvent},
+    {1, 104, ICAL_VTODO_COMPONENT, "task", kTask},
+    {3, 105, ICAL_VJOURNAL_COMPONENT, "note", kNote},
+};
+
+const ItemForm* FormOf(const ItemSpan& span) {
+    for (const ItemForm& f : kForms) {
+        if (span.root == f.root && span.hasComponent && span.component == f.component) return &f;
+    }
+    return nullptr;
+}
+
+void AddCalendarText(icalcomponent* calendar, const CalendarText& t, const char* fallback) {
+    icalproperty* p = icalproperty_new(t.kind);
+    icalproperty_set_value(p, icalvalue_new_text(t.set ? t.text.c_str() : fallback));
+    for (const auto& x : t.xParams) {
+        if (icalparameter* param = MakeParam(x.first.c_str(), x.second.c_str())) {
+            icalproperty_add_parameter(p, param);
+        }
+    }
+    icalcomponent_add_property(calendar, p);
+}
+
+}  // namespace
+
+ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
+    ExportResult result;
+    if (data == nullptr) size = 0;
+    // The cut first, so that a file with anything but events, tasks and
+    // notes writes nothing.
+    std::vector<std::pair<ItemSpan, const ItemForm*>> spans;
+    std::string why;
+    const bool cut = ForEachItem(
+        data, size,
+        [&](const ItemSpan& span) {
+            const ItemForm* form = FormOf(span);
+            if (form == nullptr) {
+                why = "item at offset " + std::to_string(span.offset) +
+                      " is no event, task or note (root node " + std::to_string(span.root) +
+                      "), which is all iCalendar holds";
+                return false;
+            }
+            spans.emplace_back(span, form);
+            return true;
+        },
+        why);
+    if (!cut || !why.empty()) {
+        result.error = why;
+        return result;
+    }
+    // Each item's component is written by libical as soon as it is built
+    // and freed at once: one small tree at a time, never the whole calendar.
+    CalendarText prodid{ICAL_PRODID_PROPERTY, false, {}, {}};
+    CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
+    ComponentWriter writer(prodid, version);
+    ItemReaders readers(writer);
+    result.items.reserve(spans.size());
+    std::string body;
+    body.reserve(size * 2);  // text runs about 1.5 times the streams' size
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+        const ItemSpan& span = spans[i].first;
+        const ItemForm& form = *spans[i].second;
+        ExportedItem item;
+        item.kind = form.name;
+        item.offset = span.offset;
+        ComponentPtr component(icalcomponent_new(form.kind));
+        writer.Start(component.get(), item, i);
+        item.malformed = !readers.Parse(form.item, data + span.offset, span.size);
+        writer.AddStamp();
+        item.losses = writer.TakeLosses();
+        result.items.push_back(std::move(item));
+        char* text = icalcomponent_as_ical_string_r(component.get());
+        if (text == nullptr) {
+            result.error = "libical could not write the " + std::string(form.name) + " at offset " +
+                           std::to_string(span.offset);
+            result.items.clear();
+            return result;
+        }
+        body += text;
+        std::free(text);
+    }
+    // The calendar around them, as libical writes it without components.
+    ComponentPtr calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT));
+    AddCalendarText(calendar.get(), prodid, kOwnProductId);
+    AddCalendarText(calendar.get(), version, "2.0");
+    char* frame = icalcomponent_as_ical_string_r(calendar.get());
+    const std::string shell = frame != nullptr ? frame : "";
+    std::free(frame);
+    const std::size_t end = shell.rfind("END:VCALENDAR");
+    if (end == std::string::npos) {
+        result.error = "libical could not write the calendar";
+        result.items.clear();
+        return result;
+    }
+    result.text.reserve(shell.size() + body.size());
+    result.text.append(shell, 0, end).append(body).append(shell, end, std::string::npos);
+    result.ok = true;
+    return result;
+}
+
+}  // namespace PimBridge

@@ -1,0 +1,375 @@
+// RFC 5322 text to e-mail streams. GMime parses the message; this file walks
+// what it made and writes each message with CTLVEmailCreator: the message's
+// header fields, then its MIME part, then one nested entity per part of a
+// multipart and one for the message inside a message/rfc822 part.
+#include <cstring>
+#include <string>
+
+#include "bridges/common/LossCollector.h"
+#include "bridges/mime/MimeBridge.h"
+#include "bridges/mime/private/GMime.h"
+#include "bridges/mime/private/MimeTokens.h"
+#include "pimshared/email/TLVEmailCreator.h"
+#include "platform/TVector.h"
+
+namespace PimBridge {
+
+namespace {
+
+using namespace mime;
+
+// The 1-based line of a byte offset. GMime's offsets mostly grow as the walk
+// goes on, so counting on from the last answer keeps each question cheap.
+class LineCounter {
+  public:
+    LineCounter(const char* text, std::size_t size) : m_text(text), m_size(size) {}
+
+    unsigned int LineAt(gint64 offset) {
+        const std::size_t target =
+            offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset), m_size);
+        if (target < m_pos) {
+            m_pos = 0;
+            m_line = 1;
+        }
+        const char* p = m_text + m_pos;
+        const char* end = m_text + target;
+        while (p < end) {
+            p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+            if (p == nullptr) break;
+            ++m_line;
+            ++p;
+        }
+        m_pos = target;
+        return m_line;
+    }
+
+  private:
+    const char* m_text;
+    std::size_t m_size;
+    std::size_t m_pos = 0;
+    unsigned int m_line = 1;
+};
+
+// Header values as GMime gives them (unfolded, encoded words decoded) lose
+// the blanks around them, which belong to the field's syntax, not its value.
+std::string Trimmed(const char* value) {
+    if (value == nullptr) return std::string();
+    const char* begin = value;
+    const char* end = value + std::strlen(value);
+    while (begin < end && g_ascii_isspace(*begin)) ++begin;
+    while (end > begin && g_ascii_isspace(end[-1])) --end;
+    return std::string(begin, end);
+}
+
+bool HasText(const char* text) {
+    if (text == nullptr) return false;
+    for (; *text != '\0'; ++text) {
+        if (!g_ascii_isspace(*text)) return true;
+    }
+    return false;
+}
+
+class Importer {
+  public:
+    Importer(const char* text, std::size_t size)
+        : m_text(text), m_size(size), m_lines(text, size) {}
+
+    ImportResult Run(bool mbox) {
+        EnsureGMime();
+        m_decoded.reset(g_mime_stream_mem_new());
+        ImportResult result;
+        // Bodies travel decoded, so the streams are seldom larger than the
+        // text: room for them at once spares copying them as they grow.
+        result.streams.reserve(m_size + 64);
+        Ref<GMimeStream> stream = MemoryStream(m_text, m_size);
+        Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+        g_mime_parser_set_format(parser.get(), mbox ? GMIME_FORMAT_MBOX : GMIME_FORMAT_MESSAGE);
+        do {
+            Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+            if (!message) {
+                if (result.items.empty()) {
+                    result.error = mbox ? "no message: an mbox starts with a \"From \" line"
+                                        : "no message: GMime reads none from this text";
+                    result.errorLine = 1;
+                    return result;
+                }
+                break;
+            }
+            const gint64 start = mbox ? g_mime_parser_get_mbox_marker_offset(parser.get()) : 0;
+            if (!Item(message.get())) {
+                result.error = "the e-mail codec refused a value of this message";
+                result.errorLine = m_lines.LineAt(start);
+                return result;
+            }
+            const void* data = nullptr;
+            unsigned int length = 0;
+            if (!m_creator.GetData(data, length)) {
+                result.error = "the e-mail codec could not finish this message";
+                result.errorLine = m_lines.LineAt(start);
+                return result;
+            }
+            ImportedItem item;
+            item.kind = "email";
+            item.offset = result.streams.size();
+            item.size = length;
+            item.line = m_lines.LineAt(start);
+            item.losses = m_losses.Take();
+            const auto* bytes = static_cast<const std::uint8_t*>(data);
+            result.streams.insert(result.streams.end(), bytes, bytes + length);
+            result.items.push_back(std::move(item));
+            m_creator.Reset();
+        } while (mbox && !g_mime_parser_eos(parser.get()));
+        result.ok = true;
+        return result;
+    }
+
+  private:
+    bool Put(bool written) {
+        m_ok = m_ok && written;
+        return m_ok;
+    }
+
+    void Lose(const char* name, gint64 offset) { m_losses.Add(name, m_lines.LineAt(offset)); }
+
+    bool Item(GMimeMessage* message) {
+        m_ok = true;
+        Put(m_creator.Begin(0));
+        Message(message);
+        Put(m_creator.End());
+        return m_ok;
+    }
+
+    // A message's own header fields, then its content.
+    void Message(GMimeMessage* message) {
+        for (const AddressField& field : kAddressFields) {
+            InternetAddressList* list = g_mime_message_get_addresses(message, field.type);
+            const int count = list != nullptr ? internet_address_list_length(list) : 0;
+            for (int i = 0; i < count; ++i)
+                Address(field.member, internet_address_list_get_address(list, i));
+        }
+        // GMime writes "MIME-Version: 1.0" into every message that has none, so
+        // a message without the field is read as what any export of it holds:
+        // version 1.0, the only one MIME has.
+        if (!Headers(GMIME_OBJECT(message), true)) Put(m_creator.MimeVersion("1.0"));
+        GMimeObject* part = g_mime_message_get_mime_part(message);
+        if (part != nullptr) Content(part, true);
+    }
+
+    void Address(A::eMailboxFieldType type, InternetAddress* address) {
+        if (INTERNET_ADDRESS_IS_MAILBOX(address)) {
+            Put(m_creator.Mailbox(
+                type, internet_address_get_name(address),
+                internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(address))));
+            return;
+        }
+        PAL::TVector<A::tMailbox> members;
+        Members(type, internet_address_group_get_members(INTERNET_ADDRESS_GROUP(address)), members);
+        // A group's field is told by its members; an empty group
+        // ("undisclosed-recipients:;") keeps its field with one member that has
+        // neither name nor address, which export reads as no member.
+        if (members.isEmpty()) members.pushBack(A::tMailbox{type, "", ""});
+        const char* name = internet_address_get_name(address);
+        Put(m_creator.Group(name != nullptr ? name : "", members));
+    }
+
+    // Groups cannot nest in RFC 5322; GMime reads a nested one anyway, and its
+    // members join the outer group.
+    static void Members(A::eMailboxFieldType type, InternetAddressList* list,
+                        PAL::TVector<A::tMailbox>& out) {
+        const int count = list != nullptr ? internet_address_list_length(list) : 0;
+        for (int i = 0; i < count; ++i) {
+            InternetAddress* a = internet_address_list_get_address(list, i);
+            if (INTERNET_ADDRESS_IS_MAILBOX(a)) {
+                out.pushBack(
+                    A::tMailbox{type, internet_address_get_name(a),
+                                internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(a))});
+            } else {
+                Members(type, internet_address_group_get_members(INTERNET_ADDRESS_GROUP(a)), out);
+            }
+        }
+    }
+
+    // The fields of one header block that are neither addresses nor the
+    // content fields Content() reads: texts where the item has a place,
+    // losses otherwise. Returns whether MIME-Version was among them.
+    bool Headers(GMimeObject* object, bool message) {
+        bool version = false;
+        GMimeHeaderList* headers = g_mime_object_get_header_list(object);
+        const int count = g_mime_header_list_get_count(headers);
+        for (int i = 0; i < count; ++i) {
+            GMimeHeader* header = g_mime_header_list_get_header_at(headers, i);
+            const char* name = g_mime_header_get_name(header);
+            if (message && IsAddressHeader(name)) continue;
+            if (g_ascii_strcasecmp(name, "Content-Type") == 0 ||
+                g_ascii_strcasecmp(name, "Content-Disposition") == 0 ||
+                g_ascii_strcasecmp(name, "Content-Transfer-Encoding") == 0)
+                continue;
+            const TextField* field = TextFieldOf(name);
+            if (field == nullptr) {
+                Lose(name, g_mime_header_get_offset(header));
+                continue;
+            }
+            version = version || field->op == &A::MimeVersion;
+            const std::string value = Trimmed(g_mime_header_get_value(header));
+            Put((m_creator.*(field->op))(value.c_str()));
+        }
+        return version;
+    }
+
+    // One MIME part: its content fields, then its body or its entities.
+    void Content(GMimeObject* object, bool ofMessage) {
+        ContentType(g_mime_object_get_content_type(object));
+        GMimeContentDisposition* disposition = g_mime_object_get_content_disposition(object);
+        if (disposition != nullptr) Disposition(disposition);
+        Headers(object, false);
+        if (GMIME_IS_MULTIPART(object)) {
+            GMimeMultipart* multipart = GMIME_MULTIPART(object);
+            // Text around the parts is for readers without MIME; the item has
+            // no place for it.
+            GMimeHeader* type = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
+                                                              "Content-Type");
+            const gint64 at = type != nullptr ? g_mime_header_get_offset(type) : 0;
+            if (HasText(g_mime_multipart_get_prologue(multipart))) Lose("(preamble)", at);
+            if (HasText(g_mime_multipart_get_epilogue(multipart))) Lose("(epilogue)", at);
+            const int count = g_mime_multipart_get_count(multipart);
+            for (int i = 0; i < count && m_ok; ++i) {
+                Put(m_creator.BeginEntity());
+                Content(g_mime_multipart_get_part(multipart, i), false);
+                Put(m_creator.EndEntity());
+            }
+        } else if (GMIME_IS_MESSAGE_PART(object)) {
+            GMimeMessage* inner = g_mime_message_part_get_message(GMIME_MESSAGE_PART(object));
+            if (inner != nullptr) {
+                Put(m_creator.BeginEntity());
+                Message(inner);
+                Put(m_creator.EndEntity());
+            }
+        } else if (GMIME_IS_PART(object)) {
+            Body(GMIME_PART(object), ofMessage);
+        }
+    }
+
+    void ContentType(GMimeContentType* type) {
+        if (type == nullptr) return;
+        const char* media = g_mime_content_type_get_media_type(type);
+        const char* subtype = g_mime_content_type_get_media_subtype(type);
+        const auto typeMember =
+            static_cast<A::eContentType>(kContentTypes.MemberOf(media, A::eContentTypeExtension));
+        Put(m_creator.ContentType(typeMember, media != nullptr ? media : ""));
+        const auto subtypeMember = static_cast<A::eContentSubtype>(
+            kContentSubtypes.MemberOf(subtype, A::eContentSubtypeExtension));
+        Put(m_creator.ContentSubtype(subtypeMember, subtype != nullptr ? subtype : ""));
+        ForEachParam(
+            g_mime_content_type_get_parameters(type), [this](const char* name, const char* value) {
+                const unsigned int nameMember =
+                    kContentParamNames.MemberOf(name, A::eContentParamNameExtension);
+                const auto valueMember =
+                    static_cast<A::eContentParamValue>(ContentParamValueOf(nameMember, value));
+                Put(m_creator.ContentTypeParam(static_cast<A::eContentParamName>(nameMember),
+                                               valueMember, name, value));
+            });
+    }
+
+    void Disposition(GMimeContentDisposition* disposition) {
+        const char* kind = g_mime_content_disposition_get_disposition(disposition);
+        const auto member = static_cast<A::eContentDispositionType>(
+            kDispositionTypes.MemberOf(kind, A::eContentDispositionTypeExtension));
+        Put(m_creator.ContentDispositionType(member, kind != nullptr ? kind : ""));
+        ForEachParam(
+            g_mime_content_disposition_get_parameters(disposition),
+            [this](const char* name, const char* value) {
+                const auto nameMember = static_cast<A::eContentDispositionParamName>(
+                    kDispositionParams.MemberOf(name, A::eContentDispositionParamNameExtension));
+                Put(m_creator.ContentDispositionTypeParam(nameMember, value, name));
+            });
+    }
+
+    // Each parameter's name and value (decoded, never null), in order.
+    template <typename OnParam>
+    static void ForEachParam(GMimeParamList* params, OnParam&& onParam) {
+        const int count = params != nullptr ? g_mime_param_list_length(params) : 0;
+        for (int i = 0; i < count; ++i) {
+            GMimeParam* param = g_mime_param_list_get_parameter_at(params, i);
+            const char* name = g_mime_param_get_name(param);
+            const char* value = g_mime_param_get_value(param);
+            onParam(name != nullptr ? name : "", value != nullptr ? value : "");
+        }
+    }
+
+    // The body travels decoded from its transfer encoding, in its own
+    // charset; the encoding it was sent in travels beside it (and as the
+    // Content-Transfer-Encoding when the part names one), so export encodes
+    // it the same way again.
+    void Body(GMimePart* part, bool ofMessage) {
+        GMimeObject* object = GMIME_OBJECT(part);
+        const GMimeContentEncoding encoding = g_mime_part_get_content_encoding(part);
+        GMimeHeader* header = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
+                                                            "Content-Transfer-Encoding");
+        unsigned int member = kTransferEncodings.MemberOf(
+            g_mime_content_encoding_to_string(encoding), A::eContentTransferEncodingNone);
+        if (header != nullptr && member == A::eContentTransferEncodingNone) {
+            // An encoding without a member: uuencode is decoded and travels
+            // as base64; one GMime does not know travels as sent.
+            Lose("Content-Transfer-Encoding", g_mime_header_get_offset(header));
+            if (encoding == GMIME_CONTENT_ENCODING_UUENCODE)
+                member = A::eContentTransferEncodingBase64;
+        }
+        if (member != A::eContentTransferEncodingNone) {
+            Put(m_creator.ContentTransferEncodingEnum(
+                static_cast<A::eContentTransferEncoding>(member)));
+        }
+        const auto bodyEncoding = static_cast<A::eBodyEncoding>(
+            member != A::eContentTransferEncodingNone ? member : A::eBodyEncoding7Bit);
+        const char* charsetName = g_mime_object_get_content_type_parameter(object, "charset");
+        A::eBodyCharset charset = A::eBodyCharsetUnknown;
+        if (charsetName != nullptr) {
+            charset = BodyCharsetOf(charsetName);
+        } else if (g_mime_content_type_is_type(g_mime_object_get_content_type(object), "text",
+                                               "*")) {
+            charset = A::eBodyCharsetUsAscii;
+        }
+        // One buffer serves every body of the import: attachments are large,
+        // and a fresh buffer for each costs its allocation and page faults.
+        GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(m_decoded.get()));
+        g_byte_array_set_size(bytes, 0);
+        g_mime_stream_reset(m_decoded.get());
+        GMimeDataWrapper* content = g_mime_part_get_content(part);
+        if (content != nullptr) {
+            // Sent as lines (7bit, 8bit, quoted-printable), a body's line
+            // breaks are the text's, not content: GMime writes them as LF, and
+            // so they travel; GMime also ends a message's own body with one.
+            // base64 and binary bodies travel byte for byte.
+            if (bodyEncoding != A::eBodyEncodingBase64 && bodyEncoding != A::eBodyEncodingBinary) {
+                Ref<GMimeStream> filtered(g_mime_stream_filter_new(m_decoded.get()));
+                Ref<GMimeFilter> unix(g_mime_filter_dos2unix_new(ofMessage));
+                g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), unix.get());
+                g_mime_data_wrapper_write_to_stream(content, filtered.get());
+                g_mime_stream_flush(filtered.get());
+            } else {
+                g_mime_data_wrapper_write_to_stream(content, m_decoded.get());
+            }
+        }
+        const unsigned int length = bytes->len;
+        Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
+    }
+
+    const char* m_text;
+    std::size_t m_size;
+    LineCounter m_lines;
+    PimShared::CTLVEmailCreator m_creator;
+    LossCollector m_losses;
+    bool m_ok = true;
+    Ref<GMimeStream> m_decoded;  // made once GMime is set up
+};
+
+}  // namespace
+
+ImportResult ImportEml(const char* text, std::size_t size) {
+    return Importer(text, size).Run(false);
+}
+
+ImportResult ImportMbox(const char* text, std::size_t size) {
+    return Importer(text, size).Run(true);
+}
+
+}  // namespace PimBridge

@@ -1,0 +1,310 @@
+// The iCalendar bridge: what each item receives from iCalendar text, what
+// it loses and where, and that the export libical writes imports back to the
+// very same streams.
+#include <gtest/gtest.h>
+#include <libical/ical.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "bridges/ical/ICalendarBridge.h"
+#include "pimshared/calendar/TLVCalendarParser.h"
+#include "pimshared/note/TLVNoteParser.h"
+#include "pimshared/task/TLVTaskParser.h"
+#include "support/CalendarFamily.h"
+
+namespace {
+
+using PimBridge::ExportICalendar;
+using PimBridge::ImportICalendar;
+using PimBridge::ImportResult;
+using Lines = std::vector<std::string>;
+
+std::string Cal(const std::string& body) {
+    return "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\n" + body + "END:VCALENDAR\r\n";
+}
+
+// The property calls of item i, without Begin, PRODID, VERSION and End.
+Lines Calls(const ImportResult& r, std::size_t i) {
+    const auto& item = r.items.at(i);
+    const cftest::Bytes bytes(r.streams.begin() + item.offset,
+                              r.streams.begin() + item.offset + item.size);
+    Lines calls;
+    const auto run = [&](auto& recorder, auto& parser) {
+        EXPECT_TRUE(cftest::ParseWith(parser, bytes));
+        EXPECT_EQ(recorder.traces, Lines{});
+        calls = recorder.calls;
+    };
+    if (item.kind == "event") {
+        cftest::Recorder<PimShared::ICalendarReceiver> rec;
+        PimShared::CTLVCalendarParser parser(rec);
+        run(rec, parser);
+    } else if (item.kind == "task") {
+        cftest::Recorder<PimShared::ITaskReceiver> rec;
+        PimShared::CTLVTaskParser parser(rec);
+        run(rec, parser);
+    } else {
+        cftest::Recorder<PimShared::INoteReceiver> rec;
+        PimShared::CTLVNoteParser parser(rec);
+        run(rec, parser);
+    }
+    if (calls.size() < 4) return calls;
+    return Lines(calls.begin() + 3, calls.end() - 1);
+}
+
+// Export, then import of that export: the same streams.
+void ExpectRoundTrip(const ImportResult& r) {
+    const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    for (const auto& item : out.items) {
+        EXPECT_TRUE(item.diagnostics.empty() && item.losses.empty() && !item.malformed);
+    }
+    const auto again = ImportICalendar(out.text.data(), out.text.size());
+    ASSERT_TRUE(again.ok) << again.error;
+    EXPECT_EQ(again.streams, r.streams) << out.text;
+}
+
+struct ImportCase {
+    const char* name;
+    const char* component;
+    std::string lines;
+    Lines calls;
+};
+
+const std::vector<ImportCase> kImportCases = {
+    {"RichTextEscapedFoldedNonAscii",
+     "VEVENT",
+     "SUMMARY;ALTREP=\"cid:x@y\";LANGUAGE=de:Gr\xC3\xBC\xC3\x9F\x65\\, Welt\\;\\nzwei\r\n  und "
+     "mehr\r\nLOCATION;X-ROOM=\"a;b\":Saal\r\nDESCRIPTION;X-Q=\"say ^'hi^': \xC3\xA9\":d\r\n",
+     {"Summary('Gr\xC3\xBC\xC3\x9F\x65, Welt;\nzwei und mehr''cid:x@y''de'{})",
+      "Location('Saal'nullnull{'X-ROOM'='a;b'})",
+      "Description('d'nullnull{'X-Q'='say \"hi\": \xC3\xA9'})"}},
+    {"EventTimesInEveryForm",
+     "VEVENT",
+     "DTSTART:20260301T100000Z\r\nDTEND;TZID=Europe/Berlin:20260301T120000\r\n"
+     "DTSTART:20260302T080000\r\nDTEND;VALUE=DATE:20260303\r\n",
+     {"DateTimeStart(20260301T100000Znull{})", "DateTimeEnd(20260301T120000Z'Europe/Berlin'{})",
+      "DateTimeStartLocal(20260302T080000Z{})",
+      "DateTimeEndLocal(20260303T000000Z{'VALUE'='DATE'})"}},
+    {"TaskDueAndCreatedOutsideTheirOperationsForm",
+     "VTODO",
+     "DUE:20260301T100000Z\r\nDUE;TZID=America/New_York:20260301T100000\r\n"
+     "DUE:20260301T100000\r\nCREATED:20260101T000000\r\nLAST-MODIFIED;TZID=Z1:20260102T000000\r\n"
+     "DTSTART;TZID=Z2;VALUE=DATE:20260104\r\nPRIORITY:9\r\nSTATUS:IN-PROCESS\r\n",
+     {"DateTimeDueLocal(20260301T100000Z{'X-PIMTLV-TIME'='UTC'})",
+      "DateTimeDueLocal(20260301T100000Z{'TZID'='America/New_York'})",
+      "DateTimeDueLocal(20260301T100000Z{})",
+      "DateTimeCreated(20260101T000000Z{'X-PIMTLV-TIME'='FLOATING'})",
+      "LastModified(20260102T000000Z{'TZID'='Z1'})",
+      "DateTimeStart(20260104T000000Z'Z2'{'VALUE'='DATE'})", "Priority(9{})",
+      "Status('IN-PROCESS'{})"}},
+    {"CategoriesPerLineWithLanguage",
+     "VJOURNAL",
+     "CATEGORIES;LANGUAGE=en:a,b,c\r\nCATEGORIES:d\r\nCLASS:PRIVATE\r\nUID:u1\r\nSEQUENCE:"
+     "65535\r\n",
+     {"Categories(['a','b','c']'en'{})", "Categories(['d']null{})", "Classification('PRIVATE'{})",
+      "UniqueIdentifier('u1'{})", "SequenceNumber(65535{})"}},
+    {"AttendeesAndOrganizerWithEveryParameter",
+     "VEVENT",
+     "ATTENDEE;CUTYPE=GROUP;MEMBER=\"mailto:g@x\";ROLE=CHAIR;PARTSTAT=TENTATIVE;RSVP=TRUE;\r\n"
+     " DELEGATED-TO=\"mailto:t@x\";DELEGATED-FROM=\"mailto:f@x\";SENT-BY=\"mailto:s@x\";\r\n"
+     " CN=\"Doe, J\";DIR=\"ldap://d\";LANGUAGE=fr;X-N=2;SCHEDULE-AGENT=CLIENT:mailto:j@x\r\n"
+     "ATTENDEE;RSVP=FALSE;CN=A;CN=B:mailto:k@x\r\n"
+     "ORGANIZER;SENT-BY=\"mailto:s@x\";CN=Boss;DIR=\"ldap://b\";LANGUAGE=it:mailto:b@x\r\n",
+     {"Attendee('mailto:j@x''GROUP'['mailto:g@x']'CHAIR''TENTATIVE'1['mailto:t@x']['mailto:f@"
+      "x']'mailto:s@x''Doe, J''ldap://d''fr'{'X-N'='2','SCHEDULE-AGENT'='CLIENT'})",
+      "Attendee('mailto:k@x'null[]nullnull0[][]null'A'nullnull{'CN'='B'})",
+      "Organizer('mailto:b@x''mailto:s@x''Boss''ldap://b''it'{})"}},
+};
+
+class ImportTest : public testing::TestWithParam<ImportCase> {};
+
+TEST_P(ImportTest, ItemGetsEveryPropertyAndTheExportReadsBackAlike) {
+    const ImportCase& c = GetParam();
+    const std::string text =
+        Cal(std::string("BEGIN:") + c.component + "\r\n" + c.lines + "END:" + c.component + "\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 1u);
+    EXPECT_EQ(r.items[0].losses.size(), 0u) << r.items[0].losses[0].name;
+    EXPECT_EQ(Calls(r, 0), c.calls);
+    ExpectRoundTrip(r);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ical, ImportTest, testing::ValuesIn(kImportCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(IcalImport, MixedItemsInOrderWithCalendarTextsAndPositions) {
+    const std::string text =
+        Cal("BEGIN:VTODO\r\nUID:t\r\nEND:VTODO\r\nBEGIN:VEVENT\r\nUID:e\r\nEND:VEVENT\r\n"
+            "BEGIN:VJOURNAL\r\nUID:n\r\nEND:VJOURNAL\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 3u);
+    const char* kinds[] = {"task", "event", "note"};
+    const unsigned lines[] = {4, 7, 10};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(r.items[i].kind, kinds[i]);
+        EXPECT_EQ(r.items[i].line, lines[i]);
+    }
+    const auto task = cftest::Bytes(r.streams.begin(), r.streams.begin() + r.items[0].size);
+    cftest::Recorder<PimShared::ITaskReceiver> rec;
+    PimShared::CTLVTaskParser parser(rec);
+    EXPECT_TRUE(cftest::ParseWith(parser, task));
+    EXPECT_EQ(rec.calls, (Lines{"Begin(0)", "ProductIdentifier('-//t//EN'{})", "Version('2.0'{})",
+                                "UniqueIdentifier('t'{})", "End()"}));
+    ExpectRoundTrip(r);
+}
+
+TEST(IcalImport, LossesByNameWithCountAndFirstLine) {
+    const std::string text =
+        Cal("X-WR-CALNAME:c\r\nBEGIN:VTIMEZONE\r\nTZID:Z\r\nEND:VTIMEZONE\r\n"  // lines 4-7
+            "BEGIN:VJOURNAL\r\nDTSTAMP:20260101T000000Z\r\nEXDATE:20260101T000000Z\r\n"
+            "SUMMARY:s\r\nEXDATE:20260102T000000Z\r\nLOCATION:nowhere\r\nPRIORITY:300\r\n"
+            "X-FOO;X-P=1:x\r\nBEGIN:VALARM\r\nACTION:DISPLAY\r\nEND:VALARM\r\nNO NAME\r\n"
+            "CREATED:2026XX01\r\nNO NAME EITHER\r\nEND:VJOURNAL\r\nJUNK\r\n") +
+        "TRAILER\r\n";
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 1u);
+    const auto str = [](const std::vector<PimBridge::Loss>& losses) {
+        std::string s;
+        for (const auto& l : losses)
+            s += l.name + "x" + std::to_string(l.count) + "@" + std::to_string(l.line) + " ";
+        return s;
+    };
+    EXPECT_EQ(
+        str(r.losses),
+        "X-WR-CALNAMEx1@4 unreadable linex1@23 VTIMEZONEx1@5 text outside any componentx1@25 ");
+    EXPECT_EQ(str(r.items[0].losses),
+              "DTSTAMPx1@9 EXDATEx2@10 LOCATIONx1@13 PRIORITYx1@14 "
+              "X-FOOx1@15 unreadable linex3@19 VALARMx1@16 ");
+    EXPECT_TRUE(r.HasLoss());
+}
+
+TEST(IcalImport, ItemsOfSeveralCalendarsGetTheirOwnCalendarTexts) {
+    const std::string one = Cal("BEGIN:VEVENT\r\nEND:VEVENT\r\n");
+    std::string two = one;
+    two.replace(two.find("-//t//EN"), 8, "-//u//EN");
+    const std::string text = one + two;
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 2u);
+    EXPECT_EQ(r.items[1].line, 10u);
+    const auto second = cftest::Bytes(r.streams.begin() + r.items[1].offset, r.streams.end());
+    cftest::Recorder<PimShared::ICalendarReceiver> rec;
+    PimShared::CTLVCalendarParser parser(rec);
+    EXPECT_TRUE(cftest::ParseWith(parser, second));
+    EXPECT_EQ(rec.calls.at(1), "ProductIdentifier('-//u//EN'{})");
+    // One calendar comes back, with the first item's product: the second
+    // item reports that its own has no place.
+    const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    ASSERT_TRUE(out.ok);
+    EXPECT_EQ(out.items[0].losses.size(), 0u);
+    ASSERT_EQ(out.items[1].losses.size(), 1u);
+    EXPECT_EQ(out.items[1].losses[0].name, "PRODID");
+}
+
+TEST(IcalImport, TextThatIsNoICalendarIsAnErrorWithItsLine) {
+    const struct {
+        std::string text;
+        unsigned line;
+    } cases[] = {
+        {"", 1},
+        {"hello\nworld\n", 1},
+        {std::string("BEGIN:VCALENDAR\r\nSUMMARY:a\0b\r\n", 28), 2},
+        {[] {
+             std::string deep = "BEGIN:VCALENDAR\r\n";
+             for (int i = 0; i < 100; ++i) deep += "BEGIN:X-C\r\n";
+             return deep;
+         }(),
+         65},
+    };
+    for (const auto& c : cases) {
+        const ImportResult r = ImportICalendar(c.text.data(), c.text.size());
+        EXPECT_FALSE(r.ok);
+        EXPECT_FALSE(r.error.empty());
+        EXPECT_EQ(r.errorLine, c.line) << r.error;
+    }
+}
+
+TEST(IcalImport, LooksLikeICalendarAfterBomAndBlankLines) {
+    EXPECT_TRUE(PimBridge::LooksLikeICalendar("\xEF\xBB\xBF\r\n\r\nbegin:vcalendar", 32));
+    EXPECT_FALSE(PimBridge::LooksLikeICalendar("BEGIN:VCARD\r\n", 13));
+    EXPECT_FALSE(PimBridge::LooksLikeICalendar("BEGIN:VCAL", 10));
+}
+
+TEST(IcalExport, OneValidCalendarWithStampsThatLibicalReads) {
+    const std::string text =
+        Cal("BEGIN:VEVENT\r\nUID:e\r\nLAST-MODIFIED:20260105T060708Z\r\nSUMMARY:" +
+            std::string(100, 'x') + "\r\nEND:VEVENT\r\nBEGIN:VTODO\r\nEND:VTODO\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok);
+    const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    std::istringstream lines(out.text);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_EQ(line.back(), '\r');
+        EXPECT_LE(line.size(), 76u);
+    }
+    icalcomponent* cal = icalparser_parse_string(out.text.c_str());
+    ASSERT_NE(cal, nullptr);
+    EXPECT_STREQ(
+        icalproperty_get_prodid(icalcomponent_get_first_property(cal, ICAL_PRODID_PROPERTY)),
+        "-//t//EN");
+    icalcomponent* event = icalcomponent_get_first_component(cal, ICAL_VEVENT_COMPONENT);
+    icalcomponent* task = icalcomponent_get_first_component(cal, ICAL_VTODO_COMPONENT);
+    ASSERT_TRUE(event && task);
+    EXPECT_STREQ(icaltime_as_ical_string(icalcomponent_get_dtstamp(event)), "20260105T060708Z");
+    EXPECT_STREQ(icaltime_as_ical_string(icalcomponent_get_dtstamp(task)), "19700101T000000Z");
+    EXPECT_EQ(std::string(icalcomponent_get_summary(event)), std::string(100, 'x'));
+    icalcomponent_free(cal);
+}
+
+TEST(IcalExport, RefusesOtherItemsAndPassesOnWhatParsersReport) {
+    const cftest::Bytes contact = cftest::Element(8, 0, cftest::FromHex("90 0A 04 00 00 00 01"));
+    const auto refused = ExportICalendar(contact.data(), contact.size());
+    EXPECT_FALSE(refused.ok);
+    EXPECT_EQ(refused.text, "");
+    const cftest::Bytes event = cftest::Frame(
+        1, 103, 4, {cftest::N(252, {cftest::U8(377, 1)}), cftest::N(209, {cftest::S(312, "x")})});
+    const auto out = ExportICalendar(event.data(), event.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    ASSERT_EQ(out.items.size(), 1u);
+    EXPECT_EQ(out.items[0].diagnostics.size(), 1u);  // 209 is no property the event knows
+    ASSERT_EQ(out.items[0].losses.size(), 2u);
+    EXPECT_EQ(out.items[0].losses[0].name, "instance number");
+    EXPECT_EQ(out.items[0].losses[1].name, "send status");
+}
+
+TEST(IcalExport, LineBreaksAndBadNamesCannotForgeLines) {
+    const cftest::Bytes event = cftest::Frame(
+        1, 103, 0,
+        {cftest::N(228, {cftest::S(340, "mailto:a@x\r\nEND:VEVENT\r\nBEGIN:VEVENT")}),
+         cftest::N(215, {cftest::S(320, "s"), cftest::S(1013, "X-A:B"), cftest::S(1014, "v"),
+                         cftest::S(1013, "X-C"), cftest::S(1014, "1\r\nUID:forged")})});
+    const auto out = ExportICalendar(event.data(), event.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    EXPECT_EQ(out.text.find("forged"), std::string::npos) << out.text;
+    EXPECT_EQ(out.items[0].losses.size(), 3u);
+    const ImportResult again = ImportICalendar(out.text.data(), out.text.size());
+    ASSERT_TRUE(again.ok);
+    EXPECT_EQ(again.items.size(), 1u);
+    EXPECT_EQ(Calls(again, 0), (Lines{"Summary('s'nullnull{})"}));
+}
+
+TEST(IcalFixtures, EveryFixtureRoundTrips) {
+    for (const char* name : {"mixed.ics"}) {
+        std::ifstream in(std::string(PIMTLV_BRIDGE_FIXTURES) + "/ical/" + name, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        const ImportResult r = ImportICalendar(text.str().data(), text.str().size());
+        ASSERT_TRUE(r.ok) << name << ": " << r.error;
+        EXPECT_GT(r.items.size(), 0u);
+        ExpectRoundTrip(r);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,309 @@
+// The MIME bridge: messages in, e-mail streams out, and back through GMime.
+#include <gmime/gmime.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "bridges/mime/MimeBridge.h"
+#include "pimshared/email/TLVEmailCreator.h"
+#include "pimshared/email/TLVEmailParser.h"
+#include "support/EmailRecorder.h"
+
+namespace {
+
+using PimBridge::ExportResult;
+using PimBridge::ImportResult;
+using A = PimShared::IEmailAttributes;
+
+std::string Fixture(const char* name) {
+    std::ifstream in(std::string(PIMTLV_BRIDGE_FIXTURES) + "/mime/" + name, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+ImportResult Eml(const std::string& text) {
+    return PimBridge::ImportEml(text.data(), text.size());
+}
+
+// The receiver calls of item i of an import.
+std::vector<std::string> Calls(const ImportResult& r, std::size_t i = 0) {
+    MimeTest::EmailRecorder recorder;
+    PimShared::CTLVEmailParser parser(recorder);
+    const char* error = nullptr;
+    unsigned int consumed = 0;
+    EXPECT_TRUE(
+        parser.Parse(r.streams.data() + r.items[i].offset, r.items[i].size, error, consumed));
+    return recorder.calls;
+}
+
+bool Has(const std::vector<std::string>& calls, const std::string& call) {
+    return std::find(calls.begin(), calls.end(), call) != calls.end();
+}
+
+ExportResult Export(const ImportResult& r, bool mbox = false) {
+    return mbox ? PimBridge::ExportMbox(r.streams.data(), r.streams.size())
+                : PimBridge::ExportEml(r.streams.data(), r.streams.size());
+}
+
+TEST(MimeImport, HeaderFieldsMailboxesAndGroups) {
+    const ImportResult r = Eml(Fixture("nested.eml"));
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 1u);
+    const std::vector<std::string> calls = Calls(r);
+    const std::vector<std::string> head(calls.begin(), calls.begin() + 16);
+    EXPECT_EQ(head, (std::vector<std::string>{
+                        "Begin(0)",
+                        "Mailbox(0,'Jürgen Müller','juergen@example.org')",
+                        "Mailbox(1,'Secretary','sec@example.org')",
+                        "Group('team',[2 '' 'a@example.org'],[2 'Bea B.' 'b@example.org'])",
+                        "Mailbox(3,'François','francois@example.fr')",
+                        // an empty group keeps its field with an empty member
+                        "Group('Undisclosed recipients',[3 '' ''])",
+                        "Mailbox(4,'Привет','privet@example.ru')",
+                        "Mailbox(5,'','hidden@example.org')",
+                        "Subject('Résumé and 日本')",
+                        "OrigDate('Mon, 3 Mar 2025 09:00:00 +0100')",
+                        "MessageId('<m1@example.org>')",
+                        "InReplyTo('<m0@example.org>')",
+                        "References('<a@example.org> <m0@example.org>')",
+                        "Keywords('plans, review')",
+                        "Comments('written by hand')",
+                        "MimeVersion('1.0')",
+                    }));
+}
+
+TEST(MimeImport, EntitiesNestAsThePartsDo) {
+    const ImportResult r = Eml(Fixture("nested.eml"));
+    ASSERT_TRUE(r.ok);
+    // The tree: each entity by its type, indented by depth.
+    std::string tree;
+    int depth = 0;
+    for (const std::string& c : Calls(r)) {
+        if (c == "BeginEntity") ++depth;
+        if (c == "EndEntity") --depth;
+        if (c.rfind("ContentSubtype(", 0) == 0) tree += std::string(depth * 2, ' ') + c + "\n";
+    }
+    EXPECT_EQ(tree,
+              "ContentSubtype(4,null)\n"        // multipart/mixed
+              "  ContentSubtype(5,null)\n"      // alternative
+              "    ContentSubtype(2,null)\n"    // plain
+              "    ContentSubtype(6,null)\n"    // related
+              "      ContentSubtype(3,null)\n"  // html
+              "      ContentSubtype(8,null)\n"  // png
+              "  ContentSubtype(12,null)\n"     // message/rfc822
+              "    ContentSubtype(4,null)\n"    // the inner message's mixed
+              "      ContentSubtype(2,null)\n"
+              "      ContentSubtype(1,'x-custom')\n"
+              "  ContentSubtype(11,null)\n");  // pdf
+    const std::vector<std::string> calls = Calls(r);
+    for (const char* call :
+         {"ContentTypeParam(2,4,null,null)",  // charset=iso-8859-1
+          "ContentTypeParam(5,5,null,null)",  // format=flowed
+          "ContentTypeParam(1,1,'type','text/html')", "ContentTypeParam(1,1,'Version','2')",
+          "ContentTypeParam(4,1,null,'Pläne.pdf')",  // encoded word in a parameter
+          "Disposition(2,null)", "Disposition(3,null)",
+          "DispositionParam(2,'Pläne.pdf',null)",  // RFC 2231
+          "DispositionParam(6,'295',null)",
+          "DispositionParam(3,'Mon, 3 Mar 2025 08:00:00 +0100',null)",
+          "DispositionParam(1,'kept','x-note')", "ContentId('<logo@example.org>')",
+          "ContentDescription('the logo')",
+          "BodyContent(4,3,'Gr\xFC\xDF"
+          "e aus K\xF6ln, \nthe plan is attached.',38)",
+          "Mailbox(0,'Earlier','earlier@example.org')", "Subject('the earlier mail')",
+          "BodyContent(5,0,'custom bytes',12)"}) {
+        EXPECT_TRUE(Has(calls, call)) << call;
+    }
+}
+
+// Every way a body is sent, and how it travels: decoded, with the encoding
+// and the charset told.
+TEST(MimeImport, Bodies) {
+    struct Case {
+        const char* what;
+        const char* part;  // header fields, blank line, body
+        const char* body;  // the BodyContent call
+        bool lost;         // the transfer encoding has no place
+    };
+    const Case cases[] = {
+        {"no encoding field: 7bit, us-ascii", "Content-Type: text/plain\n\nhi\r\nthere\n",
+         "BodyContent(1,1,'hi\nthere\n',9)", false},
+        {"8bit utf-8",
+         "Content-Type: text/plain; charset=UTF-8\nContent-Transfer-Encoding: 8bit\n\nä\n",
+         "BodyContent(2,2,'ä\n',3)", false},
+        {"binary stays byte for byte",
+         "Content-Type: application/octet-stream\nContent-Transfer-Encoding: binary\n\na\r\nb\n",
+         "BodyContent(3,0,'a\r\nb\n',5)", false},
+        {"base64 windows-1252",
+         "Content-Type: text/plain; charset=windows-1252\nContent-Transfer-Encoding: "
+         "base64\n\ngA0K\n",
+         "BodyContent(5,5,'\x80\r\n',3)", false},
+        {"ISO_8859-1 is iso-8859-1",
+         "Content-Type: text/plain; charset=ISO_8859-1\nContent-Transfer-Encoding: "
+         "quoted-printable\n\n=E9\n",
+         "BodyContent(4,3,'\xE9\n',2)", false},
+        {"a charset of no member", "Content-Type: text/plain; charset=koi8-r\n\nx\n",
+         "BodyContent(1,0,'x\n',2)", false},
+        {"uuencode is decoded and travels as base64",
+         "Content-Type: text/plain\nContent-Transfer-Encoding: x-uuencode\n\n"
+         "begin 644 a.txt\n#:&D*\n`\nend\n",
+         "BodyContent(5,1,'hi\n',3)", true},
+        {"an encoding GMime does not know travels as sent",
+         "Content-Type: text/plain\nContent-Transfer-Encoding: x-rot13\n\nuv\n",
+         "BodyContent(1,1,'uv\n',3)", true},
+        {"empty body", "Content-Type: text/plain\n\n", "BodyContent(1,1,'',0)", false},
+    };
+    for (const Case& c : cases) {
+        const ImportResult r = Eml(std::string("Subject: s\nMIME-Version: 1.0\n") + c.part);
+        ASSERT_TRUE(r.ok) << c.what;
+        EXPECT_TRUE(Has(Calls(r), c.body)) << c.what;
+        EXPECT_EQ(!r.items[0].losses.empty(), c.lost) << c.what;
+        // What travels comes back: the export imports to the same stream.
+        const ExportResult e = Export(r);
+        const ImportResult again = Eml(e.text);
+        EXPECT_EQ(again.streams, r.streams) << c.what << "\n" << e.text;
+    }
+}
+
+TEST(MimeImport, LossesByNameCountAndLine) {
+    const ImportResult r = Eml(Fixture("nested.eml"));
+    ASSERT_TRUE(r.ok);
+    std::string losses;
+    for (const PimBridge::Loss& l : r.items[0].losses)
+        losses += l.name + " " + std::to_string(l.count) + " " + std::to_string(l.line) + "\n";
+    EXPECT_EQ(losses,
+              "Return-Path 1 1\nReceived 2 2\nDKIM-Signature 1 4\nX-Mailer 1 20\n"
+              "(preamble) 1 21\nContent-Language 1 40\n");
+    EXPECT_TRUE(r.HasLoss());
+}
+
+TEST(MimeImport, RefusesTextThatIsNoMessage) {
+    // GMime reads nearly anything as a message (a text without header
+    // fields is a body); nothing at all is none.
+    const ImportResult r = Eml("");
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.errorLine, 1u);
+    const std::string eml = "Subject: x\n\nbody\n";
+    EXPECT_FALSE(PimBridge::ImportMbox(eml.data(), eml.size()).ok);
+}
+
+TEST(MimeExport, GMimeReadsBackWhatWasImported) {
+    const ImportResult r = Eml(Fixture("nested.eml"));
+    const ExportResult e = Export(r);
+    ASSERT_TRUE(e.ok) << e.error;
+    EXPECT_TRUE(e.items[0].losses.empty());
+    EXPECT_EQ(Eml(e.text).streams, r.streams);
+
+    GMimeStream* stream = g_mime_stream_mem_new_with_buffer(e.text.data(), e.text.size());
+    GMimeParser* parser = g_mime_parser_new_with_stream(stream);
+    GMimeMessage* message = g_mime_parser_construct_message(parser, nullptr);
+    ASSERT_NE(message, nullptr);
+    EXPECT_STREQ(g_mime_message_get_subject(message), "Résumé and 日本");
+    char* to = internet_address_list_to_string(g_mime_message_get_to(message), nullptr, FALSE);
+    EXPECT_STREQ(to, "François <francois@example.fr>, Undisclosed recipients: ;");
+    g_free(to);
+    GMimeMultipart* mixed = GMIME_MULTIPART(g_mime_message_get_mime_part(message));
+    ASSERT_EQ(g_mime_multipart_get_count(mixed), 3);
+    GMimePart* pdf = GMIME_PART(g_mime_multipart_get_part(mixed, 2));
+    EXPECT_STREQ(g_mime_part_get_filename(pdf), "Pläne.pdf");
+    EXPECT_EQ(g_mime_part_get_content_encoding(pdf), GMIME_CONTENT_ENCODING_BASE64);
+    EXPECT_TRUE(GMIME_IS_MESSAGE_PART(g_mime_multipart_get_part(mixed, 1)));
+    g_object_unref(message);
+    g_object_unref(parser);
+    g_object_unref(stream);
+}
+
+TEST(MimeExport, MboxOfSeveralMessages) {
+    std::string mbox;
+    for (int i = 1; i <= 3; ++i) {
+        mbox += "From someone@example.org Mon Mar  3 09:00:00 2025\nSubject: m" +
+                std::to_string(i) + "\n\nbody " + std::to_string(i) + "\n\n";
+    }
+    const ImportResult r = PimBridge::ImportMbox(mbox.data(), mbox.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 3u);
+    EXPECT_EQ(r.items[1].line, 6u);
+    EXPECT_TRUE(Has(Calls(r, 2), "Subject('m3')"));
+
+    const ExportResult e = Export(r, true);
+    ASSERT_TRUE(e.ok);
+    EXPECT_EQ(PimBridge::ImportMbox(e.text.data(), e.text.size()).streams, r.streams);
+    // A body line that would start a message is escaped, as mbox does.
+    const ExportResult from = Export(Eml("Subject: f\n\nFrom the top\n"), true);
+    EXPECT_NE(from.text.find("\n>From the top\n"), std::string::npos) << from.text;
+    EXPECT_EQ(PimBridge::ImportMbox(from.text.data(), from.text.size()).items.size(), 1u);
+    // .eml holds one message.
+    const ExportResult eml = Export(r);
+    EXPECT_FALSE(eml.ok);
+    EXPECT_TRUE(eml.text.empty());
+}
+
+TEST(MimeExport, DeviceStateAndLinksAreLeftOutAndSaid) {
+    PimShared::CTLVEmailCreator c;
+    const A::eBodyEncoding enc = A::eBodyEncoding7Bit;
+    const A::eBodyCharset cs = A::eBodyCharsetUtf8;
+    c.Begin(1);
+    c.Folder("Inbox");
+    c.ReadStatus(A::eReadStatusRead);
+    c.Priority(A::ePriorityHigh);
+    c.Subject("s");
+    c.Body(enc, cs, "http://example.org/body");
+    c.End();
+    const void* data = nullptr;
+    unsigned int length = 0;
+    ASSERT_TRUE(c.GetData(data, length));
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    const ExportResult e = PimBridge::ExportEml(bytes, length);
+    ASSERT_TRUE(e.ok);
+    std::string lost;
+    for (const PimBridge::Loss& l : e.items[0].losses) lost += l.name + ";";
+    EXPECT_EQ(lost, "Folder;ReadStatus;Priority;Body content link;");
+    EXPECT_NE(e.text.find("Subject: s\n"), std::string::npos);
+
+    // What the parser reports is passed on; a broken stream is written up to
+    // the fault and said to be malformed.
+    c.Reset();
+    c.Begin(2);
+    c.Subject("t");
+    c.Priority(static_cast<unsigned char>(3));  // written, but no reader takes it
+    c.End();
+    ASSERT_TRUE(c.GetData(data, length));
+    std::vector<std::uint8_t> stream(static_cast<const std::uint8_t*>(data),
+                                     static_cast<const std::uint8_t*>(data) + length);
+    ExportResult odd = PimBridge::ExportEml(stream.data(), stream.size());
+    ASSERT_TRUE(odd.ok);
+    ASSERT_EQ(odd.items[0].diagnostics.size(), 1u);
+    EXPECT_EQ(odd.items[0].diagnostics[0].code, 2);
+    EXPECT_FALSE(odd.items[0].malformed);
+    stream[12] = static_cast<std::uint8_t>(stream[12] + 5);  // node 600 runs past its root
+    odd = PimBridge::ExportEml(stream.data(), stream.size());
+    ASSERT_TRUE(odd.ok);
+    EXPECT_TRUE(odd.items[0].malformed);
+}
+
+// A line break in a value would end the header field and start one of the
+// stream's choosing.
+TEST(MimeExport, NoValueStartsAHeaderField) {
+    PimShared::CTLVEmailCreator c;
+    const A::eContentType extension = A::eContentTypeExtension;
+    const A::eContentParamName name = A::eContentParamNameExtension;
+    const A::eContentParamValue value = A::eContentParamValueExtension;
+    c.Begin(1);
+    c.Subject("x\nX-Evil: subject");
+    c.MessageId("<a@b>\r\nX-Evil: id");
+    c.Mailbox(A::eMailboxFieldTypeTo, "Eve\nX-Evil: name", "e@example.org\nX-Evil: address");
+    c.ContentType(extension, "text\nX-Evil: type");
+    c.ContentTypeParam(name, value, "a\nX-Evil: name", "b\nX-Evil: value");
+    c.End();
+    const void* data = nullptr;
+    unsigned int length = 0;
+    ASSERT_TRUE(c.GetData(data, length));
+    const ExportResult e = PimBridge::ExportEml(static_cast<const std::uint8_t*>(data), length);
+    ASSERT_TRUE(e.ok);
+    EXPECT_EQ(e.text.find("\nX-Evil"), std::string::npos) << e.text;
+}
+
+}  // namespace
