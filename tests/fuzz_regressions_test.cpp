@@ -20,6 +20,9 @@
 #ifdef PIMTLV_REPLAY_ICAL
 #include "fuzz/IcalChecks.h"
 #endif
+#ifdef PIMTLV_REPLAY_VCARD
+#include "fuzz/VcardChecks.h"
+#endif
 
 namespace {
 
@@ -106,6 +109,10 @@ constexpr Target kTargets[] = {
 #ifdef PIMTLV_REPLAY_ICAL
     {"ical_import", ReplayItem<CheckIcalImport>, false},
     {"ical_export", ReplayItem<CheckIcalExport>, false},
+#endif
+#ifdef PIMTLV_REPLAY_VCARD
+    {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},
+    {"vcard_export", ReplayItem<PimTlvFuzz::CheckVcardExport>, false},
 #endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};

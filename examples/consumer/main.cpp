@@ -1,6 +1,6 @@
 // A program outside the tree that finds the installed library with
 // find_package(pimtlv) and writes one leaf; when a bridge is installed too
-// (iCalendar, MIME), it also takes one item through it and back.
+// (iCalendar, MIME, vCard), it also takes one item through it and back.
 #include <string>
 
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
@@ -9,6 +9,9 @@
 #endif
 #ifdef PIMTLV_CONSUMER_MIME
 #include "bridges/mime/MimeBridge.h"
+#endif
+#ifdef PIMTLV_CONSUMER_VCARD
+#include "bridges/vcard/Vcard.h"
 #endif
 
 namespace {
@@ -31,6 +34,14 @@ bool BridgesWork() {
     const PimBridge::ExportResult back =
         PimBridge::ExportEml(eml.streams.data(), eml.streams.size());
     if (!back.ok || back.text.find("Subject: hello\n") == std::string::npos) return false;
+#endif
+#ifdef PIMTLV_CONSUMER_VCARD
+    const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ann Lee\r\nEND:VCARD\r\n";
+    const PimBridge::ImportResult contact = PimBridge::ImportVcard(card.data(), card.size());
+    if (!contact.ok || contact.items.size() != 1) return false;
+    const PimBridge::ExportResult vcf =
+        PimBridge::ExportVcard(contact.streams.data(), contact.streams.size());
+    if (!vcf.ok || vcf.text != card) return false;
 #endif
     return true;
 }
