@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #if defined(__GNUC__) || defined(__clang__)
@@ -50,6 +51,21 @@ struct ImportResult {
     // What belongs to no item: a container's own properties and components
     // (a calendar's time zones, say), text outside any item.
     std::vector<Loss> losses;
+
+    // Appends one finished item: its stream (copied: a creator's bytes live
+    // only until its next use) and what it could not carry.
+    void AddItem(const char* kind, unsigned int line, const void* data, unsigned int length,
+                 std::vector<Loss> itemLosses) {
+        ImportedItem item;
+        item.kind = kind;
+        item.offset = streams.size();
+        item.size = length;
+        item.line = line;
+        item.losses = std::move(itemLosses);
+        const auto* bytes = static_cast<const std::uint8_t*>(data);
+        streams.insert(streams.end(), bytes, bytes + length);
+        items.push_back(std::move(item));
+    }
 
     bool HasLoss() const {
         if (!losses.empty()) return true;

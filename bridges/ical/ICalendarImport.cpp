@@ -467,15 +467,7 @@ bool Importer::ImportItem(icalcomponent* component, const ItemKind& kind, std::s
     const void* data = nullptr;
     unsigned int length = 0;
     if (!sink.Finish(data, length)) return failed("end");
-    ImportedItem item;
-    item.kind = kind.name;
-    item.offset = m_result.streams.size();
-    item.size = length;
-    item.line = line;
-    item.losses = losses.Take();
-    const auto* bytes = static_cast<const std::uint8_t*>(data);
-    m_result.streams.insert(m_result.streams.end(), bytes, bytes + length);
-    m_result.items.push_back(std::move(item));
+    m_result.AddItem(kind.name, line, data, length, losses.Take());
     ++m_instance;
     return true;
 }

@@ -108,15 +108,7 @@ class Importer {
                 result.errorLine = m_lines.LineAt(start);
                 return result;
             }
-            ImportedItem item;
-            item.kind = "email";
-            item.offset = result.streams.size();
-            item.size = length;
-            item.line = m_lines.LineAt(start);
-            item.losses = m_losses.Take();
-            const auto* bytes = static_cast<const std::uint8_t*>(data);
-            result.streams.insert(result.streams.end(), bytes, bytes + length);
-            result.items.push_back(std::move(item));
+            result.AddItem("email", m_lines.LineAt(start), data, length, m_losses.Take());
             m_creator.Reset();
         } while (mbox && !g_mime_parser_eos(parser.get()));
         result.ok = true;

@@ -416,15 +416,7 @@ bool Importer::FinishCard() {
     const void* data = nullptr;
     unsigned int length = 0;
     if (!creator_.End() || !creator_.GetData(data, length)) return false;
-    ImportedItem item;
-    item.kind = "contact";
-    item.offset = result_.streams.size();
-    item.size = length;
-    item.line = cardLine_;
-    item.losses = losses_.Take();
-    const auto* bytes = static_cast<const std::uint8_t*>(data);
-    result_.streams.insert(result_.streams.end(), bytes, bytes + length);
-    result_.items.push_back(std::move(item));
+    result_.AddItem("contact", cardLine_, data, length, losses_.Take());
     return true;
 }
 
