@@ -1,0 +1,97 @@
+#ifndef PIMTLV_BRIDGES_COMMON_MERGE_H
+#define PIMTLV_BRIDGES_COMMON_MERGE_H
+
+// What a merge of item streams onto an original text hands back. A sync
+// service keeps the full text (an .ics resource, a .vcf card) and sends the
+// device streams that carry only part of it; when the device sends its
+// streams back, the merge takes from each item what the item carries and
+// keeps from the original whatever the item cannot carry, so that a round
+// trip through the device loses nothing.
+//
+// How an item finds its counterpart, the same for every text format:
+//   1. the original's components (VEVENT/VTODO/VJOURNAL, or cards) are
+//      numbered in text order from 0, as the import numbered its instances;
+//   2. an item with a unique identifier (UID) matches the component with the
+//      same UID; among several components that share it (a recurring master
+//      and its overrides) the one whose number is the item's instance number;
+//      failing that, the first of them not yet matched;
+//   3. an item without a UID matches the component whose number is its
+//      instance number, if that component has no UID either;
+//   4. anything else is new: it is added as a plain export writes it.
+// Components of the original that no item matches stay as they are: deleting
+// is the sync protocol's business, not the merge's.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "bridges/common/Bridge.h"
+
+namespace PimBridge {
+
+struct MergeOptions {
+    // The text that was sent to the device, when the service has it: the
+    // merge is then three-way. A property changed only on the device takes
+    // the device's value, one changed only in the original keeps the
+    // original's, one changed on both sides is a conflict.
+    const char* base = nullptr;
+    std::size_t baseSize = 0;
+    // How a conflict is resolved: the original (the server) wins unless this
+    // is set.
+    bool preferDevice = false;
+};
+
+// One property (or parameter, or component) that differs between the
+// original and the merged item, by the name it has in the text format.
+struct PropertyChange {
+    enum class Kind { Added, Removed, Changed };
+    std::string name;  // "SUMMARY", "ATTENDEE", "TEL"
+    Kind kind = Kind::Changed;
+};
+
+// A property changed on both sides in a three-way merge.
+struct Conflict {
+    std::string name;
+    bool deviceWon = false;  // whose value the merged text has
+};
+
+struct MergedItem {
+    enum class Outcome {
+        Unchanged,  // the item carries what the original's component carried
+        Changed,    // the component was updated from the item: see changes
+        Added,      // no counterpart: written as a plain export writes it
+        Failed,     // the item could not be read or placed: see diagnostics
+    };
+    std::string kind;          // "event", "task", "note", "contact"
+    std::size_t offset = 0;    // where its stream starts in the streams given
+    std::string uid;           // the item's unique identifier, empty when none
+    unsigned int instance = 0; // the item's instance number
+    Outcome outcome = Outcome::Unchanged;
+    std::vector<PropertyChange> changes;  // in text order; empty unless Changed
+    std::vector<Conflict> conflicts;      // three-way merges only
+    bool malformed = false;               // its parser stopped early
+    std::vector<Diagnostic> diagnostics;  // what its parser reported
+    std::vector<Loss> losses;             // what the text format has no place for
+};
+
+struct MergeResult {
+    bool ok = false;
+    // When !ok: why, in one line, and the 1-based line of the original (or the
+    // base) it concerns, 0 when none. text is then empty.
+    std::string error;
+    unsigned int errorLine = 0;
+    std::string text;  // the merged text
+    std::vector<MergedItem> items;  // in stream order
+
+    // Whether the service may skip the write: every item unchanged.
+    bool Unchanged() const {
+        for (const MergedItem& item : items) {
+            if (item.outcome != MergedItem::Outcome::Unchanged) return false;
+        }
+        return true;
+    }
+};
+
+}  // namespace PimBridge
+
+#endif
