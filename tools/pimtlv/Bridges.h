@@ -14,6 +14,7 @@
 
 #include "Tool.h"
 #include "bridges/common/Bridge.h"
+#include "bridges/common/Merge.h"
 
 namespace pimtlv_tool {
 
@@ -27,6 +28,10 @@ struct FormatAdapter {
     // Null where the format is written only (or read only).
     PimBridge::ImportResult (*importText)(const char* text, std::size_t size);
     PimBridge::ExportResult (*exportItems)(const std::uint8_t* data, std::size_t size);
+    // Null where the format has no merge onto an original text (export --onto).
+    PimBridge::MergeResult (*mergeItems)(const char* original, std::size_t originalSize,
+                                         const std::uint8_t* data, std::size_t size,
+                                         const PimBridge::MergeOptions& options);
 };
 
 // Each adapter file defines its adapters; the registry lists those this

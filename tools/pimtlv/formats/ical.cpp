@@ -12,6 +12,7 @@ const FormatAdapter kIcsFormat = {
     &PimBridge::LooksLikeICalendar,
     &PimBridge::ImportICalendar,
     &PimBridge::ExportICalendar,
+    nullptr,
 };
 
 }  // namespace pimtlv_tool

@@ -25,6 +25,7 @@ bool LooksLikeEml(const char* text, std::size_t size) {
 const FormatAdapter kEmlFormat = {
     "eml",         "an e-mail message",   {".eml", ".msg"},
     &LooksLikeEml, &PimBridge::ImportEml, &PimBridge::ExportEml,
+    nullptr,
 };
 
 const FormatAdapter kMboxFormat = {
@@ -34,6 +35,7 @@ const FormatAdapter kMboxFormat = {
     &LooksLikeMbox,
     &PimBridge::ImportMbox,
     &PimBridge::ExportMbox,
+    nullptr,
 };
 
 }  // namespace pimtlv_tool

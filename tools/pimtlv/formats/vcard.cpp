@@ -29,6 +29,7 @@ const FormatAdapter kVcfFormat = {"vcf",
                                   {".vcf", ".vcard"},
                                   LooksLikeVcard,
                                   PimBridge::ImportVcard,
-                                  PimBridge::ExportVcard};
+                                  PimBridge::ExportVcard,
+                                  nullptr};
 
 }  // namespace pimtlv_tool
