@@ -24,10 +24,26 @@ namespace PimBridge {
 // Something of the input that did not reach the output: a property, a
 // parameter, a component or a header field, by the name it has in the text
 // format ("RRULE", "VALARM", "X-WR-CALNAME", "TEL;PREF", "Received").
+//
+// Not everything a bridge reports is a loss. What the other direction writes
+// anew by a fixed rule (an iCalendar DTSTAMP, say) is only noted; content that
+// arrives changed in a way the bridge can name (text converted from another
+// charset, a DURATION written as DTEND) is a warning like a loss.
 struct Loss {
+    enum class Kind {
+        NotCarried,   // the content is gone
+        Regenerated,  // gone from the item, but written anew by rule on the way back
+        Converted,    // kept, in another form: detail says which
+        Limit,        // cut at a limit of the bridge: detail names it
+    };
     std::string name;
     unsigned int count = 0;  // how often in this item
     unsigned int line = 0;   // first occurrence, 1-based line of the input; 0 when none applies
+    Kind kind = Kind::NotCarried;
+    std::string detail;  // for Converted and Limit: how ("from windows-1252", "16 MiB")
+
+    // Whether this changes the user's content: everything but a regenerated value.
+    bool Changes() const { return kind != Kind::Regenerated; }
 };
 
 // One item an import wrote.
@@ -67,10 +83,16 @@ struct ImportResult {
         items.push_back(std::move(item));
     }
 
+    // Whether anything of the input did not arrive as it was (regenerated
+    // values aside): what --strict refuses.
     bool HasLoss() const {
-        if (!losses.empty()) return true;
+        for (const Loss& loss : losses) {
+            if (loss.Changes()) return true;
+        }
         for (const ImportedItem& item : items) {
-            if (!item.losses.empty()) return true;
+            for (const Loss& loss : item.losses) {
+                if (loss.Changes()) return true;
+            }
         }
         return false;
     }

@@ -15,14 +15,15 @@ namespace PimBridge {
 
 class LossCollector {
   public:
-    void Add(const std::string& name, unsigned int line) {
+    void Add(const std::string& name, unsigned int line, Loss::Kind kind = Loss::Kind::NotCarried,
+             std::string detail = {}) {
         for (Loss& loss : losses_) {
-            if (loss.name == name) {
+            if (loss.name == name && loss.kind == kind) {
                 ++loss.count;
                 return;
             }
         }
-        losses_.push_back(Loss{name, 1, line});
+        losses_.push_back(Loss{name, 1, line, kind, std::move(detail)});
     }
     bool Empty() const { return losses_.empty(); }
     // Whether name is already listed: a caller whose line is costly to find

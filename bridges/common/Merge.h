@@ -62,10 +62,10 @@ struct MergedItem {
         Added,      // no counterpart: written as a plain export writes it
         Failed,     // the item could not be read or placed: see diagnostics
     };
-    std::string kind;          // "event", "task", "note", "contact"
-    std::size_t offset = 0;    // where its stream starts in the streams given
-    std::string uid;           // the item's unique identifier, empty when none
-    unsigned int instance = 0; // the item's instance number
+    std::string kind;           // "event", "task", "note", "contact"
+    std::size_t offset = 0;     // where its stream starts in the streams given
+    std::string uid;            // the item's unique identifier, empty when none
+    unsigned int instance = 0;  // the item's instance number
     Outcome outcome = Outcome::Unchanged;
     std::vector<PropertyChange> changes;  // in text order; empty unless Changed
     std::vector<Conflict> conflicts;      // three-way merges only
@@ -80,7 +80,7 @@ struct MergeResult {
     // base) it concerns, 0 when none. text is then empty.
     std::string error;
     unsigned int errorLine = 0;
-    std::string text;  // the merged text
+    std::string text;               // the merged text
     std::vector<MergedItem> items;  // in stream order
 
     // Whether the service may skip the write: every item unchanged.

@@ -81,6 +81,36 @@ std::string Times(unsigned int count) {
     return count > 1 ? " (" + std::to_string(count) + " times)" : std::string();
 }
 
+// "RRULE not carried", "DTSTAMP not carried (export writes it anew)",
+// "SUMMARY converted (from windows-1252)", "DESCRIPTION cut (16 MiB)".
+std::string Said(const PimBridge::Loss& loss, const char* notCarried) {
+    using Kind = PimBridge::Loss::Kind;
+    std::string said = loss.name;
+    switch (loss.kind) {
+        case Kind::NotCarried:
+            said += notCarried;
+            break;
+        case Kind::Regenerated:
+            said += " not carried (written anew by rule)";
+            break;
+        case Kind::Converted:
+            said += " converted";
+            break;
+        case Kind::Limit:
+            said += " over a limit";
+            break;
+    }
+    if (!loss.detail.empty()) said += " (" + loss.detail + ")";
+    return said + Times(loss.count);
+}
+
+// A regenerated value is a note even under --strict; everything else is a
+// warning, or an error with --strict.
+const char* Level(const PimBridge::Loss& loss, bool strict) {
+    if (!loss.Changes()) return "note: ";
+    return strict ? "error: " : "warning: ";
+}
+
 }  // namespace
 
 int Import(const BridgeOptions& options, std::ostream& err) {
@@ -96,16 +126,15 @@ int Import(const BridgeOptions& options, std::ostream& err) {
                          (result.errorLine != 0 ? std::to_string(result.errorLine) + ":" : "") +
                          " " + result.error);
     }
-    const char* level = options.strict ? "error: " : "warning: ";
     for (const PimBridge::Loss& loss : result.losses) {
-        err << level << where << ':' << loss.line << ": " << loss.name << " not carried"
-            << Times(loss.count) << '\n';
+        err << Level(loss, options.strict) << where << ':' << loss.line << ": "
+            << Said(loss, " not carried") << '\n';
     }
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ImportedItem& item = result.items[i];
         for (const PimBridge::Loss& loss : item.losses) {
-            err << level << where << ':' << loss.line << ": " << item.kind << ' ' << i + 1 << ": "
-                << loss.name << " not carried" << Times(loss.count) << '\n';
+            err << Level(loss, options.strict) << where << ':' << loss.line << ": " << item.kind
+                << ' ' << i + 1 << ": " << Said(loss, " not carried") << '\n';
         }
     }
     if (options.strict && result.HasLoss()) return kExitProblem;
@@ -135,9 +164,9 @@ int Export(const BridgeOptions& options, std::ostream& err) {
             err << "warning: " << who << "malformed stream, written up to the fault\n";
             reported = true;
         }
+        const std::string noPlace = std::string(" has no place in ") + format->title;
         for (const PimBridge::Loss& loss : item.losses) {
-            err << "warning: " << who << loss.name << " has no place in " << format->title
-                << Times(loss.count) << '\n';
+            err << Level(loss, false) << who << Said(loss, noPlace.c_str()) << '\n';
         }
     }
     WriteOutput(options.output, result.text);
