@@ -203,6 +203,55 @@ const tPlacement* FindPlacement(unsigned int slot, unsigned int valueId) noexcep
     return placement.known ? &placement : nullptr;
 }
 
+// The fields a slot's values can reach, the only ones its reset clears: a
+// field no value leaf of the property writes keeps its reset state.
+struct tSlotFields {
+    unsigned char texts;  // text[0] up to text[texts - 1]
+    unsigned char lists;  // bit set of list indices
+    bool number;
+    bool dateTime;
+};
+constexpr void NoteField(tSlotFields& fields, eField field, unsigned int index) {
+    switch (field) {
+        case eField::Text:
+        case eField::Status:
+            if (index + 1 > fields.texts) fields.texts = static_cast<unsigned char>(index + 1);
+            if (field == eField::Status) fields.number = true;
+            break;
+        case eField::Append:
+            fields.lists = static_cast<unsigned char>(fields.lists | (1u << index));
+            break;
+        case eField::Byte:
+        case eField::Word:
+            fields.number = true;
+            break;
+        case eField::DateTime:
+            fields.dateTime = true;
+            break;
+    }
+}
+struct tSlotFieldsTable {
+    tSlotFields slot[kSlotCount];
+};
+constexpr tSlotFieldsTable MakeSlotFields() {
+    tSlotFieldsTable table{};
+    for (unsigned int i = 0; i < kSlotCount; ++i) {
+        NoteField(table.slot[i], kSlots[i].mainField, kSlots[i].mainIndex);
+        for (unsigned int e = 0; e < kSlots[i].extraCount; ++e) {
+            NoteField(table.slot[i], kSlots[i].extras[e].field, kSlots[i].extras[e].index);
+        }
+    }
+    return table;
+}
+constexpr tSlotFieldsTable kSlotFields = MakeSlotFields();
+static_assert(kSlotFields.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]].lists == 7,
+              "the attendee reaches its texts and all three lists");
+
+// Out of the store's common path: a list entry may allocate.
+bool AppendText(PAL::TVector<const char*>& list, const char* text) noexcept {
+    return list.pushBack(text);
+}
+
 unsigned int FindSlot(unsigned int property) noexcept {
     return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
 }
@@ -283,12 +332,15 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 template <typename TReceiver>
 void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    for (const char*& text : v.text) text = nullptr;
-    for (auto& list : v.list) list.clear();
-    v.number = kSlots[slot].resetNumber;
+    const tSlotFields& fields = kSlotFields.slot[slot];
+    for (unsigned int i = 0; i < fields.texts; ++i) v.text[i] = nullptr;
+    for (unsigned int i = 0; i < 3; ++i) {
+        if ((fields.lists & (1u << i)) != 0) v.list[i].clear();
+    }
+    if (fields.number) v.number = kSlots[slot].resetNumber;
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
-    v.dateTime.setMicroseconds(0);
+    if (fields.dateTime) v.dateTime.setMicroseconds(0);
     v.xParams.clear();
 }
 
@@ -557,7 +609,7 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
             v.text[index] = TextOf(elementClass, value);
             return true;
         case eField::Append:
-            return v.list[index].pushBack(TextOf(elementClass, value));
+            return AppendText(v.list[index], TextOf(elementClass, value));
         case eField::Byte:
             v.number = NumberOf(elementClass, value) & 0xFFu;
             return true;
