@@ -248,7 +248,8 @@ static_assert(kSlotFields.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]].lists ==
               "the attendee reaches its texts and all three lists");
 
 // Out of the store's common path: a list entry may allocate.
-bool AppendText(PAL::TVector<const char*>& list, const char* text) noexcept {
+__attribute__((noinline)) bool AppendText(PAL::TVector<const char*>& list,
+                                          const char* text) noexcept {
     return list.pushBack(text);
 }
 

@@ -164,7 +164,9 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     bool IsUnimplemented(unsigned int typeId) const noexcept;
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
-    bool Report(int code, const char* format, unsigned int first, unsigned int second = 0);
+    // Kept out of the element paths: a report is the rare case.
+    __attribute__((noinline, cold)) bool Report(int code, const char* format, unsigned int first,
+                                                unsigned int second = 0);
     // The code-0 line at the start of every event.
     void TraceLine(CTraceLine& line, unsigned int typeId) {
         const int traceCode = 0;  // code 0: a trace line, not a fault
