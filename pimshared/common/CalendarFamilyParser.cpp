@@ -1,6 +1,8 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/CreatorFrame.h"
@@ -203,49 +205,29 @@ const tPlacement* FindPlacement(unsigned int slot, unsigned int valueId) noexcep
     return placement.known ? &placement : nullptr;
 }
 
-// The fields a slot's values can reach, the only ones its reset clears: a
-// field no value leaf of the property writes keeps its reset state.
-struct tSlotFields {
-    unsigned char texts;  // text[0] up to text[texts - 1]
-    unsigned char lists;  // bit set of list indices
-    bool number;
-    bool dateTime;
+// The lists a slot's values can reach (bit set of list indices), the only
+// ones its reset clears.
+struct tSlotLists {
+    unsigned char slot[kSlotCount];
 };
-constexpr void NoteField(tSlotFields& fields, eField field, unsigned int index) {
-    switch (field) {
-        case eField::Text:
-        case eField::Status:
-            if (index + 1 > fields.texts) fields.texts = static_cast<unsigned char>(index + 1);
-            if (field == eField::Status) fields.number = true;
-            break;
-        case eField::Append:
-            fields.lists = static_cast<unsigned char>(fields.lists | (1u << index));
-            break;
-        case eField::Byte:
-        case eField::Word:
-            fields.number = true;
-            break;
-        case eField::DateTime:
-            fields.dateTime = true;
-            break;
-    }
-}
-struct tSlotFieldsTable {
-    tSlotFields slot[kSlotCount];
-};
-constexpr tSlotFieldsTable MakeSlotFields() {
-    tSlotFieldsTable table{};
+constexpr tSlotLists MakeSlotLists() {
+    tSlotLists table{};
     for (unsigned int i = 0; i < kSlotCount; ++i) {
-        NoteField(table.slot[i], kSlots[i].mainField, kSlots[i].mainIndex);
         for (unsigned int e = 0; e < kSlots[i].extraCount; ++e) {
-            NoteField(table.slot[i], kSlots[i].extras[e].field, kSlots[i].extras[e].index);
+            if (kSlots[i].extras[e].field == eField::Append) {
+                table.slot[i] =
+                    static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].extras[e].index));
+            }
+        }
+        if (kSlots[i].mainField == eField::Append) {
+            table.slot[i] = static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].mainIndex));
         }
     }
     return table;
 }
-constexpr tSlotFieldsTable kSlotFields = MakeSlotFields();
-static_assert(kSlotFields.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]].lists == 7,
-              "the attendee reaches its texts and all three lists");
+constexpr tSlotLists kSlotLists = MakeSlotLists();
+static_assert(kSlotLists.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]] == 7,
+              "the attendee reaches all three lists");
 
 // Out of the store's common path: a list entry may allocate.
 __attribute__((noinline)) bool AppendText(PAL::TVector<const char*>& list,
@@ -333,15 +315,21 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 template <typename TReceiver>
 void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    const tSlotFields& fields = kSlotFields.slot[slot];
-    for (unsigned int i = 0; i < fields.texts; ++i) v.text[i] = nullptr;
-    for (unsigned int i = 0; i < 3; ++i) {
-        if ((fields.lists & (1u << i)) != 0) v.list[i].clear();
+    // Clearing all texts at once is cheaper than counting the used ones; the
+    // lists, rarely used, are cleared only where a value can reach them. The
+    // number and the microseconds are the reset state wherever no value
+    // reaches them.
+    std::fill(std::begin(v.text), std::end(v.text), nullptr);
+    const unsigned int lists = kSlotLists.slot[slot];
+    if (lists != 0) {
+        for (unsigned int i = 0; i < 3; ++i) {
+            if ((lists & (1u << i)) != 0) v.list[i].clear();
+        }
     }
-    if (fields.number) v.number = kSlots[slot].resetNumber;
+    v.number = kSlots[slot].resetNumber;
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
-    if (fields.dateTime) v.dateTime.setMicroseconds(0);
+    v.dateTime.setMicroseconds(0);
     v.xParams.clear();
 }
 
