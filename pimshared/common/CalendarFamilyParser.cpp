@@ -18,12 +18,15 @@ namespace {
 
 // Where a value leaf goes in its property's record.
 enum class eField : unsigned char {
-    Text,      // text[index] := the text
-    Append,    // list[index] += the text
-    Byte,      // number := low 8 bits
-    Word,      // number := low 16 bits
-    DateTime,  // dateTime := the text read as an iCalendar date-time
-    Status,    // a String leaf: text[kMain]; any other: number := low 8 bits
+    None,         // not a value of the property
+    XParamName,   // the name of an extension parameter, waiting for its value
+    XParamValue,  // its value: the pair goes to the property's list
+    Text,         // text[index] := the text
+    Append,       // list[index] += the text
+    Byte,         // number := low 8 bits
+    Word,         // number := low 16 bits
+    DateTime,     // dateTime := the text read as an iCalendar date-time
+    Status,       // a String leaf: text[kMain]; any other: number := low 8 bits
 };
 
 struct tValueRule {
@@ -164,45 +167,49 @@ constexpr tValueColumns MakeValueColumns() {
         add(layout.mainValue);
         for (unsigned int i = 0; i < layout.extraCount; ++i) add(layout.extras[i].valueId);
     }
+    add(TypeIdValTypeXparamName);
+    add(TypeIdValTypeXparamValue);
     return columns;
 }
 constexpr tValueColumns kValueColumns = MakeValueColumns();
 constexpr unsigned int kColumnCount = kValueColumns.count;
-static_assert(kColumnCount < 0xFF, "value columns fit a byte, 0xFF is none");
+// Rows of a power-of-two width keep the look-up a shift.
+constexpr unsigned int kColumnStride = 32;
+static_assert(kColumnCount <= kColumnStride, "a slot's row holds every value column");
 
 struct tPlacement {
-    bool known;
-    eField field;
+    eField field;  // None where the property does not take the ID
     unsigned char index;
 };
 struct tPlacements {
-    tPlacement cell[kSlotCount][kColumnCount];
+    tPlacement cell[kSlotCount][kColumnStride];
 };
-// The main value wins over an extra of the same ID, and an earlier extra over
-// a later one: the rows are written in the reverse order.
+// The extension parameters win over the values, the main value over an extra
+// of the same ID, and an earlier extra over a later one: the rows are written
+// in the reverse order.
 constexpr tPlacements MakePlacements() {
     tPlacements placements{};
     for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
         const tSlotLayout& layout = kSlots[slot];
+        tPlacement* row = placements.cell[slot];
         for (unsigned int i = layout.extraCount; i > 0; --i) {
             const tValueRule& rule = layout.extras[i - 1];
-            placements.cell[slot][kValueColumns.column[rule.valueId]] = {true, rule.field,
-                                                                         rule.index};
+            row[kValueColumns.column[rule.valueId]] = {rule.field, rule.index};
         }
-        placements.cell[slot][kValueColumns.column[layout.mainValue]] = {true, layout.mainField,
-                                                                         layout.mainIndex};
+        row[kValueColumns.column[layout.mainValue]] = {layout.mainField, layout.mainIndex};
+        if (layout.xParams) {
+            row[kValueColumns.column[TypeIdValTypeXparamName]] = {eField::XParamName, 0};
+            row[kValueColumns.column[TypeIdValTypeXparamValue]] = {eField::XParamValue, 0};
+        }
     }
     return placements;
 }
 constexpr tPlacements kPlacements = MakePlacements();
 
-// The placement of valueId in slot, or null for an ID the property does not take.
-const tPlacement* FindPlacement(unsigned int slot, unsigned int valueId) noexcept {
-    if (valueId >= 4096) return nullptr;
-    const unsigned int column = kValueColumns.column[valueId];
-    if (column == 0xFF) return nullptr;
-    const tPlacement& placement = kPlacements.cell[slot][column];
-    return placement.known ? &placement : nullptr;
+// Where valueId goes in slot's record (None for an ID the property does not take).
+tPlacement FindPlacement(unsigned int slot, unsigned int valueId) noexcept {
+    const unsigned int column = valueId < 4096 ? kValueColumns.column[valueId] : 0xFFu;
+    return column == 0xFF ? tPlacement{eField::None, 0} : kPlacements.cell[slot][column];
 }
 
 // The lists a slot's values can reach (bit set of list indices), the only
@@ -576,24 +583,25 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
         return Report(kInternal, "storePropertyValue(): Unexpected mCurrentProperty: %d",
                       m_currentProperty);
     }
-    const tSlotLayout& layout = kSlots[m_currentSlot];
     tPropertyValues& v = m_values[m_currentSlot];
-    if (layout.xParams && typeId == TypeIdValTypeXparamName) {
-        m_pendingName = TextOf(elementClass, value);
-        if (m_item.keepsPendingName) NotePendingNameSource();
-        return true;
-    }
-    if (layout.xParams && typeId == TypeIdValTypeXparamValue) {
-        return HandleXParamValue(TextOf(elementClass, value));
-    }
-    const tPlacement* placement = FindPlacement(m_currentSlot, typeId);
-    if (placement == nullptr) {
+    const tPlacement placement = FindPlacement(m_currentSlot, typeId);
+    if (placement.field == eField::None) {
         return Report(kUnexpected, "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)",
                       typeId, m_currentProperty);
     }
+    // Marking the slot for a parameter name too costs less than telling it
+    // apart, and a reset of a slot without values changes nothing.
     m_filled |= 1u << m_currentSlot;
-    const unsigned int index = placement->index;
-    switch (placement->field) {
+    const unsigned int index = placement.index;
+    switch (placement.field) {
+        case eField::None:
+            return true;
+        case eField::XParamName:
+            m_pendingName = TextOf(elementClass, value);
+            if (m_item.keepsPendingName) NotePendingNameSource();
+            return true;
+        case eField::XParamValue:
+            return HandleXParamValue(TextOf(elementClass, value));
         case eField::Text:
             v.text[index] = TextOf(elementClass, value);
             return true;
@@ -633,7 +641,6 @@ bool TReceivingEngine<TReceiver>::HandleXParamValue(const char* text) {
     }
     const tXParam pair{m_pendingName, text};
     m_pendingName = nullptr;
-    m_filled |= 1u << m_currentSlot;
     return m_values[m_currentSlot].xParams.pushBack(pair);
 }
 
