@@ -26,11 +26,11 @@ class LossCollector {
         losses_.push_back(Loss{name, 1, line, kind, std::move(detail)});
     }
     bool Empty() const { return losses_.empty(); }
-    // Whether name is already listed: a caller whose line is costly to find
-    // finds it only for the first occurrence.
-    bool Contains(const std::string& name) const {
+    // Whether name is already listed as kind: a caller whose line is costly
+    // to find finds it only for the first occurrence.
+    bool Contains(const std::string& name, Loss::Kind kind = Loss::Kind::NotCarried) const {
         for (const Loss& loss : losses_) {
-            if (loss.name == name) return true;
+            if (loss.name == name && loss.kind == kind) return true;
         }
         return false;
     }
