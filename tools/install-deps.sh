@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev
           nlohmann-json3-dev libcli11-dev
-          pkg-config libical-dev libgmime-3.0-dev)
+          pkg-config libical-dev tzdata libgmime-3.0-dev)
 # Optional: the benchmarks compare against Protocol Buffers and msgpack-c when
 # present.
 if [ "${PIMTLV_WITH_PROTOBUF:-0}" = 1 ]; then

@@ -47,6 +47,7 @@ using namespace Ical;
 namespace {
 
 constexpr const char* kLineTag = "X-PIMTLV-LINE";
+constexpr std::size_t kNoComponent = static_cast<std::size_t>(-1);
 // libical trims the blanks at both ends of a value and refuses an empty one,
 // yet both are text the items carry. A text line whose value is empty or
 // starts or ends with a blank is handed over with one letter added at each
@@ -335,7 +336,7 @@ class Importer {
     const char* ValueText(icalvalue* value);
     const char* Unwrapped(const char* text);
     const char* ParamValue(icalparameter* param);
-    std::size_t SkipSubtree(icalcomponent* component);
+    std::vector<std::size_t> ChildOrder(std::size_t parent) const;
     unsigned int BeginLine(std::size_t index) const {
         return index < m_beginLines.size() ? m_beginLines[index] : 0;
     }
@@ -367,8 +368,13 @@ class Importer {
     std::vector<std::size_t> m_firstNote;    // per component: its first line note
     std::vector<std::size_t> m_endNote;      // per component: past its last one
     std::vector<unsigned int> m_beginLines;  // line of every BEGIN, in order
-    std::vector<std::size_t> m_open;         // indices of the open components
-    std::size_t m_nextComponent = 0;         // the walk's position in m_beginLines
+    // Per component (as in m_beginLines): its parent, whether it is a
+    // VTIMEZONE, and where its subtree ends in m_beginLines.
+    std::vector<std::size_t> m_parent;
+    std::vector<bool> m_isZone;
+    std::vector<std::size_t> m_subtreeEnd;
+    std::vector<std::size_t> m_open;  // indices of the open components
+    std::size_t m_nextRoot = 0;       // the walk's position in m_beginLines
     std::unordered_map<std::size_t, std::vector<unsigned int>> m_errors;  // per component
     std::unordered_map<std::size_t, std::size_t> m_errorsTaken;
     std::vector<std::unique_ptr<char, FreeDeleter>> m_owned;  // texts of one item
@@ -405,6 +411,9 @@ bool Importer::Feed(char* line, unsigned int number) {
             Fail("components nested more than " + std::to_string(kMaxDepth) + " deep", number);
             return false;
         }
+        m_parent.push_back(m_open.empty() ? kNoComponent : m_open.back());
+        m_isZone.push_back(NameIs(line + n + 1, std::strlen(line + n + 1), "VTIMEZONE"));
+        m_subtreeEnd.push_back(kNoComponent);
         m_open.push_back(m_beginLines.size());
         m_beginLines.push_back(number);
         m_firstNote.push_back(m_notes.size());
@@ -412,6 +421,7 @@ bool Importer::Feed(char* line, unsigned int number) {
     } else if (end) {
         if (!m_open.empty()) {
             m_endNote[m_open.back()] = m_notes.size();
+            m_subtreeEnd[m_open.back()] = m_beginLines.size();
             m_open.pop_back();
         }
     } else if (m_open.empty()) {
@@ -542,14 +552,21 @@ unsigned int Importer::NextErrorLine(std::size_t component) {
     return taken < found->second.size() ? found->second[taken++] : found->second.back();
 }
 
-// Counts the component and everything inside it, for the walk's position.
-std::size_t Importer::SkipSubtree(icalcomponent* component) {
-    const std::size_t index = m_nextComponent++;
-    for (icalcomponent* c = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
-         c != nullptr; c = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT)) {
-        SkipSubtree(c);
+// The positions (in m_beginLines) of the children of parent, in the order
+// libical keeps them: it moves every VTIMEZONE to the front, the last one
+// first, and leaves the others in the order of the text.
+std::vector<std::size_t> Importer::ChildOrder(std::size_t parent) const {
+    std::vector<std::size_t> order;
+    std::vector<std::size_t> others;
+    if (parent >= m_beginLines.size()) return order;
+    const std::size_t end = std::min(m_subtreeEnd[parent], m_beginLines.size());
+    for (std::size_t i = parent + 1; i < end; ++i) {
+        if (m_parent[i] != parent) continue;
+        (m_isZone[i] ? order : others).push_back(i);
     }
-    return index;
+    std::reverse(order.begin(), order.end());
+    order.insert(order.end(), others.begin(), others.end());
+    return order;
 }
 
 const char* TzidOf(icalcomponent* zone) {
@@ -572,17 +589,15 @@ unsigned int TagLine(icalproperty* property) {
 }
 
 bool Importer::WalkRoot(icalcomponent* root) {
-    const std::size_t rootIndex = m_nextComponent++;
+    // libical hands back each outermost component as it ends: in the order of the text.
+    while (m_nextRoot < m_parent.size() && m_parent[m_nextRoot] != kNoComponent) ++m_nextRoot;
+    const std::size_t rootIndex = m_nextRoot++;
     CalendarContext calendar;
     if (const ItemKind* kind = ItemKindOf(root)) {
         return ImportItem(root, *kind, rootIndex, calendar);
     }
     if (icalcomponent_isa(root) != ICAL_VCALENDAR_COMPONENT) {
         m_fileLosses.Add(ComponentName(root), BeginLine(rootIndex));
-        for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
-             c != nullptr; c = icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
-            SkipSubtree(c);
-        }
         return true;
     }
     AddConverted(m_fileLosses, rootIndex);
@@ -601,19 +616,23 @@ bool Importer::WalkRoot(icalcomponent* root) {
             AddLoss(m_fileLosses, rootIndex, p);
         }
     }
+    const std::vector<std::size_t> order = ChildOrder(rootIndex);
+    std::size_t child = 0;
     for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
          c != nullptr; c = icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
+        const std::size_t index = child < order.size() ? order[child] : kNoComponent;
+        ++child;
         const ItemKind* kind = ItemKindOf(c);
         if (kind == nullptr) {
             // The export writes the definition of every zone the items use
             // from the time-zone database: one found there comes back.
             const bool rewritten =
                 icalcomponent_isa(c) == ICAL_VTIMEZONE_COMPONENT && KnownZone(TzidOf(c)) != nullptr;
-            m_fileLosses.Add(ComponentName(c), BeginLine(SkipSubtree(c)),
+            m_fileLosses.Add(ComponentName(c), BeginLine(index),
                              rewritten ? Loss::Kind::Regenerated : Loss::Kind::NotCarried);
             continue;
         }
-        if (!ImportItem(c, *kind, m_nextComponent++, calendar)) return false;
+        if (!ImportItem(c, *kind, index, calendar)) return false;
     }
     return true;
 }
@@ -650,9 +669,13 @@ bool Importer::ImportItem(icalcomponent* component, const ItemKind& kind, std::s
             return false;
         }
     }
+    const std::vector<std::size_t> order = ChildOrder(index);
+    std::size_t child = 0;
     for (icalcomponent* c = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
          c != nullptr; c = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT)) {
-        losses.Add(ComponentName(c), BeginLine(SkipSubtree(c)));
+        const std::size_t at = child < order.size() ? order[child] : kNoComponent;
+        ++child;
+        losses.Add(ComponentName(c), BeginLine(at));
     }
     m_owned.clear();
     const void* data = nullptr;
