@@ -186,7 +186,7 @@ void ComponentWriter::UseZone(const char* tzid) {
     }
     if (used->zone == nullptr) {
         m_losses.Add(std::string("VTIMEZONE of TZID ") + tzid, 0, Loss::Kind::NotCarried,
-                     "no such zone in the time-zone database");
+                     "not in the time-zone database");
     }
 }
 
@@ -655,8 +655,10 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
     }
     const std::string zones = ZoneDefinitions(writer.Zones());
     result.text.reserve(shell.size() + zones.size() + body.size());
-    result.text.append(shell, 0, end).append(zones).append(body).append(shell, end,
-                                                                          std::string::npos);
+    result.text.append(shell, 0, end)
+        .append(zones)
+        .append(body)
+        .append(shell, end, std::string::npos);
     result.ok = true;
     return result;
 }
