@@ -181,7 +181,10 @@ void ComponentWriter::UseZone(const char* tzid) {
         if (z.tzid == tzid) used = &z;
     }
     if (used == nullptr) {
-        m_zones.push_back(UsedZone{tzid, KnownZone(tzid)});
+        icaltimezone* zone = KnownZone(tzid);
+        // libical's UTC, say, is known but has no definition to write.
+        if (zone != nullptr && icaltimezone_get_component(zone) == nullptr) zone = nullptr;
+        m_zones.push_back(UsedZone{tzid, zone});
         used = &m_zones.back();
     }
     if (used->zone == nullptr) {
