@@ -314,6 +314,7 @@ class Importer {
     struct Converted {
         std::string name;
         unsigned int line;
+        std::string detail;
     };
 
     bool Feed(char* line, unsigned int number);
@@ -443,7 +444,8 @@ bool Importer::Feed(char* line, unsigned int number) {
             m_fileLosses.Add(name, number, Loss::Kind::Converted,
                              std::string("from ") + kFallbackCharset);
         } else {
-            m_converted[m_open.back()].push_back(Converted{name, number});
+            m_converted[m_open.back()].push_back(
+                Converted{name, number, std::string("from ") + kFallbackCharset});
         }
         given = &m_decoded[0];
     }
@@ -483,6 +485,21 @@ bool IsOneText(const char* name, std::size_t length) {
            kind != ICAL_NO_PROPERTY && icalproperty_kind_to_value_kind(kind) == ICAL_TEXT_VALUE;
 }
 
+// Whether a value of a list (values apart by unescaped commas) starts or
+// ends with a blank, which libical trims.
+bool BlankAroundAValue(const char* text, std::size_t size, bool trailing) {
+    if (trailing || (size > 0 && (IsBlank(text[0]) || IsBlank(text[size - 1])))) return true;
+    for (std::size_t i = 0; i < size; ++i) {
+        if (text[i] == '\\') {
+            ++i;
+        } else if (text[i] == ',' &&
+                   ((i > 0 && IsBlank(text[i - 1])) || (i + 1 < size && IsBlank(text[i + 1])))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Tags a CATEGORIES line with its line number and wraps a text value that
 // libical would trim or refuse (see kWrapTag); other lines go as they are.
 char* Importer::Prepare(char* line, std::size_t nameLength, unsigned int number) {
@@ -496,6 +513,10 @@ char* Importer::Prepare(char* line, std::size_t nameLength, unsigned int number)
                       (end == value || IsBlank(line[value]) || IsBlank(line[end - 1]) ||
                        m_trail.second > 0 || std::strstr(line, kWrapTag) != nullptr) &&
                       IsOneText(line, nameLength);
+    if (categories && BlankAroundAValue(line + value, end - value, m_trail.second > 0)) {
+        m_converted[m_open.back()].push_back(
+            Converted{"CATEGORIES", number, "blanks around a category trimmed"});
+    }
     if (!categories && !wrap) return line;
     std::string tagged(line, nameLength);
     tagged += ';';
@@ -541,7 +562,7 @@ void Importer::AddConverted(LossCollector& losses, std::size_t component) const 
     const auto found = m_converted.find(component);
     if (found == m_converted.end()) return;
     for (const Converted& c : found->second) {
-        losses.Add(c.name, c.line, Loss::Kind::Converted, std::string("from ") + kFallbackCharset);
+        losses.Add(c.name, c.line, Loss::Kind::Converted, c.detail);
     }
 }
 
