@@ -25,6 +25,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
@@ -318,7 +319,7 @@ class Importer {
     };
 
     bool Feed(char* line, unsigned int number);
-    char* Prepare(char* line, std::size_t nameLength, unsigned int number);
+    char* Prepare(char* line, std::size_t length, std::size_t nameLength, unsigned int number);
     unsigned int LineOf(std::size_t component, const std::string& name) const;
     void AddLoss(LossCollector& losses, std::size_t component, icalproperty* property,
                  Loss::Kind kind = Loss::Kind::NotCarried) const;
@@ -449,7 +450,9 @@ bool Importer::Feed(char* line, unsigned int number) {
         }
         given = &m_decoded[0];
     }
-    if (named && !begin && !end && !m_open.empty()) given = Prepare(given, n, number);
+    if (named && !begin && !end && !m_open.empty()) {
+        given = Prepare(given, given == line ? length : m_decoded.size(), n, number);
+    }
     icalcomponent* root = icalparser_add_line(m_parser, given);
     if (icalparser_get_state(m_parser) == ICALPARSER_ERROR && !m_open.empty()) {
         m_errors[m_open.back()].push_back(number);
@@ -462,13 +465,13 @@ bool Importer::Feed(char* line, unsigned int number) {
 
 // Where the value of a content line starts: after the first colon outside
 // quotes, or at its end when it has none.
-std::size_t ValueStart(const char* line, std::size_t from) {
+std::size_t ValueStart(const char* line, std::size_t from, std::size_t length) {
     bool quoted = false;
-    for (std::size_t i = from; line[i] != '\0'; ++i) {
+    for (std::size_t i = from; i < length; ++i) {
         if (line[i] == '"') quoted = !quoted;
         if (line[i] == ':' && !quoted) return i + 1;
     }
-    return std::strlen(line);
+    return length;
 }
 
 bool IsBlank(char c) {
@@ -502,16 +505,18 @@ bool BlankAroundAValue(const char* text, std::size_t size, bool trailing) {
 
 // Tags a CATEGORIES line with its line number and wraps a text value that
 // libical would trim or refuse (see kWrapTag); other lines go as they are.
-char* Importer::Prepare(char* line, std::size_t nameLength, unsigned int number) {
+char* Importer::Prepare(char* line, std::size_t length, std::size_t nameLength,
+                        unsigned int number) {
     const bool categories = NameIs(line, nameLength, "CATEGORIES");
-    const std::size_t value = ValueStart(line, nameLength);
-    std::size_t end = value + std::strlen(line + value);
+    const std::size_t value = ValueStart(line, nameLength, length);
+    std::size_t end = length;
     while (end > value && (line[end - 1] == '\n' || line[end - 1] == '\r')) --end;
     // A line that names the tag itself is wrapped too, so that the first
     // tag of a property is always the bridge's own.
+    const std::string_view params(line + nameLength, value - nameLength);
     const bool wrap = !categories && line[value - 1] == ':' &&
                       (end == value || IsBlank(line[value]) || IsBlank(line[end - 1]) ||
-                       m_trail.second > 0 || std::strstr(line, kWrapTag) != nullptr) &&
+                       m_trail.second > 0 || params.find(kWrapTag) != std::string_view::npos) &&
                       IsOneText(line, nameLength);
     if (categories && BlankAroundAValue(line + value, end - value, m_trail.second > 0)) {
         m_converted[m_open.back()].push_back(
@@ -905,6 +910,10 @@ void Importer::GatherParams(icalproperty* property, const PropertyRow& row, Gath
                             const char*& tzid) {
     std::size_t slotCount = 0;
     const ParamSlot* slots = ParamSlots(row.shape, slotCount);
+    const bool categories = row.shape == eShape::Categories;
+    const char* ownTag = categories                                                     ? kLineTag
+                         : icalproperty_kind_to_value_kind(row.kind) == ICAL_TEXT_VALUE ? kWrapTag
+                                                                                        : "";
     bool tagSkipped = false;
     g.wrapped = false;
     for (icalparameter* p = icalproperty_get_first_parameter(property, ICAL_ANY_PARAMETER);
@@ -912,10 +921,11 @@ void Importer::GatherParams(icalproperty* property, const PropertyRow& row, Gath
         const icalparameter_kind kind = icalparameter_isa(p);
         const char* name = ParamName(p);
         if (name == nullptr) continue;
-        if (!tagSkipped && kind == ICAL_X_PARAMETER &&
-            (std::strcmp(name, kLineTag) == 0 || std::strcmp(name, kWrapTag) == 0)) {
+        // The import's own tag comes first, and only on the lines it tags:
+        // any other parameter of that name is the text's own.
+        if (!tagSkipped && kind == ICAL_X_PARAMETER && std::strcmp(name, ownTag) == 0) {
             tagSkipped = true;
-            g.wrapped = std::strcmp(name, kWrapTag) == 0;
+            g.wrapped = !categories;
             continue;
         }
         // The value type follows from the value itself (libical writes VALUE
