@@ -1068,6 +1068,8 @@ ImportResult Importer::Run(const char* text, std::size_t size) {
     LineFeed feed;
     feed.pos = text;
     feed.end = text + size;
+    // A byte order mark is no text of the first line.
+    if (size >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0) feed.pos += 3;
     m_parser = icalparser_new();
     if (m_parser == nullptr) {
         Fail("out of memory", 0);

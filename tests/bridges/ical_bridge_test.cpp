@@ -271,6 +271,10 @@ TEST(IcalImport, MixedItemsInOrderWithCalendarTextsAndPositions) {
     const ImportResult r = ImportICalendar(text.data(), text.size());
     ASSERT_TRUE(r.ok) << r.error;
     ASSERT_EQ(r.items.size(), 3u);
+    const std::string marked = "\xEF\xBB\xBF" + text;  // a byte order mark changes nothing
+    const ImportResult same = ImportICalendar(marked.data(), marked.size());
+    EXPECT_EQ(same.streams, r.streams);
+    EXPECT_TRUE(same.losses.empty());
     const char* kinds[] = {"task", "event", "note"};
     const unsigned lines[] = {4, 7, 10};
     for (std::size_t i = 0; i < 3; ++i) {
