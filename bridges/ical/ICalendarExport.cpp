@@ -263,8 +263,15 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
                     m_losses.Add(std::string(icalproperty_kind_to_string(row.kind)) + ";TZID", 0);
                 }
             }
-            if (op == eOp::DateTimeCreated) m_created = t;
-            if (op == eOp::LastModified) m_modified = t;
+            // A zoned revision time is stamped as the same instant in UTC.
+            if (op == eOp::DateTimeCreated || op == eOp::LastModified) {
+                icaltimetype instant = t;
+                icaltimezone* zone = form == eForm::Zoned ? KnownZone(tzid) : nullptr;
+                if (zone != nullptr && !date) {
+                    icaltimezone_convert_time(&instant, zone, icaltimezone_get_utc_timezone());
+                }
+                (op == eOp::LastModified ? m_modified : m_created) = instant;
+            }
             icalvalue* value = icalvalue_new_datetime(t);
             if (value != nullptr && date) icalvalue_free(value), value = icalvalue_new_date(t);
             return value;

@@ -371,7 +371,7 @@ TEST(IcalImport, LooksLikeICalendarAfterBomAndBlankLines) {
 TEST(IcalExport, OneValidCalendarWithStampsThatLibicalReads) {
     setenv("SOURCE_DATE_EPOCH", "1767323045", 1);  // 2026-01-02 03:04:05 UTC
     const std::string text =
-        Cal("BEGIN:VEVENT\r\nUID:e\r\nLAST-MODIFIED:20260105T060708Z\r\nSUMMARY:" +
+        Cal("BEGIN:VEVENT\r\nUID:e\r\nLAST-MODIFIED;TZID=Asia/Tokyo:20260105T150708\r\nSUMMARY:" +
             std::string(100, 'x') + "\r\nEND:VEVENT\r\nBEGIN:VTODO\r\nEND:VTODO\r\n");
     const ImportResult r = ImportICalendar(text.data(), text.size());
     ASSERT_TRUE(r.ok);
