@@ -10,6 +10,7 @@
 #include <ctime>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -171,23 +172,20 @@ class ComponentWriter {
     icaltimetype m_modified = icaltime_null_time();
     std::time_t m_now;
     std::vector<UsedZone> m_zones;
+    std::unordered_map<std::string, std::size_t> m_zoneIndex;  // into m_zones, by TZID
 };
 
 // Notes a zone for its VTIMEZONE; one the time-zone database does not know
 // has no definition to write, which each item that names it reports.
 void ComponentWriter::UseZone(const char* tzid) {
-    const UsedZone* used = nullptr;
-    for (const UsedZone& z : m_zones) {
-        if (z.tzid == tzid) used = &z;
-    }
-    if (used == nullptr) {
+    const auto found = m_zoneIndex.emplace(tzid, m_zones.size());
+    if (found.second) {
         icaltimezone* zone = KnownZone(tzid);
         // libical's UTC, say, is known but has no definition to write.
         if (zone != nullptr && icaltimezone_get_component(zone) == nullptr) zone = nullptr;
         m_zones.push_back(UsedZone{tzid, zone});
-        used = &m_zones.back();
     }
-    if (used->zone == nullptr) {
+    if (m_zones[found.first->second].zone == nullptr) {
         m_losses.Add(std::string("VTIMEZONE of TZID ") + tzid, 0, Loss::Kind::NotCarried,
                      "not in the time-zone database");
     }
