@@ -47,6 +47,8 @@ def _text_bytes(text: Union[str, Bytes]) -> bytes:
 
 
 def _documents(text: str) -> List[dict]:
+    if not text:
+        return []  # a single broken item whose kind cannot be told
     docs = json.loads(text)
     return [docs] if isinstance(docs, dict) else docs
 
