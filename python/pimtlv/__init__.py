@@ -211,9 +211,9 @@ def from_text(text: Union[str, Bytes], fmt: str, strict: bool = False) -> Import
     if strict and result.has_loss:
         lost = [l for i in result.items for l in i.losses if l.changes]
         lost += [l for l in result.losses if l.changes]
-        first = lost[0]
-        raise TextError(f"{len(lost)} losses, the first {first.name} at line {first.line}",
-                        line=first.line or None, result=result)
+        names = ", ".join(f"{l.name} (line {l.line})" if l.line else l.name for l in lost)
+        raise TextError(f"not carried as it is: {names}", line=lost[0].line or None,
+                        result=result)
     return result
 
 
