@@ -36,44 +36,26 @@ py::object Fault(const pimtlv_python::StreamFault& fault) {
     return py::make_tuple(fault.offset, fault.sentence);
 }
 
+// The name Python sees for a bridge's enumerator: names lists them in the
+// enumeration's order.
+template <typename E, std::size_t N>
+const char* NameOf(E value, const char* const (&names)[N]) {
+    const auto index = static_cast<std::size_t>(value);
+    return index < N ? names[index] : "unknown";
+}
+
+constexpr const char* kLossKinds[] = {"not-carried", "regenerated", "converted", "limit"};
+constexpr const char* kOutcomes[] = {"unchanged", "changed", "added", "failed"};
+constexpr const char* kChanges[] = {"added", "removed", "changed"};
+
 const char* KindName(PimBridge::Loss::Kind kind) {
-    switch (kind) {
-        case PimBridge::Loss::Kind::NotCarried:
-            return "not-carried";
-        case PimBridge::Loss::Kind::Regenerated:
-            return "regenerated";
-        case PimBridge::Loss::Kind::Converted:
-            return "converted";
-        case PimBridge::Loss::Kind::Limit:
-            return "limit";
-    }
-    return "not-carried";
+    return NameOf(kind, kLossKinds);
 }
-
 const char* OutcomeName(PimBridge::MergedItem::Outcome outcome) {
-    switch (outcome) {
-        case PimBridge::MergedItem::Outcome::Unchanged:
-            return "unchanged";
-        case PimBridge::MergedItem::Outcome::Changed:
-            return "changed";
-        case PimBridge::MergedItem::Outcome::Added:
-            return "added";
-        case PimBridge::MergedItem::Outcome::Failed:
-            return "failed";
-    }
-    return "failed";
+    return NameOf(outcome, kOutcomes);
 }
-
 const char* ChangeName(PimBridge::PropertyChange::Kind kind) {
-    switch (kind) {
-        case PimBridge::PropertyChange::Kind::Added:
-            return "added";
-        case PimBridge::PropertyChange::Kind::Removed:
-            return "removed";
-        case PimBridge::PropertyChange::Kind::Changed:
-            return "changed";
-    }
-    return "changed";
+    return NameOf(kind, kChanges);
 }
 
 // The text a bridge wrote, as str; bytes that are not UTF-8 survive as
@@ -106,6 +88,32 @@ py::object Element(const pimtlv_python::WalkElement& e) {
     return py::make_tuple(e.offset, e.depth, e.elementClass, e.typeId,
                           e.name != nullptr ? py::object(py::str(e.name)) : py::object(py::none()),
                           e.length, value);
+}
+
+// What an export and a merge say of each item alike.
+template <typename Item>
+py::class_<Item> ItemReport(py::module_& m, const char* name, const char* doc) {
+    py::class_<Item> c(m, name, doc);
+    c.def_readonly("kind", &Item::kind)
+        .def_readonly("offset", &Item::offset, "where its stream starts in the streams given")
+        .def_readonly("malformed", &Item::malformed, "its parser stopped early")
+        .def_readonly("diagnostics", &Item::diagnostics)
+        .def_readonly("losses", &Item::losses, "what the text format has no place for");
+    return c;
+}
+
+// What an export and a merge hand back alike: the text and the items.
+template <typename Result>
+py::class_<Result> TextResult(py::module_& m, const char* name, const char* doc) {
+    py::class_<Result> c(m, name, doc);
+    c.def_readonly("ok", &Result::ok)
+        .def_readonly("error", &Result::error)
+        .def_property_readonly("text", [](const Result& r) { return Text(r.text); })
+        .def_property_readonly(
+            "data", [](const Result& r) { return py::bytes(r.text); },
+            "the text's bytes as written")
+        .def_readonly("items", &Result::items);
+    return c;
 }
 
 }  // namespace
@@ -223,21 +231,8 @@ PYBIND11_MODULE(_core, m) {
         .def_readonly("losses", &PimBridge::ImportResult::losses, "what belongs to no item")
         .def_property_readonly("has_loss", &PimBridge::ImportResult::HasLoss);
 
-    py::class_<PimBridge::ExportedItem>(m, "ExportedItem", "One item a text was written from.")
-        .def_readonly("kind", &PimBridge::ExportedItem::kind)
-        .def_readonly("offset", &PimBridge::ExportedItem::offset)
-        .def_readonly("malformed", &PimBridge::ExportedItem::malformed)
-        .def_readonly("diagnostics", &PimBridge::ExportedItem::diagnostics)
-        .def_readonly("losses", &PimBridge::ExportedItem::losses);
-
-    py::class_<PimBridge::ExportResult>(m, "ExportResult", "The text of item streams.")
-        .def_readonly("ok", &PimBridge::ExportResult::ok)
-        .def_readonly("error", &PimBridge::ExportResult::error)
-        .def_property_readonly("text",
-                               [](const PimBridge::ExportResult& r) { return Text(r.text); })
-        .def_property_readonly("data",
-                               [](const PimBridge::ExportResult& r) { return py::bytes(r.text); })
-        .def_readonly("items", &PimBridge::ExportResult::items);
+    ItemReport<PimBridge::ExportedItem>(m, "ExportedItem", "One item a text was written from.");
+    TextResult<PimBridge::ExportResult>(m, "ExportResult", "The text of item streams.");
 
     py::class_<PimBridge::PropertyChange>(m, "PropertyChange")
         .def_readonly("name", &PimBridge::PropertyChange::name)
@@ -251,28 +246,17 @@ PYBIND11_MODULE(_core, m) {
         .def_readonly("name", &PimBridge::Conflict::name)
         .def_readonly("device_won", &PimBridge::Conflict::deviceWon);
 
-    py::class_<PimBridge::MergedItem>(m, "MergedItem", "One item merged onto the original.")
-        .def_readonly("kind", &PimBridge::MergedItem::kind)
-        .def_readonly("offset", &PimBridge::MergedItem::offset)
+    ItemReport<PimBridge::MergedItem>(m, "MergedItem", "One item merged onto the original.")
         .def_readonly("uid", &PimBridge::MergedItem::uid)
         .def_readonly("instance", &PimBridge::MergedItem::instance)
         .def_property_readonly(
             "outcome", [](const PimBridge::MergedItem& i) { return OutcomeName(i.outcome); },
             "unchanged, changed, added or failed")
         .def_readonly("changes", &PimBridge::MergedItem::changes)
-        .def_readonly("conflicts", &PimBridge::MergedItem::conflicts)
-        .def_readonly("malformed", &PimBridge::MergedItem::malformed)
-        .def_readonly("diagnostics", &PimBridge::MergedItem::diagnostics)
-        .def_readonly("losses", &PimBridge::MergedItem::losses);
+        .def_readonly("conflicts", &PimBridge::MergedItem::conflicts);
 
-    py::class_<PimBridge::MergeResult>(m, "MergeResult", "Item streams merged onto a text.")
-        .def_readonly("ok", &PimBridge::MergeResult::ok)
-        .def_readonly("error", &PimBridge::MergeResult::error)
+    TextResult<PimBridge::MergeResult>(m, "MergeResult", "Item streams merged onto a text.")
         .def_readonly("error_line", &PimBridge::MergeResult::errorLine)
-        .def_property_readonly("text", [](const PimBridge::MergeResult& r) { return Text(r.text); })
-        .def_property_readonly("data",
-                               [](const PimBridge::MergeResult& r) { return py::bytes(r.text); })
-        .def_readonly("items", &PimBridge::MergeResult::items)
         .def_property_readonly("unchanged", &PimBridge::MergeResult::Unchanged);
 
     m.def(
