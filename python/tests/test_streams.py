@@ -154,3 +154,26 @@ def test_any_bytes_give_a_result_or_a_pimtlv_error(data):
     survives(lambda: pimtlv.check(data))
     for fmt in pimtlv.formats():
         survives(lambda: pimtlv.to_text(data, fmt))
+
+
+JSON_VALUES = st.recursive(
+    st.none() | st.booleans() | st.integers(-2**70, 2**70) | st.floats(allow_nan=False)
+    | st.text(max_size=20),
+    lambda inner: st.lists(inner, max_size=3) | st.dictionaries(st.text(max_size=8), inner,
+                                                                max_size=3),
+    max_leaves=6)
+
+
+@settings(max_examples=100, deadline=None)
+@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
+def test_any_argument_values_give_a_stream_or_a_document_error(kind, data):
+    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
+    for call in data.draw(st.lists(st.sampled_from(doc["calls"]), max_size=3)):
+        if call.get("args"):
+            call["args"][data.draw(st.sampled_from(sorted(call["args"])))] = data.draw(JSON_VALUES)
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore", pimtlv.RefusedCall)
+        try:
+            pimtlv.decode(pimtlv.encode(doc))
+        except pimtlv.Error as e:
+            assert e.sentence
