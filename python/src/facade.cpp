@@ -27,6 +27,16 @@ const pimtlv_tool::FormatAdapter& NamedFormat(const std::string& name) {
     return *format;
 }
 
+// The tool's sentences name its option; Python callers pass item=.
+std::string ForPython(std::string sentence) {
+    const std::string option = "--item";
+    for (std::size_t at = sentence.find(option); at != std::string::npos;
+         at = sentence.find(option, at)) {
+        sentence.replace(at, option.size(), "item=");
+    }
+    return sentence;
+}
+
 }  // namespace
 
 Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace) {
@@ -43,7 +53,7 @@ Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& it
         if (e.offset > 0) {
             pimtlv_tool::DecodeStream(options, View(data, e.offset), before, err);
         }
-        Failure failure(Failure::Kind::UnknownItem, e.what(), e.offset);
+        Failure failure(Failure::Kind::UnknownItem, ForPython(e.what()), e.offset);
         failure.documents = before.str();
         throw failure;
     } catch (const pimtlv_tool::UsageError& e) {

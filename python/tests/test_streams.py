@@ -69,6 +69,8 @@ def test_errors_carry_the_offset_and_what_was_read_before(data, error, offset, r
     assert caught.value.offset == offset
     assert str(caught.value) == caught.value.sentence != ""
     assert len(caught.value.documents) == read
+    if error is pimtlv.UnknownItem:
+        assert "name it with item=" in caught.value.sentence
     if error is pimtlv.MalformedStream:
         with pytest.raises(pimtlv.MalformedStream) as walked:
             list(pimtlv.walk(data))
