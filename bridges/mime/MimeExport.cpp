@@ -434,7 +434,8 @@ class Builder {
     static bool IsParamName(const std::string& name) {
         if (name.empty() || name.size() > kMaxParamName) return false;
         for (char c : name) {
-            if (c <= ' ' || c >= 127 || std::strchr("()<>@,;:\\\"/[]?=", c) != nullptr) return false;
+            if (c <= ' ' || c >= 127 || std::strchr("()<>@,;:\\\"/[]?=", c) != nullptr)
+                return false;
         }
         return true;
     }
