@@ -6,7 +6,6 @@
 #include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "bridges/common/LossCollector.h"
 #include "bridges/mime/MimeBridge.h"
 #include "bridges/mime/private/GMime.h"
+#include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
 #include "pimshared/email/TLVEmailParser.h"
 
@@ -470,28 +470,20 @@ std::string MboxFromLine(GMimeMessage* message) {
     return "From " + sender + " " + date + "\n";
 }
 
-void Write(GMimeMessage* message, bool mbox, GMimeStream* out, const std::string& text) {
+void Write(GMimeMessage* message, bool mbox, GMimeStream* out, std::string& text) {
     if (!mbox) {
         g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
         return;
     }
-    // A blank line before each separator but the first: GMime's reader
-    // takes it for the separator's, and the last message's own end stays its.
-    const std::string from = (g_mime_stream_tell(out) > 0 ? "\n" : "") + MboxFromLine(message);
+    // An empty line before each separator but the first: the reader takes
+    // it for the separator's, so the message before keeps its own end.
+    std::string from = MboxFromLine(message);
+    if (!text.empty()) from.insert(0, text.back() == '\n' ? "\n" : "\n\n");
     g_mime_stream_write(out, from.data(), from.size());
-    // Most messages have no line that starts with "From ": each is written
-    // as it is, and written again through the escaping filter only when it
-    // has one.
-    const gint64 start = g_mime_stream_tell(out);
+    const std::size_t start = text.size();
     g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
-    const std::string_view written = std::string_view(text).substr(static_cast<std::size_t>(start));
-    if (written.rfind("From ", 0) != 0 && written.find("\nFrom ") == std::string_view::npos) return;
-    g_mime_stream_seek(out, start, GMIME_STREAM_SEEK_SET);  // drops the message
-    Ref<GMimeStream> filtered(g_mime_stream_filter_new(out));
-    Ref<GMimeFilter> escape(g_mime_filter_from_new(GMIME_FILTER_FROM_MODE_ESCAPE));
-    g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), escape.get());
-    g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, filtered.get());
-    g_mime_stream_flush(filtered.get());
+    QuoteFromLines(text, start);
+    g_mime_stream_seek(out, 0, GMIME_STREAM_SEEK_END);  // the stream learns the new length
 }
 
 // Message items share root node 2 and differ by their component node, which

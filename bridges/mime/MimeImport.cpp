@@ -2,12 +2,16 @@
 // what it made and writes each message with CTLVEmailCreator: the message's
 // header fields, then its MIME part, then one nested entity per part of a
 // multipart and one for the message inside a message/rfc822 part.
+#include <algorithm>
 #include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "bridges/common/LossCollector.h"
 #include "bridges/mime/MimeBridge.h"
 #include "bridges/mime/private/GMime.h"
+#include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "platform/TVector.h"
@@ -18,18 +22,26 @@ namespace {
 
 using namespace mime;
 
-// The 1-based line of a byte offset. GMime's offsets mostly grow as the walk
-// goes on, so counting on from the last answer keeps each question cheap.
+// The 1-based line of a byte offset of one message's text, counted from
+// the line the message starts on in the input. GMime's offsets mostly grow
+// as the walk goes on, so counting on from the last answer keeps each
+// question cheap.
 class LineCounter {
   public:
-    LineCounter(const char* text, std::size_t size) : m_text(text), m_size(size) {}
+    void Reset(const char* text, std::size_t size, unsigned int firstLine) {
+        m_text = text;
+        m_size = size;
+        m_first = firstLine;
+        m_pos = 0;
+        m_line = firstLine;
+    }
 
     unsigned int LineAt(gint64 offset) {
         const std::size_t target =
             offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset), m_size);
         if (target < m_pos) {
             m_pos = 0;
-            m_line = 1;
+            m_line = m_first;
         }
         const char* p = m_text + m_pos;
         const char* end = m_text + target;
@@ -44,8 +56,9 @@ class LineCounter {
     }
 
   private:
-    const char* m_text;
-    std::size_t m_size;
+    const char* m_text = nullptr;
+    std::size_t m_size = 0;
+    unsigned int m_first = 1;
     std::size_t m_pos = 0;
     unsigned int m_line = 1;
 };
@@ -71,48 +84,77 @@ bool HasText(const char* text) {
 
 class Importer {
   public:
-    Importer(const char* text, std::size_t size)
-        : m_text(text), m_size(size), m_lines(text, size) {}
+    ImportResult Eml(const char* text, std::size_t size) {
+        Start(size);
+        if (!Read(text, size, 1, 1) && m_result.error.empty()) {
+            m_result.error = "no message: GMime reads none from this text";
+            m_result.errorLine = 1;
+        }
+        m_result.ok = m_result.error.empty();
+        return std::move(m_result);
+    }
 
-    ImportResult Run(bool mbox) {
+    ImportResult Mbox(const char* text, std::size_t size) {
+        Start(size);
+        const std::vector<MboxMessage> messages = SplitMbox(text, size);
+        if (messages.empty()) {
+            m_result.error = "no message: an mbox starts with a \"From \" line";
+            m_result.errorLine = 1;
+            return std::move(m_result);
+        }
+        for (const MboxMessage& m : messages) {
+            const char* at = text + m.offset;
+            // Body lines quoted so as not to read as separators get their
+            // text back; the lines stay where they were.
+            const std::string unquoted =
+                HasQuotedFromLine(at, m.size) ? UnquoteFromLines(at, m.size) : std::string();
+            const bool read = unquoted.empty()
+                                  ? Read(at, m.size, m.line + 1, m.line)
+                                  : Read(unquoted.data(), unquoted.size(), m.line + 1, m.line);
+            if (!m_result.error.empty()) return std::move(m_result);
+            if (!read)
+                m_result.losses.push_back(Loss{
+                    "(message GMime reads nothing of)", 1, m.line, Loss::Kind::NotCarried, {}});
+        }
+        m_result.ok = true;
+        return std::move(m_result);
+    }
+
+  private:
+    void Start(std::size_t size) {
         EnsureGMime();
         m_decoded.reset(g_mime_stream_mem_new());
-        ImportResult result;
         // Bodies travel decoded, so the streams are seldom larger than the
         // text: room for them at once spares copying them as they grow.
-        result.streams.reserve(m_size + 64);
-        Ref<GMimeStream> stream = MemoryStream(m_text, m_size);
+        m_result.streams.reserve(size + 64);
+    }
+
+    // One message's text, which starts on line firstLine of the input; the
+    // item is said to start on itemLine. Each item's instance is its
+    // position in the file, from 0. False when GMime read no message (or
+    // the codec failed: then the result's error says why).
+    bool Read(const char* text, std::size_t size, unsigned int firstLine, unsigned int itemLine) {
+        m_lines.Reset(text, size, firstLine);
+        Ref<GMimeStream> stream = MemoryStream(text, size);
         Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-        g_mime_parser_set_format(parser.get(), mbox ? GMIME_FORMAT_MBOX : GMIME_FORMAT_MESSAGE);
-        do {
-            Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
-            if (!message) {
-                if (result.items.empty()) {
-                    result.error = mbox ? "no message: an mbox starts with a \"From \" line"
-                                        : "no message: GMime reads none from this text";
-                    result.errorLine = 1;
-                    return result;
-                }
-                break;
-            }
-            const gint64 start = mbox ? g_mime_parser_get_mbox_marker_offset(parser.get()) : 0;
-            if (!Item(message.get())) {
-                result.error = "the e-mail codec refused a value of this message";
-                result.errorLine = m_lines.LineAt(start);
-                return result;
-            }
-            const void* data = nullptr;
-            unsigned int length = 0;
-            if (!m_creator.GetData(data, length)) {
-                result.error = "the e-mail codec could not finish this message";
-                result.errorLine = m_lines.LineAt(start);
-                return result;
-            }
-            result.AddItem("email", m_lines.LineAt(start), data, length, m_losses.Take());
-            m_creator.Reset();
-        } while (mbox && !g_mime_parser_eos(parser.get()));
-        result.ok = true;
-        return result;
+        g_mime_parser_set_format(parser.get(), GMIME_FORMAT_MESSAGE);
+        Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+        if (!message) return false;
+        if (!Item(message.get(), static_cast<unsigned int>(m_result.items.size()))) {
+            m_result.error = "the e-mail codec refused a value of this message";
+            m_result.errorLine = itemLine;
+            return false;
+        }
+        const void* data = nullptr;
+        unsigned int length = 0;
+        if (!m_creator.GetData(data, length)) {
+            m_result.error = "the e-mail codec could not finish this message";
+            m_result.errorLine = itemLine;
+            return false;
+        }
+        m_result.AddItem("email", itemLine, data, length, m_losses.Take());
+        m_creator.Reset();
+        return true;
     }
 
   private:
@@ -123,9 +165,9 @@ class Importer {
 
     void Lose(const char* name, gint64 offset) { m_losses.Add(name, m_lines.LineAt(offset)); }
 
-    bool Item(GMimeMessage* message) {
+    bool Item(GMimeMessage* message, unsigned int instance) {
         m_ok = true;
-        Put(m_creator.Begin(0));
+        Put(m_creator.Begin(instance));
         Message(message);
         Put(m_creator.End());
         return m_ok;
@@ -345,8 +387,7 @@ class Importer {
         Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
     }
 
-    const char* m_text;
-    std::size_t m_size;
+    ImportResult m_result;
     LineCounter m_lines;
     PimShared::CTLVEmailCreator m_creator;
     LossCollector m_losses;
@@ -357,11 +398,11 @@ class Importer {
 }  // namespace
 
 ImportResult ImportEml(const char* text, std::size_t size) {
-    return Importer(text, size).Run(false);
+    return Importer().Eml(text, size);
 }
 
 ImportResult ImportMbox(const char* text, std::size_t size) {
-    return Importer(text, size).Run(true);
+    return Importer().Mbox(text, size);
 }
 
 }  // namespace PimBridge
