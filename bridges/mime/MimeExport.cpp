@@ -106,7 +106,8 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         if (m_current == nullptr) return true;
         if (m_skipped > 0 || m_depth == kMaxDepth) {
             if (m_skipped++ == 0) {
-                m_losses.Add("Entity nested deeper than 1024", 0);
+                m_losses.Add("Entity", 0, Loss::Kind::Limit,
+                             "nested deeper than 1024 levels, with all it holds");
                 m_resume = m_current;
                 m_current = &m_sink;
             }

@@ -135,6 +135,8 @@ class Importer {
     // the codec failed: then the result's error says why).
     bool Read(const char* text, std::size_t size, unsigned int firstLine, unsigned int itemLine) {
         m_lines.Reset(text, size, firstLine);
+        m_text = text;
+        m_size = size;
         Ref<GMimeStream> stream = MemoryStream(text, size);
         Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
         g_mime_parser_set_format(parser.get(), GMIME_FORMAT_MESSAGE);
@@ -256,31 +258,71 @@ class Importer {
         GMimeContentDisposition* disposition = g_mime_object_get_content_disposition(object);
         if (disposition != nullptr) Disposition(disposition);
         Headers(object, false);
+        GMimeHeader* type =
+            g_mime_header_list_get_header(g_mime_object_get_header_list(object), "Content-Type");
+        const gint64 typeAt = type != nullptr ? g_mime_header_get_offset(type) : 0;
         if (GMIME_IS_MULTIPART(object)) {
             GMimeMultipart* multipart = GMIME_MULTIPART(object);
+            const int count = g_mime_multipart_get_count(multipart);
+            const char* prologue = g_mime_multipart_get_prologue(multipart);
+            if (count == 0 && m_depth >= kGMimeDepth && HasText(prologue)) {
+                // GMime reads no parts this deep and keeps their text as the
+                // preamble: it travels as the body, which export writes
+                // back as it came.
+                DepthLimit(typeAt);
+                Put(m_creator.Body(A::eBodyEncoding7Bit, A::eBodyCharsetUnknown, prologue,
+                                   static_cast<unsigned int>(std::strlen(prologue))));
+                return;
+            }
             // Text around the parts is for readers without MIME; the item has
             // no place for it.
-            GMimeHeader* type = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
-                                                              "Content-Type");
-            const gint64 at = type != nullptr ? g_mime_header_get_offset(type) : 0;
-            if (HasText(g_mime_multipart_get_prologue(multipart))) Lose("(preamble)", at);
-            if (HasText(g_mime_multipart_get_epilogue(multipart))) Lose("(epilogue)", at);
-            const int count = g_mime_multipart_get_count(multipart);
+            if (HasText(prologue)) Lose("(preamble)", BodyStart(typeAt));
+            if (HasText(g_mime_multipart_get_epilogue(multipart))) Lose("(epilogue)", typeAt);
             for (int i = 0; i < count && m_ok; ++i) {
-                Put(m_creator.BeginEntity());
-                Content(g_mime_multipart_get_part(multipart, i), false);
-                Put(m_creator.EndEntity());
+                Nested([&] { Content(g_mime_multipart_get_part(multipart, i), false); });
             }
         } else if (GMIME_IS_MESSAGE_PART(object)) {
             GMimeMessage* inner = g_mime_message_part_get_message(GMIME_MESSAGE_PART(object));
-            if (inner != nullptr) {
-                Put(m_creator.BeginEntity());
-                Message(inner);
-                Put(m_creator.EndEntity());
-            }
+            if (inner != nullptr) Nested([&] { Message(inner); });
         } else if (GMIME_IS_PART(object)) {
+            // A multipart or message this deep GMime keeps as one body of
+            // its text, which travels and is written back as it came.
+            GMimeContentType* contentType = g_mime_object_get_content_type(object);
+            if (m_depth >= kGMimeDepth &&
+                (g_mime_content_type_is_type(contentType, "multipart", "*") ||
+                 g_mime_content_type_is_type(contentType, "message", "*")))
+                DepthLimit(typeAt);
             Body(GMIME_PART(object), ofMessage);
         }
+    }
+
+    template <typename Walk>
+    void Nested(Walk&& walk) {
+        Put(m_creator.BeginEntity());
+        ++m_depth;
+        walk();
+        --m_depth;
+        Put(m_creator.EndEntity());
+    }
+
+    void DepthLimit(gint64 offset) {
+        m_losses.Add("(parts)", m_lines.LineAt(offset), Loss::Kind::Limit,
+                     "nested deeper than GMime reads (1024 levels, a message part counting "
+                     "two): kept as one body, as it was sent");
+    }
+
+    // Where the body of the part whose header field starts at offset
+    // begins: after the first empty line.
+    gint64 BodyStart(gint64 offset) const {
+        const std::size_t from =
+            offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset), m_size);
+        for (std::size_t i = from; i + 1 < m_size; ++i) {
+            if (m_text[i] != '\n') continue;
+            if (m_text[i + 1] == '\n') return static_cast<gint64>(i + 2);
+            if (m_text[i + 1] == '\r' && i + 2 < m_size && m_text[i + 2] == '\n')
+                return static_cast<gint64>(i + 3);
+        }
+        return static_cast<gint64>(from);
     }
 
     void ContentType(GMimeContentType* type) {
@@ -387,7 +429,15 @@ class Importer {
         Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
     }
 
+    // GMime reads parts nested 1,024 levels deep, a message part counting
+    // two (itself and its message); below, at least this many entities are
+    // open.
+    static constexpr unsigned int kGMimeDepth = 512;
+
     ImportResult m_result;
+    const char* m_text = nullptr;  // the message being read
+    std::size_t m_size = 0;
+    unsigned int m_depth = 0;  // entities open
     LineCounter m_lines;
     PimShared::CTLVEmailCreator m_creator;
     LossCollector m_losses;
