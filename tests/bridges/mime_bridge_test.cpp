@@ -176,7 +176,7 @@ TEST(MimeImport, LossesByNameCountAndLine) {
         losses += l.name + " " + std::to_string(l.count) + " " + std::to_string(l.line) + "\n";
     EXPECT_EQ(losses,
               "Return-Path 1 1\nReceived 2 2\nDKIM-Signature 1 4\nX-Mailer 1 20\n"
-              "(preamble) 1 21\nContent-Language 1 40\n");
+              "(preamble) 1 23\nContent-Language 1 40\n");
     EXPECT_TRUE(r.HasLoss());
 }
 
