@@ -4,12 +4,14 @@
 // multipart and one for the message inside a message/rfc822 part.
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "bridges/common/LossCollector.h"
 #include "bridges/mime/MimeBridge.h"
+#include "bridges/mime/private/Charsets.h"
 #include "bridges/mime/private/GMime.h"
 #include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
@@ -123,6 +125,11 @@ class Importer {
   private:
     void Start(std::size_t size) {
         EnsureGMime();
+        // 8-bit header text without a charset: UTF-8 where it is valid, else
+        // windows-1252, which reads every byte (reported as converted).
+        m_options.reset(g_mime_parser_options_new());
+        const char* fallback[] = {"utf-8", kFallbackCharset, nullptr};
+        g_mime_parser_options_set_fallback_charsets(m_options.get(), fallback);
         m_decoded.reset(g_mime_stream_mem_new());
         // Bodies travel decoded, so the streams are seldom larger than the
         // text: room for them at once spares copying them as they grow.
@@ -140,7 +147,7 @@ class Importer {
         Ref<GMimeStream> stream = MemoryStream(text, size);
         Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
         g_mime_parser_set_format(parser.get(), GMIME_FORMAT_MESSAGE);
-        Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
+        Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), m_options.get()));
         if (!message) return false;
         if (!Item(message.get(), static_cast<unsigned int>(m_result.items.size()))) {
             m_result.error = "the e-mail codec refused a value of this message";
@@ -177,8 +184,19 @@ class Importer {
 
     // A message's own header fields, then its content.
     void Message(GMimeMessage* message) {
+        GMimeHeaderList* headers = g_mime_object_get_header_list(GMIME_OBJECT(message));
         for (const AddressField& field : kAddressFields) {
             InternetAddressList* list = g_mime_message_get_addresses(message, field.type);
+            // A field in one header whose encoded words GMime cannot read is
+            // read again relabelled in the fallback charset.
+            Ref<InternetAddressList> relabelled;
+            const std::string text = OnlyHeader(headers, field.header)
+                                         ? Relabelled(headers, field.header)
+                                         : std::string();
+            if (!text.empty()) {
+                relabelled.reset(internet_address_list_parse(m_options.get(), text.c_str()));
+                if (relabelled) list = relabelled.get();
+            }
             const int count = list != nullptr ? internet_address_list_length(list) : 0;
             for (int i = 0; i < count; ++i)
                 Address(field.member, internet_address_list_get_address(list, i));
@@ -235,18 +253,48 @@ class Importer {
         for (int i = 0; i < count; ++i) {
             GMimeHeader* header = g_mime_header_list_get_header_at(headers, i);
             const char* name = g_mime_header_get_name(header);
+            // A part's content fields are its own: its pass looks at them.
+            const bool content = g_ascii_strncasecmp(name, "Content-", 8) == 0;
+            const CharsetTrouble trouble =
+                message && content ? CharsetTrouble()
+                                   : FindCharsetTrouble(g_mime_header_get_raw_value(header));
+            const TextField* field = TextFieldOf(name);
+            if (!trouble.what.empty()) {
+                // Texts and content fields are read again relabelled (below,
+                // and in Content()); for the rest GMime's reading stands.
+                const bool relabelled =
+                    (field != nullptr && field->unstructured) ||
+                    (message && IsAddressHeader(name) && OnlyHeader(headers, name)) ||
+                    g_ascii_strcasecmp(name, "Content-Type") == 0 ||
+                    g_ascii_strcasecmp(name, "Content-Disposition") == 0;
+                m_losses.Add(name, m_lines.LineAt(g_mime_header_get_offset(header)),
+                             Loss::Kind::Converted,
+                             trouble.what + (relabelled || trouble.fallsBack
+                                                 ? std::string(", read as ") + kFallbackCharset
+                                                 : ", its bytes dropped or read as '?'"));
+            }
             if (message && IsAddressHeader(name)) continue;
             if (g_ascii_strcasecmp(name, "Content-Type") == 0 ||
                 g_ascii_strcasecmp(name, "Content-Disposition") == 0 ||
                 g_ascii_strcasecmp(name, "Content-Transfer-Encoding") == 0)
                 continue;
-            const TextField* field = TextFieldOf(name);
             if (field == nullptr) {
                 Lose(name, g_mime_header_get_offset(header));
                 continue;
             }
             version = version || field->op == &A::MimeVersion;
-            const std::string value = Trimmed(g_mime_header_get_value(header));
+            const std::string value =
+                trouble.what.empty() || !field->unstructured
+                    ? Trimmed(g_mime_header_get_value(header))
+                    : Trimmed(
+                          GText(
+                              g_mime_utils_header_decode_text(
+                                  m_options.get(),
+                                  GText(g_mime_utils_header_unfold(
+                                            WithFallbackCharset(g_mime_header_get_raw_value(header))
+                                                .c_str()))
+                                      .get()))
+                              .get());
             Put((m_creator.*(field->op))(value.c_str()));
         }
         return version;
@@ -254,9 +302,24 @@ class Importer {
 
     // One MIME part: its content fields, then its body or its entities.
     void Content(GMimeObject* object, bool ofMessage) {
-        ContentType(g_mime_object_get_content_type(object));
+        GMimeHeaderList* headers = g_mime_object_get_header_list(object);
+        const std::string typeText = Relabelled(headers, "Content-Type");
+        if (!typeText.empty()) {
+            Ref<GMimeContentType> type(
+                g_mime_content_type_parse(m_options.get(), typeText.c_str()));
+            ContentType(type.get());
+        } else {
+            ContentType(g_mime_object_get_content_type(object));
+        }
+        const std::string dispositionText = Relabelled(headers, "Content-Disposition");
         GMimeContentDisposition* disposition = g_mime_object_get_content_disposition(object);
-        if (disposition != nullptr) Disposition(disposition);
+        if (!dispositionText.empty()) {
+            Ref<GMimeContentDisposition> relabelled(
+                g_mime_content_disposition_parse(m_options.get(), dispositionText.c_str()));
+            Disposition(relabelled.get());
+        } else if (disposition != nullptr) {
+            Disposition(disposition);
+        }
         Headers(object, false);
         GMimeHeader* type =
             g_mime_header_list_get_header(g_mime_object_get_header_list(object), "Content-Type");
@@ -294,6 +357,26 @@ class Importer {
                 DepthLimit(typeAt);
             Body(GMIME_PART(object), ofMessage);
         }
+    }
+
+    static bool OnlyHeader(GMimeHeaderList* headers, const char* name) {
+        int found = 0;
+        const int count = g_mime_header_list_get_count(headers);
+        for (int i = 0; i < count && found < 2; ++i) {
+            found += g_ascii_strcasecmp(
+                         g_mime_header_get_name(g_mime_header_list_get_header_at(headers, i)),
+                         name) == 0;
+        }
+        return found == 1;
+    }
+
+    // The unfolded value of the field, relabelled in the fallback charset,
+    // when its charsets are in trouble; else empty.
+    static std::string Relabelled(GMimeHeaderList* headers, const char* name) {
+        GMimeHeader* header = g_mime_header_list_get_header(headers, name);
+        const char* raw = header != nullptr ? g_mime_header_get_raw_value(header) : nullptr;
+        if (FindCharsetTrouble(raw).what.empty()) return std::string();
+        return GText(g_mime_utils_header_unfold(WithFallbackCharset(raw).c_str())).get();
     }
 
     template <typename Walk>
@@ -435,6 +518,10 @@ class Importer {
     static constexpr unsigned int kGMimeDepth = 512;
 
     ImportResult m_result;
+    struct FreeOptions {
+        void operator()(GMimeParserOptions* options) const { g_mime_parser_options_free(options); }
+    };
+    std::unique_ptr<GMimeParserOptions, FreeOptions> m_options;
     const char* m_text = nullptr;  // the message being read
     std::size_t m_size = 0;
     unsigned int m_depth = 0;  // entities open
