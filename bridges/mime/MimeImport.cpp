@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -509,6 +510,25 @@ class Importer {
             }
         }
         const unsigned int length = bytes->len;
+        const std::string_view text(reinterpret_cast<const char*>(bytes->data), length);
+        // Text in a charset no reader can decode travels as sent, and is said;
+        // so does 8-bit text that names no charset (the item calls it unknown).
+        std::string fault;
+        if (g_mime_content_type_is_type(g_mime_object_get_content_type(object), "text", "*")) {
+            if (charsetName != nullptr) {
+                fault = Unreadable(charsetName, text, false);
+            } else if (std::any_of(text.begin(), text.end(),
+                                   [](char c) { return (c & 0x80) != 0; })) {
+                fault = "8-bit text without a charset";
+                charset = A::eBodyCharsetUnknown;
+            }
+        }
+        if (!fault.empty()) {
+            GMimeHeader* at = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
+                                                            "Content-Type");
+            m_losses.Add("Body", m_lines.LineAt(at != nullptr ? g_mime_header_get_offset(at) : 0),
+                         Loss::Kind::Converted, fault + ": kept as sent, undecoded");
+        }
         Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
     }
 

@@ -13,6 +13,32 @@ namespace mime {
 
 const char* const kFallbackCharset = "windows-1252";
 
+std::string Unreadable(const std::string& charset, std::string_view bytes, bool partial) {
+    iconv_t cd = g_mime_iconv_open("UTF-8", charset.c_str());
+    if (cd == reinterpret_cast<iconv_t>(-1)) return "unknown charset " + charset;
+    g_mime_iconv_close(cd);
+    if (g_ascii_strcasecmp(g_mime_charset_iconv_name(charset.c_str()), "UTF-8") == 0) {
+        // iconv passes UTF-8 to UTF-8 unchecked.
+        const char* end = nullptr;
+        if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), &end))
+            return std::string();
+        const std::size_t rest = bytes.size() - static_cast<std::size_t>(end - bytes.data());
+        const bool cut =
+            partial && rest < 4 &&
+            g_utf8_get_char_validated(end, static_cast<gssize>(rest)) == static_cast<gunichar>(-2);
+        return cut ? std::string() : "bytes not valid in " + charset;
+    }
+    GError* error = nullptr;
+    gsize read = 0, written = 0;
+    gchar* text = g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8",
+                            g_mime_charset_iconv_name(charset.c_str()), &read, &written, &error);
+    g_free(text);
+    const bool fault =
+        error != nullptr && !(partial && error->code == G_CONVERT_ERROR_PARTIAL_INPUT);
+    if (error != nullptr) g_error_free(error);
+    return fault ? "bytes not valid in " + charset : std::string();
+}
+
 namespace {
 
 // An encoded word "=?charset?B|Q?text?=" of a raw value.
@@ -80,34 +106,6 @@ void AppendDecoded(const Word& w, std::string& out) {
     }
 }
 
-// Why the bytes do not read in charset, or empty. A value split into
-// continuations may end inside a character: partial is then no fault.
-std::string Unreadable(const std::string& charset, const std::string& bytes, bool partial = false) {
-    iconv_t cd = g_mime_iconv_open("UTF-8", charset.c_str());
-    if (cd == reinterpret_cast<iconv_t>(-1)) return "unknown charset " + charset;
-    g_mime_iconv_close(cd);
-    if (g_ascii_strcasecmp(g_mime_charset_iconv_name(charset.c_str()), "UTF-8") == 0) {
-        // iconv passes UTF-8 to UTF-8 unchecked.
-        const char* end = nullptr;
-        if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), &end))
-            return std::string();
-        const std::size_t rest = bytes.size() - static_cast<std::size_t>(end - bytes.data());
-        const bool cut =
-            partial && rest < 4 &&
-            g_utf8_get_char_validated(end, static_cast<gssize>(rest)) == static_cast<gunichar>(-2);
-        return cut ? std::string() : "bytes not valid in " + charset;
-    }
-    GError* error = nullptr;
-    gsize read = 0, written = 0;
-    gchar* text = g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8",
-                            g_mime_charset_iconv_name(charset.c_str()), &read, &written, &error);
-    g_free(text);
-    const bool fault =
-        error != nullptr && !(partial && error->code == G_CONVERT_ERROR_PARTIAL_INPUT);
-    if (error != nullptr) g_error_free(error);
-    return fault ? "bytes not valid in " + charset : std::string();
-}
-
 // Runs of adjacent encoded words of one charset, as GMime joins them before
 // converting (a character may be split across words), with what is wrong
 // with each run.
@@ -133,7 +131,7 @@ std::vector<Run> Runs(std::string_view raw) {
     for (Run& run : runs) {
         bytes.clear();
         for (const Word& word : run.words) AppendDecoded(word, bytes);
-        run.trouble = Unreadable(run.words.front().charset, bytes);
+        run.trouble = Unreadable(run.words.front().charset, bytes, false);
     }
     return runs;
 }

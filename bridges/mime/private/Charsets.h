@@ -9,12 +9,18 @@
 // change is said, and read them by the same fallback instead.
 
 #include <string>
+#include <string_view>
 
 namespace PimBridge {
 namespace mime {
 
 // The charset every byte reads in, for text whose own charset fails.
 extern const char* const kFallbackCharset;
+
+// Why bytes do not read in charset ("unknown charset x-foo", "bytes not
+// valid in utf-8"), or empty. A value cut into pieces may end inside a
+// character: partial makes that no fault.
+std::string Unreadable(const std::string& charset, std::string_view bytes, bool partial);
 
 struct CharsetTrouble {
     // What would not arrive as sent ("8-bit text without a charset", "an
