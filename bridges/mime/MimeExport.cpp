@@ -419,7 +419,7 @@ class Builder {
         m_kept.clear();
         for (const Param& p : params) {
             if (!IsParamName(p.name)) {
-                m_losses.Add(what, 0, Loss::Kind::Limit,
+                m_losses.Add(std::string(what) + " name", 0, Loss::Kind::Limit,
                              "a name that is no MIME token of at most " +
                                  std::to_string(kMaxParamName) + " bytes");
             } else if (m_kept.size() == kMaxParams) {
