@@ -407,6 +407,15 @@ TEST(MimeExport, DeviceStateAndLinksAreLeftOutAndSaid) {
     EXPECT_TRUE(odd.items[0].malformed);
 }
 
+// The .eml export of the one item a creator has begun.
+ExportResult ExportEnded(PimShared::CTLVEmailCreator& c) {
+    c.End();
+    const void* data = nullptr;
+    unsigned int length = 0;
+    if (!c.GetData(data, length)) return ExportResult();
+    return PimBridge::ExportEml(static_cast<const std::uint8_t*>(data), length);
+}
+
 // A line break in a value would end the header field and start one of the
 // stream's choosing.
 TEST(MimeExport, NoValueStartsAHeaderField) {
@@ -420,11 +429,7 @@ TEST(MimeExport, NoValueStartsAHeaderField) {
     c.Mailbox(A::eMailboxFieldTypeTo, "Eve\nX-Evil: name", "e@example.org\nX-Evil: address");
     c.ContentType(extension, "text\nX-Evil: type");
     c.ContentTypeParam(name, value, "a\nX-Evil: name", "b\nX-Evil: value");
-    c.End();
-    const void* data = nullptr;
-    unsigned int length = 0;
-    ASSERT_TRUE(c.GetData(data, length));
-    const ExportResult e = PimBridge::ExportEml(static_cast<const std::uint8_t*>(data), length);
+    const ExportResult e = ExportEnded(c);
     ASSERT_TRUE(e.ok);
     EXPECT_EQ(e.text.find("\nX-Evil"), std::string::npos) << e.text;
 }
@@ -443,11 +448,7 @@ TEST(MimeExport, ParametersGMimeCannotWriteAreBoundedAndSaid) {
     c.ContentTypeParam(ext, value, std::string(70, 'n').c_str(), "\xC3\xA9t\xC3\xA9");
     for (int i = 0; i < 600; ++i)
         c.ContentTypeParam(ext, value, ("p" + std::to_string(i)).c_str(), "v");
-    c.End();
-    const void* data = nullptr;
-    unsigned int length = 0;
-    ASSERT_TRUE(c.GetData(data, length));
-    const ExportResult e = PimBridge::ExportEml(static_cast<const std::uint8_t*>(data), length);
+    const ExportResult e = ExportEnded(c);
     ASSERT_TRUE(e.ok);
     std::string losses;
     for (const PimBridge::Loss& l : e.items[0].losses)
