@@ -17,7 +17,15 @@ std::string Unreadable(const std::string& charset, std::string_view bytes, bool 
     iconv_t cd = g_mime_iconv_open("UTF-8", charset.c_str());
     if (cd == reinterpret_cast<iconv_t>(-1)) return "unknown charset " + charset;
     g_mime_iconv_close(cd);
-    if (g_ascii_strcasecmp(g_mime_charset_iconv_name(charset.c_str()), "UTF-8") == 0) {
+    const char* name = g_mime_charset_iconv_name(charset.c_str());
+    // Most text is 7-bit, which reads the same in every charset but those
+    // of wide units: no conversion needed to know.
+    const bool wide = g_ascii_strncasecmp(name, "UTF-16", 6) == 0 ||
+                      g_ascii_strncasecmp(name, "UTF-32", 6) == 0 ||
+                      g_ascii_strncasecmp(name, "UCS", 3) == 0;
+    if (!wide && std::none_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; }))
+        return std::string();
+    if (g_ascii_strcasecmp(name, "UTF-8") == 0) {
         // iconv passes UTF-8 to UTF-8 unchecked.
         const char* end = nullptr;
         if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), &end))
@@ -30,8 +38,8 @@ std::string Unreadable(const std::string& charset, std::string_view bytes, bool 
     }
     GError* error = nullptr;
     gsize read = 0, written = 0;
-    gchar* text = g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8",
-                            g_mime_charset_iconv_name(charset.c_str()), &read, &written, &error);
+    gchar* text = g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8", name, &read,
+                            &written, &error);
     g_free(text);
     const bool fault =
         error != nullptr && !(partial && error->code == G_CONVERT_ERROR_PARTIAL_INPUT);
