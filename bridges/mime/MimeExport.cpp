@@ -476,14 +476,14 @@ void Write(GMimeMessage* message, bool mbox, GMimeStream* out, std::string& text
         g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
         return;
     }
-    // An empty line before each separator but the first: the reader takes
-    // it for the separator's, so the message before keeps its own end.
-    std::string from = MboxFromLine(message);
-    if (!text.empty()) from.insert(0, text.back() == '\n' ? "\n" : "\n\n");
+    const std::string from = MboxFromLine(message);
     g_mime_stream_write(out, from.data(), from.size());
     const std::size_t start = text.size();
     g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
     QuoteFromLines(text, start);
+    // An empty line after each message: the reader takes it for the
+    // container's, so the message keeps its own end.
+    text += text.back() == '\n' ? "\n" : "\n\n";
     g_mime_stream_seek(out, 0, GMIME_STREAM_SEEK_END);  // the stream learns the new length
 }
 

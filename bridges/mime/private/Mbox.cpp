@@ -74,7 +74,12 @@ std::vector<MboxMessage> SplitMbox(const char* text, std::size_t size) {
         previousStart = pos;
         pos = end < size ? end + 1 : size;
     }
-    if (!messages.empty()) messages.back().size = size - messages.back().offset;
+    // So is the empty line that ends the file after the last message.
+    if (!messages.empty()) {
+        MboxMessage& last = messages.back();
+        last.size = (previousEmpty && previousStart >= last.offset ? previousStart : size) -
+                    last.offset;
+    }
     return messages;
 }
 

@@ -2,8 +2,8 @@
 #define PIMTLV_BRIDGES_MIME_PRIVATE_MBOX_H
 
 // The mbox container around messages, for import and export alike. A
-// message starts after a "From " separator line; the empty line before a
-// separator is the container's. Body lines that would read as a separator
+// message starts after a "From " separator line and ends with an empty
+// line, which is the container's. Body lines that would read as a separator
 // are quoted the mboxrd way: a line of any number of '>' and then "From "
 // gets one '>' more on writing and one less on reading, which gives every
 // body back as it was. Files written the mboxo way (only "From " quoted, a
