@@ -191,10 +191,8 @@ class Importer {
             // A field in one header whose encoded words GMime cannot read is
             // read again relabelled in the fallback charset.
             Ref<InternetAddressList> relabelled;
-            const std::string text = OnlyHeader(headers, field.header)
-                                         ? Relabelled(headers, field.header)
-                                         : std::string();
-            if (!text.empty()) {
+            const std::string text = Relabelled(headers, field.header);
+            if (!text.empty() && OnlyHeader(headers, field.header)) {
                 relabelled.reset(internet_address_list_parse(m_options.get(), text.c_str()));
                 if (relabelled) list = relabelled.get();
             }
