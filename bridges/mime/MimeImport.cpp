@@ -115,6 +115,11 @@ class Importer {
                                   ? Read(at, m.size, m.line + 1, m.line)
                                   : Read(unquoted.data(), unquoted.size(), m.line + 1, m.line);
             if (!m_result.error.empty()) return std::move(m_result);
+            if (read && m.lookalikes > 0) {
+                m_result.items.back().losses.push_back(
+                    Loss{"From line", m.lookalikes, m.lookalikeLine, Loss::Kind::Converted,
+                         "a separator without an empty line before it, read as body text"});
+            }
             if (!read)
                 m_result.losses.push_back(Loss{
                     "(message GMime reads nothing of)", 1, m.line, Loss::Kind::NotCarried, {}});

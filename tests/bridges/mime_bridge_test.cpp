@@ -305,7 +305,14 @@ TEST(MimeImport, MboxQuotingBothWays) {
     EXPECT_NE(e.text.find("\n\n" + quoted + "\nFrom MAILER-DAEMON "), std::string::npos) << e.text;
     EXPECT_EQ(PimBridge::ImportMbox(e.text.data(), e.text.size()).streams, r.streams);
 
-    // A separator with nothing after it is said, at its line.
+    // A line that reads as a separator but follows no empty line is body
+    // text, and said; so is a separator with nothing after it.
+    const std::string glued = head + "x\nFrom b@example.org Tue Jan  2 00:00:00 2024\n";
+    const ImportResult one = PimBridge::ImportMbox(glued.data(), glued.size());
+    ASSERT_EQ(one.items.size(), 1u);
+    ASSERT_EQ(one.items[0].losses.size(), 1u);
+    EXPECT_EQ(one.items[0].losses[0].name + ":" + std::to_string(one.items[0].losses[0].line),
+              "From line:5");
     const std::string empty = "From a Mon Jan  1 00:00:00 2024\n\n" + mbox;
     const ImportResult gap = PimBridge::ImportMbox(empty.data(), empty.size());
     ASSERT_TRUE(gap.ok);

@@ -60,8 +60,13 @@ std::vector<MboxMessage> SplitMbox(const char* text, std::size_t size) {
     unsigned int line = 1;
     for (std::size_t pos = 0; pos < size; ++line) {
         const std::size_t end = LineEnd(text, size, pos);
-        const bool separator = pos == 0 ? end >= 5 && std::memcmp(text, "From ", 5) == 0
-                                        : previousEmpty && IsSeparator(text + pos, end - pos);
+        const bool looksLike = pos != 0 && IsSeparator(text + pos, end - pos);
+        const bool separator =
+            pos == 0 ? end >= 5 && std::memcmp(text, "From ", 5) == 0 : previousEmpty && looksLike;
+        if (looksLike && !separator && !messages.empty()) {
+            MboxMessage& m = messages.back();
+            if (m.lookalikes++ == 0) m.lookalikeLine = line;
+        }
         if (separator) {
             // The empty line before the separator is the container's.
             if (!messages.empty()) messages.back().size = previousStart - messages.back().offset;
@@ -77,8 +82,8 @@ std::vector<MboxMessage> SplitMbox(const char* text, std::size_t size) {
     // So is the empty line that ends the file after the last message.
     if (!messages.empty()) {
         MboxMessage& last = messages.back();
-        last.size = (previousEmpty && previousStart >= last.offset ? previousStart : size) -
-                    last.offset;
+        last.size =
+            (previousEmpty && previousStart >= last.offset ? previousStart : size) - last.offset;
     }
     return messages;
 }

@@ -21,6 +21,11 @@ struct MboxMessage {
     std::size_t offset = 0;  // the message's text, after its separator line
     std::size_t size = 0;
     unsigned int line = 0;  // 1-based line of its separator
+    // Lines of its text that read as separators but follow no empty line:
+    // body text, unless the writer left the empty line out. The first, and
+    // how many.
+    unsigned int lookalikeLine = 0;
+    unsigned int lookalikes = 0;
 };
 
 // The messages of an mbox, in order. A separator is a line "From ", an
