@@ -4,6 +4,7 @@
 // transfer encodings are all GMime's.
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
