@@ -58,32 +58,47 @@ struct Word {
     std::string_view text;
 };
 
-bool Next(std::string_view raw, std::size_t& pos, Word& w) {
-    for (std::size_t at = raw.find("=?", pos); at != std::string_view::npos;
-         at = raw.find("=?", at + 2)) {
-        const std::size_t q1 = raw.find('?', at + 2);
-        if (q1 == std::string_view::npos || q1 + 3 >= raw.size() || raw[q1 + 2] != '?') continue;
-        const char encoding = static_cast<char>(raw[q1 + 1] | 0x20);
-        if (encoding != 'b' && encoding != 'q') continue;
-        const std::size_t close = raw.find("?=", q1 + 3);
-        if (close == std::string_view::npos) continue;
-        const std::string_view charset = raw.substr(at + 2, q1 - at - 2);
-        const std::string_view text = raw.substr(q1 + 3, close - q1 - 3);
-        if (charset.empty() || charset.find_first_of(" \t\r\n") != std::string_view::npos ||
-            text.find_first_of(" \t\r\n") != std::string_view::npos)
-            continue;
-        w.begin = at;
-        w.end = close + 2;
-        w.charsetBegin = at + 2;
-        w.charsetEnd = at + 2 + std::min(charset.size(), charset.find('*'));
-        w.charset = std::string(raw.substr(w.charsetBegin, w.charsetEnd - w.charsetBegin));
-        w.encoding = encoding;
-        w.text = text;
-        pos = w.end;
-        return true;
+// The encoded words of a raw value, in order. Where a word's text ends (its
+// "?=") and where the next blank is are remembered across candidates, so
+// that a value of many unclosed "=?" is read in time linear in its length.
+class WordScanner {
+  public:
+    explicit WordScanner(std::string_view raw) : m_raw(raw) {}
+
+    bool Next(Word& w) {
+        constexpr std::size_t npos = std::string_view::npos;
+        for (std::size_t at = m_raw.find("=?", m_pos); at != npos; at = m_raw.find("=?", at + 2)) {
+            const std::size_t q1 = m_raw.find('?', at + 2);
+            if (q1 == npos) return false;
+            if (q1 + 3 >= m_raw.size() || m_raw[q1 + 2] != '?') continue;
+            const char encoding = static_cast<char>(m_raw[q1 + 1] | 0x20);
+            if (encoding != 'b' && encoding != 'q') continue;
+            const std::size_t from = q1 + 3;
+            if (m_close == npos || m_close < from) m_close = m_raw.find("?=", from);
+            if (m_close == npos) return false;  // no word closes after here
+            if (m_blank != npos && m_blank < from) m_blank = m_raw.find_first_of(" \t\r\n", from);
+            const std::string_view charset = m_raw.substr(at + 2, q1 - at - 2);
+            if (charset.empty() || charset.find_first_of(" \t\r\n") != npos || m_blank < m_close)
+                continue;
+            w.begin = at;
+            w.end = m_close + 2;
+            w.charsetBegin = at + 2;
+            w.charsetEnd = at + 2 + std::min(charset.size(), charset.find('*'));
+            w.charset = std::string(m_raw.substr(w.charsetBegin, w.charsetEnd - w.charsetBegin));
+            w.encoding = encoding;
+            w.text = m_raw.substr(from, m_close - from);
+            m_pos = w.end;
+            return true;
+        }
+        return false;
     }
-    return false;
-}
+
+  private:
+    std::string_view m_raw;
+    std::size_t m_pos = 0;
+    std::size_t m_close = std::string_view::npos;  // the first "?=" at or after the last look
+    std::size_t m_blank = 0;                       // the first blank likewise (npos: none left)
+};
 
 int Hex(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -124,10 +139,10 @@ struct Run {
 
 std::vector<Run> Runs(std::string_view raw) {
     std::vector<Run> runs;
-    std::size_t pos = 0;
+    WordScanner words(raw);
     Word w;
     std::string bytes;
-    while (Next(raw, pos, w)) {
+    while (words.Next(w)) {
         const bool joins =
             !runs.empty() &&
             g_ascii_strcasecmp(runs.back().words.back().charset.c_str(), w.charset.c_str()) == 0 &&
@@ -153,16 +168,19 @@ struct Extended {
 };
 
 std::vector<Extended> ExtendedValues(std::string_view raw) {
+    // Charset and language names are short: looking for their quotes only
+    // this far keeps a value of many "*=" linear to read.
+    constexpr std::size_t kNameRoom = 64;
     std::vector<Extended> values;
     for (std::size_t at = raw.find("*="); at != std::string_view::npos;
          at = raw.find("*=", at + 2)) {
         std::size_t i = at + 2;
         if (i < raw.size() && raw[i] == '"') ++i;
-        const std::size_t quote = raw.find('\'', i);
+        const std::size_t quote = raw.substr(0, i + kNameRoom).find('\'', i);
         if (quote == std::string_view::npos || quote == i) continue;
         const std::string_view charset = raw.substr(i, quote - i);
         if (charset.find_first_of(" \t\r\n;=\"") != std::string_view::npos) continue;
-        const std::size_t lang = raw.find('\'', quote + 1);
+        const std::size_t lang = raw.substr(0, quote + 1 + kNameRoom).find('\'', quote + 1);
         if (lang == std::string_view::npos) continue;
         Extended e;
         e.charset = std::string(charset);
@@ -182,6 +200,7 @@ std::vector<Extended> ExtendedValues(std::string_view raw) {
         const bool continued = at >= 2 && raw[at - 2] == '*' && raw[at - 1] == '0';
         e.trouble = Unreadable(e.charset, bytes, continued);
         values.push_back(std::move(e));
+        at = i - 2 > at ? i - 2 : at;  // the next "*=" lies after this value
     }
     return values;
 }
