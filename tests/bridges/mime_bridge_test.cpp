@@ -320,6 +320,37 @@ TEST(MimeImport, MboxQuotingBothWays) {
     EXPECT_EQ(gap.losses[0].line, 1u);
 }
 
+// Which lines after an empty line start a message: "From ", an address and a
+// date with a time and a year, as the usual writers put them.
+TEST(MimeImport, MboxSeparators) {
+    struct Case {
+        const char* line;
+        bool separates;
+    };
+    const Case cases[] = {
+        {"From a@example.org Mon Jan  1 00:00:00 2024", true},
+        {"From a@example.org  Sat Jan  3 01:05:34 1996 +0100", true},
+        {"From - Mon Jan 01 09:15 2024", true},
+        {"From Hello Support Tue Jul 10 18:50:15 2012", true},
+        {"From me to you", false},
+        {"From a@example.org at 12:00", false},
+        {"From a@example.org in 2024", false},
+        {"From  Mon Jan  1 00:00:00", false},
+        {"From:a@example.org Mon Jan  1 00:00:00 2024", false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.line);
+        for (const char* eol : {"\n", "\r\n"}) {
+            const std::string mbox = std::string("From x Mon Jan  1 00:00:00 2024") + eol +
+                                     "Subject: a" + eol + eol + "body" + eol + eol + c.line + eol +
+                                     "Subject: b" + eol + eol + "x" + eol;
+            const ImportResult r = PimBridge::ImportMbox(mbox.data(), mbox.size());
+            ASSERT_TRUE(r.ok);
+            EXPECT_EQ(r.items.size(), c.separates ? 2u : 1u);
+        }
+    }
+}
+
 TEST(MimeExport, GMimeReadsBackWhatWasImported) {
     const ImportResult r = Eml(Fixture("nested.eml"));
     const ExportResult e = Export(r);
