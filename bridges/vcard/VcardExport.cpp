@@ -44,10 +44,10 @@ std::string Upper(const char* name) {
 // Writes each contact property as it arrives, in stream order.
 class CardWriter final : public PimShared::IContactReceiver {
   public:
-    explicit CardWriter(std::string& out) : out_(out) {}
+    explicit CardWriter(std::string& out) : m_out(out) {}
     // The item whose diagnostics and losses the next parse gathers.
-    void StartItem(ExportedItem& item) { item_ = &item; }
-    std::vector<Loss> TakeLosses() { return losses_.Take(); }
+    void StartItem(ExportedItem& item) { m_item = &item; }
+    std::vector<Loss> TakeLosses() { return m_losses.Take(); }
 
     bool Begin(const unsigned int&) override { return true; }
     bool End() override { return true; }
@@ -86,9 +86,9 @@ class CardWriter final : public PimShared::IContactReceiver {
     }
     bool Telephone(const char* number, const unsigned short& type, const unsigned char& byte,
                    const unsigned short& flags, const char* text, const XParams& x) override {
-        if (byte != 0) losses_.Add("TEL;TELBYTE", 0);
-        if (flags != 0) losses_.Add("TEL;TELFLAGS", 0);
-        if (Set(text)) losses_.Add("TEL;TELTEXT", 0);
+        if (byte != 0) m_losses.Add("TEL;TELBYTE", 0);
+        if (flags != 0) m_losses.Add("TEL;TELFLAGS", 0);
+        if (Set(text)) m_losses.Add("TEL;TELTEXT", 0);
         Start(Property("TEL"), &x, nullptr, type);
         Escaped(number, false);
         return Finish();
@@ -126,7 +126,7 @@ class CardWriter final : public PimShared::IContactReceiver {
         Start(Property("ORG"));
         Escaped(name, true);
         for (const char* unit : units) {
-            line_ += ';';
+            m_line += ';';
             Escaped(unit, true);
         }
         return Finish();
@@ -148,7 +148,7 @@ class CardWriter final : public PimShared::IContactReceiver {
                const char* text3, const char* fn, const char* n1, const char* n2, const char* n3,
                const char* n4, const char* n5) override {
         if (Set(fn) || Set(n1) || Set(n2) || Set(n3) || Set(n4) || Set(n5))
-            losses_.Add("SOUND;NAME", 0);
+            m_losses.Add("SOUND;NAME", 0);
         return Media(Property("SOUND"), uri, type, data, length, text3);
     }
     bool UID(const char* text) override { return Plain("UID", text); }
@@ -160,7 +160,7 @@ class CardWriter final : public PimShared::IContactReceiver {
     bool Version(const char* text) override {
         // The card says VERSION:3.0 at its top; another version in the stream
         // does not describe what is written.
-        if (text == nullptr || std::string_view(text) != "3.0") losses_.Add("VERSION", 0);
+        if (text == nullptr || std::string_view(text) != "3.0") m_losses.Add("VERSION", 0);
         return true;
     }
     bool Classification(const char* text) override { return Plain("CLASS", text); }
@@ -173,13 +173,13 @@ class CardWriter final : public PimShared::IContactReceiver {
     bool NonStandardProperty(const char* name, const char* value, const void* data,
                              const unsigned int& length, const XParams& x) override;
     bool TraceMessage(const int& code, const char* text) override {
-        item_->diagnostics.push_back({code, text != nullptr ? text : ""});
+        m_item->diagnostics.push_back({code, text != nullptr ? text : ""});
         return true;
     }
 
   private:
     bool Lose(const char* what) {
-        losses_.Add(what, 0);
+        m_losses.Add(what, 0);
         return true;
     }
     void Start(const PropertyInfo& info, const XParams* x = nullptr, const char* lang = nullptr,
@@ -188,18 +188,18 @@ class CardWriter final : public PimShared::IContactReceiver {
     void Params(const PropertyInfo* info, std::string_view property, const XParams& x,
                 const char* lang);
     void Escaped(const char* text, bool structured) {
-        if (text != nullptr) AppendEscaped(line_, text, structured);
+        if (text != nullptr) AppendEscaped(m_line, text, structured);
     }
     void Parts(std::initializer_list<const char*> parts, char sep) {
         bool first = true;
         for (const char* part : parts) {
-            if (!first) line_ += sep;
+            if (!first) m_line += sep;
             first = false;
             Escaped(part, true);
         }
     }
     bool Finish() {
-        AppendFolded(out_, line_);
+        AppendFolded(m_out, m_line);
         return true;
     }
     bool Text(const char* name, const char* text, const char* lang, const XParams& x) {
@@ -216,7 +216,7 @@ class CardWriter final : public PimShared::IContactReceiver {
               const XParams& x) {
         Start(Property(name), &x, lang);
         for (const char* const& item : list) {
-            if (&item != list.begin()) line_ += ',';
+            if (&item != list.begin()) m_line += ',';
             Escaped(item, true);
         }
         return Finish();
@@ -225,23 +225,23 @@ class CardWriter final : public PimShared::IContactReceiver {
                unsigned int length, const char* text3);
     bool Pair(const PropertyInfo& info, const char* first, const char* second);
 
-    std::string& out_;
-    ExportedItem* item_ = nullptr;
-    LossCollector losses_;
-    std::string line_;
+    std::string& m_out;
+    ExportedItem* m_item = nullptr;
+    LossCollector m_losses;
+    std::string m_line;
 };
 
 void CardWriter::Start(std::string_view name, const XParams* x) {
-    line_.clear();
+    m_line.clear();
     if (x != nullptr) {
         for (const IContactAttributes::tXParam& p : *x) {
             if (p.name != nullptr && std::string_view(p.name) == "GROUP" && IsToken(p.value)) {
-                (line_ += p.value) += '.';
+                (m_line += p.value) += '.';
                 break;
             }
         }
     }
-    line_ += name;
+    m_line += name;
 }
 
 // For each TYPE value of an extension parameter TYPE: its bit, or 0.
@@ -258,9 +258,9 @@ void CardWriter::Params(const PropertyInfo* info, std::string_view property, con
                         const char* lang) {
     if (Set(lang)) {
         if (info != nullptr && info->language) {
-            AppendParam(line_, "LANGUAGE", lang, false);
+            AppendParam(m_line, "LANGUAGE", lang, false);
         } else {
-            losses_.Add(std::string(property) + ";LANGUAGE", 0);
+            m_losses.Add(std::string(property) + ";LANGUAGE", 0);
         }
     }
     bool group = false;
@@ -270,20 +270,20 @@ void CardWriter::Params(const PropertyInfo* info, std::string_view property, con
         const char* value = p.value != nullptr ? p.value : "";
         if (name == "GROUP") {
             // The first valid one is the prefix; any other has no place.
-            if (group || !IsToken(value)) losses_.Add(std::string(property) + ";GROUP", 0);
+            if (group || !IsToken(value)) m_losses.Add(std::string(property) + ";GROUP", 0);
             group = group || IsToken(value);
         } else if (name == "TYPE" && info != nullptr && info->types != TypeSet::None) {
             others.clear();
             ForEachTypeValue(Types(info->types), value, [&](std::string_view v, unsigned int bit) {
                 if (bit == 0) ((others += others.empty() ? "" : ",") += v);
             });
-            if (!others.empty()) AppendParam(line_, "TYPE", others);
+            if (!others.empty()) AppendParam(m_line, "TYPE", others);
         } else if (IsToken(name.c_str()) &&
                    (info == nullptr ? name != "ENCODING" && name != "CHARSET"
                                     : name.compare(0, 2, "X-") == 0)) {
-            AppendParam(line_, name, value);
+            AppendParam(m_line, name, value);
         } else {
-            losses_.Add(std::string(property) + ";" + name, 0);
+            m_losses.Add(std::string(property) + ";" + name, 0);
         }
     }
 }
@@ -308,36 +308,36 @@ void CardWriter::Start(const PropertyInfo& info, const XParams* x, const char* l
             (types += types.empty() ? "" : ",") += table.bits[i].value;
             bits &= ~table.bits[i].bit;
         }
-        if (!types.empty()) AppendParam(line_, "TYPE", types);
-        if (bits != 0) losses_.Add(std::string(info.name) + ";TYPE=" + std::to_string(bits), 0);
+        if (!types.empty()) AppendParam(m_line, "TYPE", types);
+        if (bits != 0) m_losses.Add(std::string(info.name) + ";TYPE=" + std::to_string(bits), 0);
     }
     Params(&info, info.name, params, lang);
-    line_ += ':';
+    m_line += ':';
 }
 
 bool CardWriter::Media(const PropertyInfo& info, const char* uri, const char* type,
                        const void* data, unsigned int length, const char* text3) {
-    if (Set(text3)) losses_.Add(std::string(info.name) + ";MEDIATEXT3", 0);
+    if (Set(text3)) m_losses.Add(std::string(info.name) + ";MEDIATEXT3", 0);
     Start(info.name, nullptr);
     const bool binary = data != nullptr || uri == nullptr;
     if (binary) {
-        if (Set(uri)) losses_.Add(std::string(info.name) + ";VALUE=uri", 0);
-        line_ += ";ENCODING=b";
+        if (Set(uri)) m_losses.Add(std::string(info.name) + ";VALUE=uri", 0);
+        m_line += ";ENCODING=b";
     } else if (info.shape == Shape::Media) {
-        line_ += ";VALUE=uri";
+        m_line += ";VALUE=uri";
     }
     if (Set(type)) {
         // A list, as it reads back: without empty items.
         std::string types;
         ForEachListItem(type,
                         [&types](std::string_view v) { (types += types.empty() ? "" : ",") += v; });
-        if (!types.empty()) AppendParam(line_, "TYPE", types);
+        if (!types.empty()) AppendParam(m_line, "TYPE", types);
     }
-    line_ += ':';
+    m_line += ':';
     if (!binary) {
         Escaped(uri, false);
     } else if (data != nullptr) {
-        AppendBase64(line_, data, length);
+        AppendBase64(m_line, data, length);
     }
     return Finish();
 }
@@ -346,16 +346,16 @@ bool CardWriter::Media(const PropertyInfo& info, const char* uri, const char* ty
 // type, the second as the other (text, or the agent's card).
 bool CardWriter::Pair(const PropertyInfo& info, const char* first, const char* second) {
     if (!Set(first) && !Set(second)) return true;  // an empty node carries nothing
-    if (Set(first) && Set(second)) losses_.Add(std::string(info.name) + ";VALUE=text", 0);
+    if (Set(first) && Set(second)) m_losses.Add(std::string(info.name) + ";VALUE=text", 0);
     Start(info.name, nullptr);
     const bool agent = info.shape == Shape::Agent;
     if (Set(first)) {
-        if (agent) line_ += ";VALUE=uri";
-        line_ += ':';
+        if (agent) m_line += ";VALUE=uri";
+        m_line += ':';
         Escaped(first, false);
     } else {
-        if (!agent) line_ += ";VALUE=text";
-        line_ += ':';
+        if (!agent) m_line += ";VALUE=text";
+        m_line += ':';
         Escaped(second, true);
     }
     return Finish();
@@ -364,26 +364,26 @@ bool CardWriter::Pair(const PropertyInfo& info, const char* first, const char* s
 bool CardWriter::NonStandardProperty(const char* name, const char* value, const void* data,
                                      const unsigned int& length, const XParams& x) {
     if (!IsToken(name) || (name[0] != 'X' && name[0] != 'x') || name[1] != '-') {
-        losses_.Add(name != nullptr && *name != '\0' ? name : "(unnamed property)", 0);
+        m_losses.Add(name != nullptr && *name != '\0' ? name : "(unnamed property)", 0);
         return true;
     }
     Start(Upper(name), &x);
     Params(nullptr, name, x, nullptr);
     if (data != nullptr) {
-        if (Set(value)) losses_.Add(std::string(name) + ";VALUE", 0);
-        line_ += ";ENCODING=b:";
-        AppendBase64(line_, data, length);
+        if (Set(value)) m_losses.Add(std::string(name) + ";VALUE", 0);
+        m_line += ";ENCODING=b:";
+        AppendBase64(m_line, data, length);
     } else if (value != nullptr) {
-        line_ += ':';
+        m_line += ':';
         for (const char* p = value; *p != '\0'; ++p) {
             if (*p == '\n') {
-                line_ += "\\n";
+                m_line += "\\n";
             } else if (*p != '\r') {
-                line_ += *p;
+                m_line += *p;
             }
         }
     } else {
-        line_ += ':';
+        m_line += ':';
     }
     return Finish();
 }

@@ -230,15 +230,15 @@ const Param* ContentLine::Find(std::string_view paramName) const {
     return nullptr;
 }
 
-Reader::Reader(const char* text, std::size_t size) : text_(text), size_(size) {
-    if (size_ >= 3 && text_[0] == '\xEF' && text_[1] == '\xBB' && text_[2] == '\xBF') pos_ = 3;
+Reader::Reader(const char* text, std::size_t size) : m_text(text), m_size(size) {
+    if (m_size >= 3 && m_text[0] == '\xEF' && m_text[1] == '\xBB' && m_text[2] == '\xBF') m_pos = 3;
 }
 
 bool Reader::PeekPhysical(std::string_view& out) const {
-    if (pos_ >= size_) return false;
+    if (m_pos >= m_size) return false;
     // Lines end at LF, CRLF or a lone CR: find the LF with memchr, then any CR before it.
-    const char* start = text_ + pos_;
-    const std::size_t left = size_ - pos_;
+    const char* start = m_text + m_pos;
+    const std::size_t left = m_size - m_pos;
     const void* lf = std::memchr(start, '\n', left);
     std::size_t end =
         lf == nullptr ? left : static_cast<std::size_t>(static_cast<const char*>(lf) - start);
@@ -250,11 +250,11 @@ bool Reader::PeekPhysical(std::string_view& out) const {
 
 bool Reader::PhysicalLine(std::string_view& out) {
     if (!PeekPhysical(out)) return false;
-    pos_ += out.size();
+    m_pos += out.size();
     // CRLF, LF or CR; some writers double the CR.
-    while (pos_ < size_ && text_[pos_] == '\r') ++pos_;
-    if (pos_ < size_ && text_[pos_] == '\n') ++pos_;
-    ++line_;
+    while (m_pos < m_size && m_text[m_pos] == '\r') ++m_pos;
+    if (m_pos < m_size && m_text[m_pos] == '\n') ++m_pos;
+    ++m_line;
     return true;
 }
 
@@ -263,32 +263,32 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     do {
         if (!PhysicalLine(first)) return Result::End;
     } while (IsBlank(first));
-    out.line = line_;
+    out.line = m_line;
     while (first.front() == ' ' || first.front() == '\t') first.remove_prefix(1);
-    scratch_.assign(first);
+    m_scratch.assign(first);
     std::string_view next;
     // Where continuation lines were joined, for quoted-printable soft breaks.
     const auto unfold = [&] {
-        folds_.clear();
+        m_folds.clear();
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
             PhysicalLine(next);
-            folds_.push_back(scratch_.size());
-            scratch_.append(next.substr(1));
+            m_folds.push_back(m_scratch.size());
+            m_scratch.append(next.substr(1));
         }
     };
     // A quoted-printable line that ends in '=' continues on the next line,
-    // folded or not: the '=' goes. text holds scratch_ from offset base on.
+    // folded or not: the '=' goes. text holds m_scratch from offset base on.
     const auto dropSoftBreaks = [this](std::string& text, std::size_t base) {
-        for (auto f = folds_.rbegin(); f != folds_.rend(); ++f) {
-            if (*f > base && scratch_[*f - 1] == '=') text.erase(*f - 1 - base, 1);
+        for (auto f = m_folds.rbegin(); f != m_folds.rend(); ++f) {
+            if (*f > base && m_scratch[*f - 1] == '=') text.erase(*f - 1 - base, 1);
         }
     };
     unfold();
-    if (scratch_.find('\0') != std::string::npos) {
+    if (m_scratch.find('\0') != std::string::npos) {
         error = "a NUL byte in the content line";
         return Result::Malformed;
     }
-    if (!ParseLine(scratch_, out, error)) return Result::Malformed;
+    if (!ParseLine(m_scratch, out, error)) return Result::Malformed;
 
     const Param* encoding = out.Find("ENCODING");
     const bool qp = encoding != nullptr && !encoding->values.empty() &&
@@ -297,20 +297,20 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         encoding != nullptr && !encoding->values.empty() &&
         (SameName(encoding->values.front(), "B") || SameName(encoding->values.front(), "BASE64"));
     if (qp) {
-        dropSoftBreaks(out.value, scratch_.size() - out.value.size());
+        dropSoftBreaks(out.value, m_scratch.size() - out.value.size());
         // A soft line break is '=' at the end of a line, without folding blank.
         while (!out.value.empty() && out.value.back() == '=' && PeekPhysical(next)) {
             PhysicalLine(next);
-            scratch_.assign(next);
+            m_scratch.assign(next);
             unfold();
-            std::string piece = scratch_;
+            std::string piece = m_scratch;
             dropSoftBreaks(piece, 0);
             out.value.pop_back();
             out.value += piece;
         }
-        scratch_.swap(out.value);
-        DecodeQuotedPrintable(scratch_, out.value);
-    } else if (out.base64 && version21_) {
+        m_scratch.swap(out.value);
+        DecodeQuotedPrintable(m_scratch, out.value);
+    } else if (out.base64 && m_version21) {
         // Old writers continue base64 on lines of their own, without a blank
         // in front, up to an empty line.
         while (PeekPhysical(next) && IsBase64Run(next)) {

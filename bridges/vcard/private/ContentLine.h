@@ -41,23 +41,23 @@ class Reader {
     // line that is no content line (error says why, line says where).
     enum class Result { Line, End, Malformed };
     Result Next(ContentLine& out, std::string& error);
-    unsigned int LineNumber() const { return line_; }
-    std::size_t Position() const { return pos_; }  // offset of the next line
+    unsigned int LineNumber() const { return m_line; }
+    std::size_t Position() const { return m_pos; }  // offset of the next line
     // vCard 2.1 lets base64 go on over lines of their own, up to an empty
     // line; later versions fold it. Only a 2.1 card reads it so.
-    void Version21(bool on) { version21_ = on; }
+    void Version21(bool on) { m_version21 = on; }
 
   private:
     bool PhysicalLine(std::string_view& out);
     bool PeekPhysical(std::string_view& out) const;
 
-    const char* text_;
-    std::size_t size_;
-    std::size_t pos_ = 0;
-    unsigned int line_ = 0;  // lines read so far
-    bool version21_ = false;
-    std::string scratch_;
-    std::vector<std::size_t> folds_;  // offsets in scratch_ where continuation lines start
+    const char* m_text;
+    std::size_t m_size;
+    std::size_t m_pos = 0;
+    unsigned int m_line = 0;  // lines read so far
+    bool m_version21 = false;
+    std::string m_scratch;
+    std::vector<std::size_t> m_folds;  // offsets in m_scratch where continuation lines start
 };
 
 // Case-insensitive comparison for ASCII names.
