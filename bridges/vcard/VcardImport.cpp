@@ -24,6 +24,22 @@ bool StartsWithName(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && SameName(text.substr(0, prefix.size()), prefix);
 }
 
+// A geo: URI of two or three decimal coordinates. Anything else after "geo:"
+// is text as it stands, so that such a value reads back as itself.
+bool IsGeoUri(std::string_view v) {
+    if (!StartsWithName(v, "geo:")) return false;
+    v = v.substr(4, v.find(';') == std::string_view::npos ? v.npos : v.find(';') - 4);
+    std::size_t coordinates = 0;
+    ForEachListItem(v, [&coordinates](std::string_view) { ++coordinates; });
+    if (coordinates < 2 || coordinates > 3 || v.front() == ',' || v.back() == ',' ||
+        v.find(",,") != std::string_view::npos)
+        return false;
+    for (char c : v) {
+        if (!((c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == ',')) return false;
+    }
+    return true;
+}
+
 // Each non-empty item of a parameter's values, every value split at its
 // commas: TYPE="work,voice" of vCard 4.0 is a list all the same.
 template <typename OnValue>
@@ -79,6 +95,19 @@ class Importer {
     void LoseParams(const ContentLine& line) {
         if (m_params.language != nullptr) Lose(line.name, "LANGUAGE");
         for (const IContactAttributes::tXParam& x : m_params.xParams) Lose(line.name, x.name);
+    }
+    // A comma in a component of N or ADR separates the component's values;
+    // an escaped one meant a comma inside a value, which the contact cannot
+    // tell from a separator: said as a conversion.
+    void CommaValues(const ContentLine& line) {
+        for (std::size_t i = 0; i + 1 < line.value.size(); ++i) {
+            if (line.value[i] != '\\') continue;
+            if (line.value[++i] == ',') {
+                m_losses.Add(line.name, line.line, Loss::Kind::Converted,
+                             "an escaped comma reads as a separator of values");
+                return;
+            }
+        }
     }
     void TypeValues(const ContentLine& line, const PropertyInfo& info,
                     const std::vector<std::string>& values, std::string& unknown);
@@ -234,12 +263,14 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             m_reader.Version21(line.value == "2.1"sv);
             break;  // written once, at the start of the contact
         case Shape::Name:
+            CommaValues(line);
             SplitUnescaped(line.value, ';', m_parts);
             if (m_parts.size() > 5) Lose(line.name, "COMPONENTS");
             if (NoParts(5)) LoseParams(line);
             Check(c.Name(Part(0), Part(1), Part(2), Part(3), Part(4), p.language, x), line);
             break;
         case Shape::Address:
+            CommaValues(line);
             SplitUnescaped(line.value, ';', m_parts);
             if (m_parts.size() > 7) Lose(line.name, "COMPONENTS");
             if (NoParts(7)) LoseParams(line);
@@ -268,9 +299,16 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::Label:
             Check(c.Label(Text(line), bits8, p.language, x), line);
             break;
-        case Shape::Telephone:
-            Check(c.Telephone(Text(line), bits16, 0, 0, nullptr, x), line);
+        case Shape::Telephone: {
+            // A tel: URI carries the number; the URI form travels as VALUE=uri.
+            const char* number = Text(line);
+            if (p.valueUri) {
+                if (StartsWithName(number, "tel:")) number += 4;
+                m_params.xParams.pushBack({"VALUE", "uri"});
+            }
+            Check(c.Telephone(number, bits16, 0, 0, nullptr, x), line);
             break;
+        }
         case Shape::Email:
             Check(c.Email(Text(line), bits8), line);
             break;
@@ -311,7 +349,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::Geo: {
             std::string_view v(line.value);
             char sep = ';';
-            if (StartsWithName(v, "geo:")) {  // geo:lat,lon;u=... of vCard 4.0
+            if (IsGeoUri(v)) {  // geo:lat,lon;u=... of vCard 4.0
                 v = v.substr(4, v.find(';') == std::string_view::npos ? v.npos : v.find(';') - 4);
                 sep = ',';
             }
@@ -354,6 +392,12 @@ void Importer::NonStandard(const ContentLine& line) {
 
 void Importer::Property(const ContentLine& line) {
     m_line = line.line;
+    if (line.fallback != nullptr) {
+        std::string from = "from ";
+        for (const char* c = line.fallback; *c != '\0'; ++c)
+            from += *c >= 'A' && *c <= 'Z' ? static_cast<char>(*c - 'A' + 'a') : *c;
+        m_losses.Add(line.name, m_line, Loss::Kind::Converted, std::move(from));
+    }
     if (m_agentPending) {
         m_agentPending = false;
         Check(m_creator.Agent(nullptr, ""), line);

@@ -92,6 +92,8 @@ bool ValidUtf8(std::string_view s) {
     return true;
 }
 
+// Every byte as the character of the same number: the last resort for bytes
+// that are no text of any charset tried before.
 void Latin1ToUtf8(std::string& text) {
     std::string out;
     out.reserve(text.size() * 2);
@@ -272,15 +274,17 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         m_folds.clear();
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
             PhysicalLine(next);
-            m_folds.push_back(m_scratch.size());
+            m_folds.push_back({m_scratch.size(), next[0]});
             m_scratch.append(next.substr(1));
         }
     };
-    // A quoted-printable line that ends in '=' continues on the next line,
-    // folded or not: the '=' goes. text holds m_scratch from offset base on.
+    // A quoted-printable line that ends in '=' continues on the next line as
+    // it stands: a blank there is text, not folding, so it takes the place of
+    // the '='. text holds m_scratch from offset base on.
     const auto dropSoftBreaks = [this](std::string& text, std::size_t base) {
         for (auto f = m_folds.rbegin(); f != m_folds.rend(); ++f) {
-            if (*f > base && m_scratch[*f - 1] == '=') text.erase(*f - 1 - base, 1);
+            if (f->offset > base && m_scratch[f->offset - 1] == '=')
+                text[f->offset - 1 - base] = f->blank;
         }
     };
     unfold();
@@ -319,13 +323,21 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         }
     }
     out.badCharset = false;
+    out.fallback = nullptr;
     if (!out.base64) {
         const Param* charset = out.Find("CHARSET");
-        if (charset != nullptr && !charset->values.empty()) {
+        if (charset != nullptr && !charset->values.empty())
             out.badCharset = !ConvertCharset(charset->values.front(), out.value);
-        } else if (!ValidUtf8(out.value)) {
-            // Without a charset, 8-bit text of old writers is Latin-1.
-            Latin1ToUtf8(out.value);
+        if ((charset == nullptr || out.badCharset) && !ValidUtf8(out.value)) {
+            // 8-bit text that is no UTF-8 and names no charset this reader
+            // knows: old writers meant Windows-1252 (Latin-1 with printable
+            // characters where Latin-1 has control codes). The caller reports
+            // the conversion.
+            out.fallback = kFallbackCharset;
+            if (!ConvertCharset(kFallbackCharset, out.value)) {
+                out.fallback = "ISO-8859-1";
+                Latin1ToUtf8(out.value);
+            }
         }
         if (out.value.find('\0') != std::string::npos) {  // =00, or a charset's U+0000
             error = "a NUL character in the decoded value";
@@ -366,8 +378,7 @@ void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& pa
     parts.resize(n);
 }
 
-void AppendEscaped(std::string& out, std::string_view text, bool structured) {
-    const char* special = structured ? "\\\r\n,;" : "\\\r\n";
+void AppendEscaped(std::string& out, std::string_view text, std::string_view special) {
     std::size_t start = 0;
     for (;;) {
         const std::size_t i = text.find_first_of(special, start);  // copy plain runs whole

@@ -17,6 +17,9 @@
 
 namespace PimBridge::Vcard {
 
+// What 8-bit text without a (known) charset is read as.
+inline constexpr const char* kFallbackCharset = "WINDOWS-1252";
+
 struct Param {
     std::string name;                 // upper case
     std::vector<std::string> values;  // quotes removed; a bare 2.1 parameter is one TYPE value
@@ -30,6 +33,9 @@ struct ContentLine {
     unsigned int line = 0;    // first physical line, 1-based
     bool base64 = false;      // ENCODING=b or BASE64: value is still encoded
     bool badCharset = false;  // a CHARSET this reader cannot convert; value kept as bytes
+    // The charset the value was read in by guess, because its bytes are no
+    // UTF-8 and no CHARSET said what they are; null when none was needed.
+    const char* fallback = nullptr;
 
     const Param* Find(std::string_view paramName) const;
 };
@@ -57,7 +63,11 @@ class Reader {
     unsigned int m_line = 0;  // lines read so far
     bool m_version21 = false;
     std::string m_scratch;
-    std::vector<std::size_t> m_folds;  // offsets in m_scratch where continuation lines start
+    struct Fold {
+        std::size_t offset;  // in m_scratch, where a continuation line starts
+        char blank;          // the blank that the unfolding took away
+    };
+    std::vector<Fold> m_folds;
 };
 
 // Case-insensitive comparison for ASCII names.
@@ -80,9 +90,9 @@ void ForEachListItem(std::string_view list, OnItem&& onItem) {
 void Unescape(std::string_view raw, std::string& out);
 // Splits raw at every unescaped sep and unescapes each part.
 void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& parts);
-// Escapes a line break as \n and a backslash as \\; with structured also
-// commas and semicolons, which separate values in text and structured values.
-void AppendEscaped(std::string& out, std::string_view text, bool structured);
+// Escapes each character of text that is in special: a line break (CR, LF
+// or CRLF) as \n, any other with a backslash in front.
+void AppendEscaped(std::string& out, std::string_view text, std::string_view special);
 
 bool DecodeBase64(std::string_view text, std::string& out);  // blanks ignored
 void AppendBase64(std::string& out, const void* data, std::size_t size);
