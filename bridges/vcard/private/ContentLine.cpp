@@ -112,7 +112,7 @@ void Latin1ToUtf8(std::string& text) {
 // Converts text from charset to UTF-8; false (text unchanged) when the charset
 // is unknown or the bytes are not in it.
 bool ConvertCharset(const std::string& charset, std::string& text) {
-    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII")) return true;
+    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII")) return ValidUtf8(text);
     iconv_t cd = iconv_open("UTF-8", charset.c_str());
     if (cd == reinterpret_cast<iconv_t>(-1)) return false;
     std::string out(text.size() * 4 + 16, '\0');
