@@ -113,6 +113,7 @@ constexpr Target kTargets[] = {
 #ifdef PIMTLV_REPLAY_VCARD
     {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},
     {"vcard_export", ReplayItem<PimTlvFuzz::CheckVcardExport>, false},
+    {"vcard_merge", ReplayItem<PimTlvFuzz::CheckVcardMerge>, false},
 #endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};
