@@ -1,6 +1,5 @@
 #include <string>
 
-#include "bridges/common/ItemStreams.h"
 #include "bridges/vcard/Vcard.h"
 #include "bridges/vcard/private/CardWriter.h"
 
@@ -10,18 +9,11 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
     ExportResult result;
     if (data == nullptr) size = 0;
     std::string why;
-    std::string notContact;
     Vcard::CardWriter writer(Vcard::Version::V30);
     Vcard::CardLines card;
-    const bool cut = ForEachItem(
+    const bool cut = Vcard::ForEachContact(
         data, size,
         [&](const ItemSpan& span) {
-            if (span.root != 0) {
-                notContact = "item at offset " + std::to_string(span.offset) +
-                             " is no contact (root node " + std::to_string(span.root) +
-                             "): vCard carries contacts only";
-                return false;
-            }
             writer.Write(data + span.offset, span.size, card);
             result.text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
             for (const Vcard::OutLine& line : card.lines) Vcard::EmitLine(result.text, line);
@@ -32,8 +24,8 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
             return true;
         },
         why);
-    if (!cut || !notContact.empty()) {
-        result.error = cut ? notContact : why;
+    if (!cut) {
+        result.error = why;
         result.text.clear();
         return result;
     }

@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "bridges/common/Clock.h"
-#include "bridges/common/ItemStreams.h"
 #include "bridges/common/Merge.h"
 #include "bridges/vcard/Vcard.h"
 #include "bridges/vcard/private/CardWriter.h"
@@ -409,16 +408,9 @@ MergeResult Merger::Run(const std::uint8_t* data, std::size_t size) {
     std::vector<bool> replaced(m_original.cards.size(), false);
     std::string appended;
     if (data == nullptr) size = 0;
-    error.clear();
-    const bool cut = ForEachItem(
+    const bool cut = ForEachContact(
         data, size,
         [&](const ItemSpan& span) {
-            if (span.root != 0) {
-                error = "item at offset " + std::to_string(span.offset) +
-                        " is no contact (root node " + std::to_string(span.root) +
-                        "): vCard carries contacts only";
-                return false;
-            }
             const std::uint8_t* stream = data + span.offset;
             Writer(Version::V30).Write(stream, span.size, m_lines);
             MergedItem& report = result.items.emplace_back();
@@ -470,7 +462,7 @@ MergeResult Merger::Run(const std::uint8_t* data, std::size_t size) {
             return true;
         },
         error);
-    if (!cut || !error.empty()) return fail(error, 0);
+    if (!cut) return fail(error, 0);
 
     std::size_t at = 0;
     const Text& original = m_original;

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "bridges/common/Bridge.h"
+#include "bridges/common/ItemStreams.h"
 
 namespace PimShared {
 class CTLVContactParser;
@@ -68,6 +69,26 @@ class CardWriter {
     std::unique_ptr<Receiver> m_receiver;
     std::unique_ptr<PimShared::CTLVContactParser> m_parser;  // resets per parse
 };
+
+// Calls onContact(const ItemSpan&) for each item of a file of streams, until
+// it returns false. false (why set) when the file cannot be cut into items or
+// holds an item other than a contact.
+template <typename OnContact>
+bool ForEachContact(const std::uint8_t* data, std::size_t size, OnContact&& onContact,
+                    std::string& why) {
+    bool contacts = true;
+    const bool cut = ForEachItem(
+        data, size,
+        [&](const ItemSpan& span) {
+            if (span.root == 0) return onContact(span);
+            why = "item at offset " + std::to_string(span.offset) + " is no contact (root node " +
+                  std::to_string(span.root) + "): vCard carries contacts only";
+            contacts = false;
+            return false;
+        },
+        why);
+    return cut && contacts;
+}
 
 }  // namespace PimBridge::Vcard
 
