@@ -100,7 +100,7 @@ bool Scan(Text& text, std::string& error, unsigned int& errorLine) {
                     errorLine = reader.LineNumber();
                     return false;
                 }
-                if (!SameName(line.value, "VCARD")) continue;
+                // As the import reads it: any BEGIN and END nest.
                 if (line.name == "BEGIN"sv) ++depth;
                 if (line.name == "END"sv) --depth;
             }
