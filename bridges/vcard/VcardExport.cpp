@@ -14,9 +14,8 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
     const bool cut = Vcard::ForEachContact(
         data, size,
         [&](const ItemSpan& span) {
-            writer.Write(data + span.offset, span.size, card);
             result.text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
-            for (const Vcard::OutLine& line : card.lines) Vcard::EmitLine(result.text, line);
+            writer.Write(data + span.offset, span.size, card, &result.text);
             result.text += "END:VCARD\r\n";
             ExportedItem& item = result.items.emplace_back(std::move(card.item));
             item.kind = "contact";

@@ -130,7 +130,8 @@ void EmitLine(std::string& out, const OutLine& line, std::string_view eol) {
 class CardWriter::Receiver final : public PimShared::IContactReceiver {
   public:
     explicit Receiver(CardVersion version) : m_version(version) {}
-    void Start(CardLines& out) {
+    void Start(CardLines& out, std::string* text) {
+        m_text = text;
         out.lines.clear();
         out.item = ExportedItem();
         out.uid.clear();
@@ -337,10 +338,12 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
     CardLines* m_card = nullptr;
     LossCollector m_losses;
     std::string m_line;
-    bool m_telUri = false;  // the telephone being written came as a tel: URI
+    bool m_telUri = false;          // the telephone being written came as a tel: URI
+    std::string* m_text = nullptr;  // where lines go as they are written, if anywhere
+    OutLine m_out;
 };
 
-void CardWriter::Receiver::Receiver::Escaped(const char* text, Escape escape) {
+void CardWriter::Receiver::Escaped(const char* text, Escape escape) {
     if (text == nullptr) return;
     // vCard 2.1 escapes only its separators; line breaks go quoted-printable.
     if (m_version == CardVersion::V21) {
@@ -356,9 +359,15 @@ void CardWriter::Receiver::Receiver::Escaped(const char* text, Escape escape) {
                                            : "\\\r\n;");
 }
 
-bool CardWriter::Receiver::Receiver::Finish(bool blankAfter) {
-    OutLine& out = m_card->lines.emplace_back();
+bool CardWriter::Receiver::Finish(bool blankAfter) {
+    // Written straight to the text, the line's buffer is reused.
+    OutLine& out = m_text != nullptr ? m_out : m_card->lines.emplace_back();
     out.blankAfter = blankAfter;
+    out.qp = false;
+    const auto done = [this, &out] {
+        if (m_text != nullptr) EmitLine(*m_text, out);
+        return true;
+    };
     const std::size_t start = ValueStart(m_line);
     bool eightBit = false, breaks = false;
     if (m_version == CardVersion::V21) {
@@ -369,8 +378,8 @@ bool CardWriter::Receiver::Receiver::Finish(bool blankAfter) {
         }
     }
     if (!eightBit && !breaks) {
-        out.text.swap(m_line);
-        return true;
+        out.text.assign(m_line);
+        return done();
     }
     // 8-bit text and line breaks of 2.1 go quoted-printable, in UTF-8.
     static const char kHex[] = "0123456789ABCDEF";
@@ -392,7 +401,7 @@ bool CardWriter::Receiver::Receiver::Finish(bool blankAfter) {
             out.text += static_cast<char>(c);
         }
     }
-    return true;
+    return done();
 }
 
 void CardWriter::Receiver::Start(std::string_view name, const XParams* x) {
@@ -593,8 +602,9 @@ CardWriter::CardWriter(Version version)
 
 CardWriter::~CardWriter() = default;
 
-void CardWriter::Write(const std::uint8_t* data, std::size_t size, CardLines& out) {
-    m_receiver->Start(out);
+void CardWriter::Write(const std::uint8_t* data, std::size_t size, CardLines& out,
+                       std::string* text) {
+    m_receiver->Start(out, text);
     const char* errorText = nullptr;
     unsigned int consumed = 0;
     out.item.malformed =

@@ -61,8 +61,10 @@ class CardWriter {
     ~CardWriter();
     CardWriter(const CardWriter&) = delete;
     CardWriter& operator=(const CardWriter&) = delete;
-    // out is cleared first.
-    void Write(const std::uint8_t* data, std::size_t size, CardLines& out);
+    // out is cleared first. With text, the lines are appended to it (CRLF,
+    // folded) instead of kept in out.lines.
+    void Write(const std::uint8_t* data, std::size_t size, CardLines& out,
+               std::string* text = nullptr);
 
   private:
     class Receiver;
