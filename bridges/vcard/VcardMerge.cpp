@@ -12,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -184,7 +185,7 @@ class Merger {
                                     const std::vector<std::string>& device, MergedItem& report);
     void MergeCard(const Card& card, const std::vector<std::string>& device, MergedItem& report,
                    std::string& out);
-    std::string LostParams(const Unit& unit, std::string_view key) const;
+    void Carry(const Unit& unit, std::string& line) const;
 
     const MergeOptions& m_options;
     Text m_original, m_base;
@@ -228,15 +229,15 @@ void Merger::Keys(const Text& text, Card& card, Version version) {
     }
 }
 
-// Parameters of a unit's line that its carried form (key) does not have: a
-// changed line keeps them.
-std::string Merger::LostParams(const Unit& unit, std::string_view key) const {
+// What the changed line (the device's) takes over from the original line it
+// replaces: the group and the parameters the contact could not carry.
+void Merger::Carry(const Unit& unit, std::string& changed) const {
     Reader reader(m_original.data + unit.begin, unit.end - unit.begin);
     ContentLine line, carried;
     std::string error, out;
-    if (reader.Next(line, error) != Reader::Result::Line) return out;
-    Reader keyReader(key.data(), key.size());
-    if (keyReader.Next(carried, error) != Reader::Result::Line) return out;
+    if (unit.keys.empty() || reader.Next(line, error) != Reader::Result::Line) return;
+    Reader keyReader(unit.keys.front().data(), unit.keys.front().size());
+    if (keyReader.Next(carried, error) != Reader::Result::Line) return;
     for (const Param& p : line.params) {
         if (p.name == "ENCODING"sv || p.name == "CHARSET"sv || carried.Find(p.name) != nullptr)
             continue;
@@ -244,7 +245,10 @@ std::string Merger::LostParams(const Unit& unit, std::string_view key) const {
         for (const std::string& v : p.values) (values += values.empty() ? "" : ",") += v;
         AppendParam(out, p.name, values);
     }
-    return out;
+    const std::size_t colon = changed.find(':');
+    changed.insert(colon == std::string::npos ? changed.size() : colon, out);
+    if (!line.group.empty() && carried.group.empty() && LineName(changed).data() == changed.data())
+        changed.insert(0, line.group + ".");
 }
 
 // Three-way: per property name, the device's lines where only the device
@@ -323,25 +327,25 @@ void Merger::MergeCard(const Card& card, const std::vector<std::string>& device,
         }
     }
     // What the device has anew takes the place of a removed line of its name.
+    std::unordered_map<std::string_view, std::vector<std::size_t>> removed;  // by name, last first
+    for (std::size_t u = card.units.size(); u-- > 0;) {
+        if (fate[u] == Fate::Removed) removed[card.units[u].name].push_back(u);
+    }
     std::vector<std::size_t> added;
     for (std::size_t i = 0; i < device.size(); ++i) {
         if (used[i] || LineName(device[i]) == "REV"sv) continue;
-        std::size_t u = 0;
-        while (u < card.units.size() &&
-               !(fate[u] == Fate::Removed && card.units[u].name == LineName(device[i])))
-            ++u;
-        if (u < card.units.size()) {
-            fate[u] = Fate::Replaced;
-            replacement[u] = i;
+        const auto it = removed.find(LineName(device[i]));
+        if (it != removed.end() && !it->second.empty()) {
+            fate[it->second.back()] = Fate::Replaced;
+            replacement[it->second.back()] = i;
+            it->second.pop_back();
         } else {
             added.push_back(i);
         }
     }
-    const auto change = [&report](std::string_view name, PropertyChange::Kind kind) {
-        for (const PropertyChange& c : report.changes) {
-            if (c.name == name && c.kind == kind) return;
-        }
-        report.changes.push_back({std::string(name), kind});
+    std::set<std::pair<std::string_view, PropertyChange::Kind>> said;
+    const auto change = [&report, &said](std::string_view name, PropertyChange::Kind kind) {
+        if (said.emplace(name, kind).second) report.changes.push_back({std::string(name), kind});
     };
     for (std::size_t u = 0; u < card.units.size(); ++u) {
         if (fate[u] == Fate::Removed) change(card.units[u].name, PropertyChange::Kind::Removed);
@@ -369,11 +373,8 @@ void Merger::MergeCard(const Card& card, const std::vector<std::string>& device,
             out.append(text + unit.begin, unit.end - unit.begin);
         } else {
             OutLine line{device[replacement[u]]};
-            const std::size_t colon = line.text.find(':');
-            if (!unit.keys.empty())
-                line.text.insert(colon == std::string::npos ? line.text.size() : colon,
-                                 LostParams(unit, unit.keys.front()));
-            line.qp = line.text.find(";ENCODING=QUOTED-PRINTABLE") < colon;
+            Carry(unit, line.text);
+            line.qp = line.text.find(";ENCODING=QUOTED-PRINTABLE") < line.text.find(':');
             EmitLine(out, line, m_eol);
         }
     }

@@ -1,5 +1,6 @@
 #include "bridges/vcard/private/CardWriter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "bridges/common/LossCollector.h"
@@ -108,13 +109,17 @@ void EmitLine(std::string& out, const OutLine& line, std::string_view eol) {
         }
     } else {
         // Soft line breaks: '=' ends every line but the last, no =XX is cut.
+        // They break the value only: the first line holds the whole head.
         std::string_view rest = line.text;
-        while (rest.size() > 75) {
-            std::size_t cut = 74;
-            if (rest[cut - 1] == '=')
+        std::size_t head = ValueStart(rest);
+        while (rest.size() > 75 && rest.size() > head + 1) {
+            std::size_t cut = std::max<std::size_t>(74, head);
+            if (rest[cut - 1] == '=' && cut - 1 >= head) {
                 cut -= 1;
-            else if (rest[cut - 2] == '=')
+            } else if (rest[cut - 2] == '=' && cut - 2 >= head) {
                 cut -= 2;
+            }
+            head = 0;
             out.append(rest.substr(0, cut));
             out += '=';
             out += eol;
