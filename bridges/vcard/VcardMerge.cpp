@@ -263,22 +263,27 @@ std::vector<std::string> Merger::Target(const Card& original, const Card& base,
         lines[std::string(LineName(line))].push_back(line);
     };
     Lines o, b, d;
-    std::vector<std::string> names;  // in the order they first appear
-    for (const Unit& unit : original.units) {
-        for (const std::string& key : unit.keys) byName(o, key);
-    }
-    for (const Unit& unit : base.units) {
-        for (const std::string& key : unit.keys) byName(b, key);
-    }
+    std::vector<std::string> names;  // in the order they first appear: device, original, base
+    std::set<std::string> seen;
+    const auto name = [&](const std::string& line) {
+        std::string n(LineName(line));
+        if (seen.insert(n).second) names.push_back(n);
+    };
     for (const std::string& line : device) {
-        if (d.count(std::string(LineName(line))) == 0) names.emplace_back(LineName(line));
+        name(line);
         byName(d, line);
     }
-    for (const auto& [name, lines] : o) {
-        if (d.count(name) == 0) names.push_back(name);
+    for (const Unit& unit : original.units) {
+        for (const std::string& key : unit.keys) {
+            name(key);
+            byName(o, key);
+        }
     }
-    for (const auto& [name, lines] : b) {
-        if (d.count(name) == 0 && o.count(name) == 0) names.push_back(name);
+    for (const Unit& unit : base.units) {
+        for (const std::string& key : unit.keys) {
+            name(key);
+            byName(b, key);
+        }
     }
     const auto same = [](std::vector<std::string> x, std::vector<std::string> y) {
         std::sort(x.begin(), x.end());
@@ -286,16 +291,16 @@ std::vector<std::string> Merger::Target(const Card& original, const Card& base,
         return x == y;
     };
     std::vector<std::string> target;
-    for (const std::string& name : names) {
-        if (name == "REV") continue;
-        const bool deviceChanged = !same(d[name], b[name]);
-        const bool originalChanged = !same(o[name], b[name]);
+    for (const std::string& n : names) {
+        if (n == "REV") continue;
+        const bool deviceChanged = !same(d[n], b[n]);
+        const bool originalChanged = !same(o[n], b[n]);
         bool takeDevice = deviceChanged && !originalChanged;
-        if (deviceChanged && originalChanged && !same(d[name], o[name])) {
+        if (deviceChanged && originalChanged && !same(d[n], o[n])) {
             takeDevice = m_options.preferDevice;
-            report.conflicts.push_back({name, takeDevice});
+            report.conflicts.push_back({n, takeDevice});
         }
-        for (std::string& line : takeDevice ? d[name] : o[name]) target.push_back(std::move(line));
+        for (std::string& line : takeDevice ? d[n] : o[n]) target.push_back(std::move(line));
     }
     return target;
 }
