@@ -177,6 +177,7 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
             m_params.valueText = SameName(p.values.front(), "text");
             m_params.valueUri =
                 SameName(p.values.front(), "uri") || SameName(p.values.front(), "url");
+            m_params.valueOffset = SameName(p.values.front(), "utc-offset");
         } else if (p.name == "LANGUAGE"sv && info->language) {
             m_params.language = p.values.front().c_str();
         } else if (p.name == "TYPE"sv && info->types != TypeSet::None) {
@@ -347,13 +348,15 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             break;
         }
         case Shape::Geo: {
-            std::string_view v(line.value);
-            char sep = ';';
-            if (IsGeoUri(v)) {  // geo:lat,lon;u=... of vCard 4.0
+            // geo:lat,lon;u=... of vCard 4.0, its comma escaped by some writers.
+            Unescape(line.value, m_value);
+            if (IsGeoUri(m_value)) {
+                std::string_view v(m_value);
                 v = v.substr(4, v.find(';') == std::string_view::npos ? v.npos : v.find(';') - 4);
-                sep = ',';
+                SplitUnescaped(v, ',', m_parts);
+            } else {
+                SplitUnescaped(line.value, ';', m_parts);
             }
-            SplitUnescaped(v, sep, m_parts);
             if (m_parts.size() > 2) Lose(line.name, "COMPONENTS");
             Check(c.GeographicPosition(Part(0), Part(1)), line);
             break;

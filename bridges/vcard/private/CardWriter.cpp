@@ -46,8 +46,10 @@ std::string Upper(const char* name) {
 // How much of a value is escaped: a plain value (identifiers, URIs) only
 // its backslashes and line breaks, a text also its commas and semicolons, a
 // component of a structured value (N, ADR) its semicolons but not its commas,
-// which separate the component's several values.
-enum class Escape : unsigned char { Plain, Text, Component };
+// which separate the component's several values. vCard 2.1 knows fewer
+// escapes: there a text escapes only backslashes, a list item its commas, a
+// component its semicolons.
+enum class Escape : unsigned char { Plain, Text, ListItem, Component };
 
 // Where the value of an unfolded content line starts: after the first colon
 // outside a quoted parameter value.
@@ -194,6 +196,8 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
         // version has URIs for numbers.
         if (m_telUri && m_version != CardVersion::V21) {
             if (number == nullptr || !HasOtherScheme(number)) m_line += "tel:";
+        } else if (m_telUri) {
+            m_losses.Add("TEL;VALUE=uri", 0, Loss::Kind::Converted, "a number: 2.1 has no URIs");
         }
         Escaped(number, Escape::Plain);
         return Finish();
@@ -210,12 +214,15 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
         return Pair(Property("TZ"), offset, text);
     }
     bool GeographicPosition(const char* lat, const char* lon) override {
+        // A latitude that is a geo: URI's text would read back as the URI.
+        if (lat != nullptr && SameName(std::string_view(lat).substr(0, 4), "geo:"))
+            m_losses.Add("GEO", 0, Loss::Kind::Converted, "a latitude that reads as a geo: URI");
         Start(Property("GEO"));
         if (m_version == CardVersion::V40 && IsDecimal(lat) && IsDecimal(lon)) {
             ((m_line += "geo:") += lat) += ',';
             m_line += lon;
         } else {
-            Parts({lat, lon}, Escape::Text);
+            Parts({lat, lon}, Structured());
         }
         return Finish();
     }
@@ -234,10 +241,10 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
     }
     bool Organization(const char* name, const PAL::TVector<const char*>& units) override {
         Start(Property("ORG"));
-        Escaped(name, Escape::Text);
+        Escaped(name, Structured());
         for (const char* unit : units) {
             m_line += ';';
-            Escaped(unit, Escape::Text);
+            Escaped(unit, Structured());
         }
         return Finish();
     }
@@ -302,6 +309,10 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
     void Params(const PropertyInfo* info, std::string_view property, const XParams& x,
                 const char* lang);
     void Escaped(const char* text, Escape escape);
+    // The parts of ORG and GEO, which only semicolons separate.
+    Escape Structured() const {
+        return m_version == CardVersion::V21 ? Escape::Component : Escape::Text;
+    }
     void Parts(std::initializer_list<const char*> parts, Escape escape) {
         bool first = true;
         for (const char* part : parts) {
@@ -330,7 +341,7 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
             if (item == nullptr || *item == '\0') continue;
             if (!first) m_line += ',';
             first = false;
-            Escaped(item, Escape::Text);
+            Escaped(item, Escape::ListItem);
         }
         return Finish();
     }
@@ -353,15 +364,15 @@ void CardWriter::Receiver::Escaped(const char* text, Escape escape) {
     // vCard 2.1 escapes only its separators; line breaks go quoted-printable.
     if (m_version == CardVersion::V21) {
         AppendEscaped(m_line, text,
-                      escape == Escape::Plain  ? "\\"
-                      : escape == Escape::Text ? "\\;,"
-                                               : "\\;");
+                      escape == Escape::ListItem    ? "\\,"
+                      : escape == Escape::Component ? "\\;"
+                                                    : "\\");
         return;
     }
     AppendEscaped(m_line, text,
-                  escape == Escape::Plain  ? "\\\r\n"
-                  : escape == Escape::Text ? "\\\r\n,;"
-                                           : "\\\r\n;");
+                  escape == Escape::Plain       ? "\\\r\n"
+                  : escape == Escape::Component ? "\\\r\n;"
+                                                : "\\\r\n,;");
 }
 
 bool CardWriter::Receiver::Finish(bool blankAfter) {
