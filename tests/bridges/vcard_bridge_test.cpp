@@ -111,6 +111,8 @@ TEST(VcardImport, EveryCarriedPropertyReachesItsOperation) {
          "Agent(-|BEGIN:VCARD\nFN:Susan\nEND:VCARD)"},
         {"3.0", "ORG:ABC\\, Inc.;North American Division;Marketing",
          "Organization(ABC, Inc.|[North American Division,Marketing])"},
+        // A backslash at the end escapes nothing: the value does not vanish.
+        {"3.0", "ORG:Acme;Sales\\", "Organization(Acme|[Sales\\])"},
         {"3.0", "CATEGORIES:TRAVEL AGENT,INTERNET", "Categories([TRAVEL AGENT,INTERNET]|-|[])"},
         {"3.0", "NOTE:line one\\nline two\\; and \\\\", "Note(line one\nline two; and \\|-|[])"},
         {"3.0", "REV:1995-10-31T22:27:10Z", "Revision(1995-10-31T22:27:10Z|-)"},

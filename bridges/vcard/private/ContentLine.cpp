@@ -371,8 +371,8 @@ void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& pa
             if (n == parts.size()) parts.emplace_back();
             Unescape(raw.substr(start, i - start), parts[n++]);
             start = i + 1;
-        } else if (raw[i] == '\\') {
-            ++i;
+        } else if (raw[i] == '\\' && i + 1 < raw.size()) {
+            ++i;  // a backslash at the very end escapes nothing: the last part keeps it
         }
     }
     parts.resize(n);
