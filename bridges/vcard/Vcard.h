@@ -37,9 +37,9 @@ PIMTLV_BRIDGE_API ExportResult ExportVcard(const std::uint8_t* data, std::size_t
 // place for (GENDER, ANNIVERSARY, IMPP, URL;TYPE, X-...), parameters of
 // carried lines it cannot hold, groups, the card's version (2.1, 3.0 and 4.0
 // are written as such) and the text outside cards. A changed card's REV
-// becomes the time of the merge (PimBridge::Now()); an unchanged card is
-// given back byte for byte. An item without a card is appended as a plain
-// export writes it; cards no item matched stay as they are.
+// becomes the time of the merge (PimBridge::Now(), UTC; added where the card
+// had none); an unchanged card is given back byte for byte. An item without a card is appended as a
+// plain export writes it; cards no item matched stay as they are.
 //
 // With options.base (the text sent to the device) the merge is three-way, one
 // property name at a time: a property the device changed and the original did
