@@ -143,7 +143,6 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
         out.item = ExportedItem();
         out.uid.clear();
         out.instance = 0;
-        out.hasUid = false;
         m_card = &out;
     }
     void Finish(CardLines& out) { out.item.losses = m_losses.Take(); }
@@ -269,7 +268,6 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
         return Media(Property("SOUND"), uri, type, data, length, text3);
     }
     bool UID(const char* text) override {
-        m_card->hasUid = true;
         m_card->uid = text != nullptr ? text : "";
         return Plain("UID", text);
     }

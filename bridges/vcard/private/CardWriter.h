@@ -50,7 +50,6 @@ struct CardLines {
     ExportedItem item;           // diagnostics and losses (kind and offset not set)
     std::string uid;             // the contact's UID, empty when none
     unsigned int instance = 0;
-    bool hasUid = false;
 };
 
 // Runs the contact parser over one stream and writes its properties as lines
