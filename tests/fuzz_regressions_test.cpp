@@ -116,6 +116,7 @@ constexpr Target kTargets[] = {
 #ifdef PIMTLV_REPLAY_VCARD
     {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},
     {"vcard_export", ReplayItem<PimTlvFuzz::CheckVcardExport>, false},
+    {"vcard_merge", ReplayItem<PimTlvFuzz::CheckVcardMerge>, false},
 #endif
 #ifdef PIMTLV_REPLAY_MIME
     {"mime_import", ReplayItem<PimTlvFuzz::CheckMimeImport>, false},
