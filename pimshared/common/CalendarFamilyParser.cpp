@@ -522,7 +522,8 @@ bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     } else {
         answer = CallPropertyCallbackAndResetDataMember(typeId);
     }
-    SetCurrentProperty(TypeIdNone);
+    m_currentProperty = TypeIdNone;
+    m_currentSlot = kNoSlot;
     return answer;
 }
 

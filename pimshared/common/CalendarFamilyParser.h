@@ -169,9 +169,11 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
                                                 unsigned int second = 0);
     // The code-0 line at the start of every event.
     void TraceLine(CTraceLine& line, unsigned int typeId) {
-        const int traceCode = 0;  // code 0: a trace line, not a fault
-        m_receiver.TraceMessage(traceCode, line.Format(static_cast<int>(typeId)));
+        m_receiver.TraceMessage(kTraceCode, line.Format(static_cast<int>(typeId)));
     }
+    // Code 0: a trace line, not a fault. A static object, so that passing it
+    // by reference costs no store per line.
+    static constexpr int kTraceCode = 0;
 
     const tParserItem& m_item;
     PAL::CString m_message;
