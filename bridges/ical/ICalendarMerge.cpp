@@ -238,10 +238,8 @@ struct Side {
 };
 
 std::string PropertyName(icalproperty* property) {
-    char* name = icalproperty_get_property_name_r(property);
-    std::string out = name != nullptr ? Upper(name, std::strlen(name)) : std::string();
-    std::free(name);
-    return out;
+    const std::string name = PropertyNameOf(property);
+    return Upper(name.data(), name.size());
 }
 
 std::string Written(icalproperty* property) {
@@ -289,13 +287,6 @@ const Named* Find(const PropertySet& set, const std::string& name) {
         if (n.name == name) return &n;
     }
     return nullptr;
-}
-
-const char* ParamNameOf(icalparameter* param) {
-    const icalparameter_kind kind = icalparameter_isa(param);
-    if (kind == ICAL_X_PARAMETER) return icalparameter_get_xname(param);
-    if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_name(param);
-    return icalparameter_kind_to_string(kind);
 }
 
 bool HasParam(icalproperty* property, const char* name) {
