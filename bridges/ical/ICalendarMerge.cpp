@@ -299,11 +299,11 @@ bool HasParam(icalproperty* property, const char* name) {
     return false;
 }
 
-// The property of list that stands for the same thing as value: the only
-// one when both sides have one, else the one with the same value.
-icalproperty* Counterpart(const std::vector<icalproperty*>& list, std::size_t sideCount,
+// The property of list that stands for the same thing as one with value: the
+// only one when each side has one, else the one with the same value.
+icalproperty* Counterpart(const std::vector<icalproperty*>& list, std::size_t otherCount,
                           const std::string& value) {
-    if (list.size() == 1 && sideCount == 1) return list[0];
+    if (list.size() == 1 && otherCount == 1) return list[0];
     for (icalproperty* p : list) {
         if (WrittenValue(p) == value) return p;
     }
@@ -327,7 +327,8 @@ class ComponentMerge {
              MergedItem& item, std::string& replacement);
 
   private:
-    void KeepParams(const std::string& name, const Named* original, icalproperty* property);
+    void KeepParams(const std::string& name, const Named* original, std::size_t deviceCount,
+                    icalproperty* property);
     std::string Fitted(std::string text) const {
         if (!m_lfOnly) return text;
         std::string out;
@@ -359,7 +360,7 @@ class ComponentMerge {
 // import of the original did not bring them back) stay on the property the
 // item brings, when it is the same one (the same attendee, say).
 void ComponentMerge::KeepParams(const std::string& name, const Named* original,
-                                icalproperty* property) {
+                                std::size_t deviceCount, icalproperty* property) {
     std::vector<PropertyPtr> lines;
     std::vector<icalproperty*> parsed;
     for (const ContentLine& line : m_own) {
@@ -371,10 +372,14 @@ void ComponentMerge::KeepParams(const std::string& name, const Named* original,
     }
     if (parsed.empty()) return;
     const std::string value = WrittenValue(property);
-    icalproperty* source = Counterpart(parsed, 1, value);
+    icalproperty* source = Counterpart(parsed, deviceCount, value);
     if (source == nullptr) return;
-    icalproperty* carried =
-        original != nullptr ? Counterpart(original->props, parsed.size(), value) : nullptr;
+    // Which parameters the item carried is told by the original's own
+    // property as the import brought it back; without it, nothing is added.
+    if (original == nullptr) return;
+    const bool pairwise = original->props.size() == parsed.size();
+    icalproperty* carried = Counterpart(original->props, pairwise ? deviceCount : 0, value);
+    if (carried == nullptr) return;
     for (icalparameter* p = icalproperty_get_first_parameter(source, ICAL_ANY_PARAMETER);
          p != nullptr; p = icalproperty_get_next_parameter(source, ICAL_ANY_PARAMETER)) {
         // The value type follows from the value the item brings.
@@ -438,7 +443,7 @@ void ComponentMerge::Run(icalcomponent* original, icalcomponent* device, icalcom
         std::string text;
         if (const Named* nb = Find(b, name)) {
             for (icalproperty* p : nb->props) {
-                KeepParams(name, Find(a, name), p);
+                KeepParams(name, Find(a, name), nb->props.size(), p);
                 text += Written(p);
             }
         }
