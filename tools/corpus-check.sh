@@ -17,7 +17,8 @@
 # must merge with exactly that reported and changed. A format whose adapter
 # has no merge yet skips these checks. --bad: each file must
 # end in items or a clear error (exit status 0, 1 or 2 and no sanitizer
-# report); a crash, a hang (60 s) or a sanitizer report is a failure. Exit
+# report), and so must a merge onto it; a crash, a hang (60 s) or a
+# sanitizer report is a failure. Exit
 # status 1 when any file failed.
 set -uo pipefail
 
@@ -140,6 +141,7 @@ for dir in "${dirs[@]}"; do
     files=$((files + 1))
     name=$(basename "$f")
     fmt=$(format_of "$f")
+    rm -f "$work/a.tlv"
     run "$tool" import "$f" -o "$work/a.tlv" 2>"$work/import.err"
     status=$?
     if grep -q -E 'Sanitizer|runtime error' "$work/import.err"; then status=134; fi
@@ -154,6 +156,17 @@ for dir in "${dirs[@]}"; do
         [ "$status" -eq 2 ] && verdict="ok (refused: $(head -n 1 "$work/import.err" | cut -c1-90))"
       else
         verdict="FAILED (exit $status)"; failed=$((failed + 1))
+      fi
+      # A bad original under a merge (with whatever streams its import gave):
+      # a merge or a clear error, never a crash.
+      if [ "$status" -le 2 ] && { [ "$fmt" = ics ] || [ "$fmt" = vcf ]; }; then
+        [ -f "$work/a.tlv" ] || : >"$work/a.tlv"
+        run "$tool" export "$work/a.tlv" --to "$fmt" --onto "$f" -o "$work/m.txt" 2>"$work/merge.err"
+        merged=$?
+        if grep -q -E 'Sanitizer|runtime error' "$work/merge.err"; then merged=134; fi
+        if [ "$merged" -gt 2 ]; then
+          verdict="FAILED merge onto it (exit $merged)"; failed=$((failed + 1))
+        fi
       fi
       printf '%-60s %s\n' "$name" "$verdict"
       continue
