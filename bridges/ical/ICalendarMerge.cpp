@@ -168,12 +168,20 @@ TextMap MapText(const char* text, std::size_t size) {
                 }
                 open.push_back(value);
             } else {
-                if (!open.empty()) open.pop_back();
+                std::string closed;
+                if (!open.empty()) {
+                    closed = std::move(open.back());
+                    open.pop_back();
+                }
                 if (itemDepth != kNone && open.size() == itemDepth) {
                     map.items.back().end = line.end;
                     itemDepth = kNone;
                 }
-                if (open.empty() && value == "VCALENDAR") map.calendarEnd = line.begin;
+                // Only an END that closes a calendar (not one that ends an
+                // item left open) is where new items can go.
+                if (open.empty() && value == "VCALENDAR" && closed == "VCALENDAR") {
+                    map.calendarEnd = line.begin;
+                }
             }
         } else if (line.name == "UID" && itemDepth != kNone && open.size() == itemDepth + 1 &&
                    map.items.back().uid.empty()) {
@@ -640,6 +648,12 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
     result.text.reserve(originalSize + originalSize / 8);
     std::size_t pos = 0;
     for (const Edit& e : edits) {
+        if (e.begin < pos) {
+            // Components that overlap in the text: nothing is placed.
+            result = MergeResult();
+            result.error = "the original: its components overlap, nothing can be placed in it";
+            return result;
+        }
         result.text.append(original + pos, e.begin - pos).append(e.text);
         pos = e.end;
     }
