@@ -10,7 +10,7 @@
 // bridge writes, it reads.
 // Export: any bytes as a file of item streams. A refused file writes no
 // text; whatever is written must import back to one item per exported item.
-// Merge: the input is cut at kMergeSeparator into the original text, the base
+// Merge: the input is cut at kIcalMergeSeparator into the original text, the base
 // (when there are three parts) and the streams. Text alone (one part) is
 // merged with its own import's streams: every item must come back unchanged
 // and the text byte for byte. A refused merge must say why and write nothing;
@@ -61,17 +61,17 @@ inline const char* CheckIcalExport(const std::uint8_t* data, std::size_t size) {
 }
 
 // NUL bytes, which iCalendar text never holds.
-constexpr char kMergeSeparator[] = "\0\xFFmerge\xFF\0";
-constexpr std::size_t kMergeSeparatorSize = sizeof kMergeSeparator - 1;
+constexpr char kIcalMergeSeparator[] = "\0\xFFmerge\xFF\0";
+constexpr std::size_t kIcalMergeSeparatorSize = sizeof kIcalMergeSeparator - 1;
 
 inline const char* CheckIcalMerge(const std::uint8_t* data, std::size_t size) {
     const char* text = reinterpret_cast<const char*>(data);
     std::vector<std::string> parts;
     std::size_t start = 0;
-    for (std::size_t i = 0; i + kMergeSeparatorSize <= size && parts.size() < 2; ++i) {
-        if (std::memcmp(text + i, kMergeSeparator, kMergeSeparatorSize) == 0) {
+    for (std::size_t i = 0; i + kIcalMergeSeparatorSize <= size && parts.size() < 2; ++i) {
+        if (std::memcmp(text + i, kIcalMergeSeparator, kIcalMergeSeparatorSize) == 0) {
             parts.emplace_back(text + start, i - start);
-            start = i + kMergeSeparatorSize;
+            start = i + kIcalMergeSeparatorSize;
             i = start - 1;
         }
     }
