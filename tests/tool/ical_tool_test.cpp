@@ -77,3 +77,65 @@ TEST(IcalTool, TextThatIsNoCalendarFailsWithItsLine) {
 }
 
 }  // namespace
+
+// export --onto: the merged text on stdout, one report line per item on
+// stderr; --base and --prefer for three-way merges; clear errors otherwise.
+TEST(IcalTool, ExportOntoTheOriginalMergesAndReports) {
+    const std::string original = Temp("original.ics");
+    const std::string event =
+        "BEGIN:VEVENT\r\nUID:e\r\nSUMMARY:a\r\nRRULE:FREQ=DAILY\r\nEND:VEVENT\r\n";
+    const std::string calendar = "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\n" + event +
+                                 "BEGIN:VTODO\r\nUID:t\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+    Spit(original, calendar);
+    const Result streams = Tool("import " + original);
+    const Result same = Tool("export - --to ics --onto " + original, streams.out);
+    EXPECT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(same.out, calendar);
+    EXPECT_EQ(same.err, "event 1 (UID e): unchanged\ntask 2 (UID t): unchanged\n");
+
+    std::string edited = calendar;
+    edited.replace(edited.find("SUMMARY:a"), 9, "SUMMARY:b");
+    const Result device = Tool("import --from ics -", edited);
+    const Result merged = Tool("export - --to ics --onto " + original, device.out);
+    EXPECT_EQ(merged.status, 0) << merged.err;
+    EXPECT_EQ(merged.err, "event 1 (UID e): changed: SUMMARY changed\ntask 2 (UID t): unchanged\n");
+    EXPECT_NE(merged.out.find("SUMMARY:b\r\nRRULE:FREQ=DAILY\r\n"), std::string::npos);
+
+    // The server changed the summary too since it sent the calendar.
+    const std::string base = Temp("base.ics");
+    Spit(base, calendar);
+    std::string server = calendar;
+    server.replace(server.find("SUMMARY:a"), 9, "SUMMARY:c");
+    Spit(original, server);
+    const Result kept =
+        Tool("export - --to ics --onto " + original + " --base " + base, device.out);
+    EXPECT_EQ(kept.status, 0) << kept.err;
+    EXPECT_EQ(kept.out, server);
+    EXPECT_EQ(kept.err.rfind("event 1 (UID e): unchanged; conflict: SUMMARY, server's value "
+                             "kept\n",
+                             0),
+              0u)
+        << kept.err;
+    const Result taken =
+        Tool("export - --to ics --onto " + original + " --base " + base + " --prefer device",
+             device.out);
+    EXPECT_NE(taken.out.find("SUMMARY:b"), std::string::npos);
+    EXPECT_NE(taken.err.find("device's value taken"), std::string::npos) << taken.err;
+    std::remove(original.c_str());
+    std::remove(base.c_str());
+}
+
+TEST(IcalTool, ExportOntoRefusesWhatItCannotMerge) {
+    const std::string original = Temp("not.ics");
+    Spit(original, "no calendar here\n");
+    const Result streams = Tool("import --from ics -",
+                                "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:e\r\nEND:VEVENT\r\n"
+                                "END:VCALENDAR\r\n");
+    const Result bad = Tool("export - --to ics --onto " + original, streams.out);
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_EQ(bad.err.rfind("error: " + original + ":1: the original: no iCalendar", 0), 0u)
+        << bad.err;
+    const Result noBase = Tool("export - --to ics --base " + original, streams.out);
+    EXPECT_EQ(noBase.status, 2);
+    std::remove(original.c_str());
+}
