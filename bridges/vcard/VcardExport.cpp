@@ -400,9 +400,9 @@ ExportResult ExportVcard(const std::uint8_t* data, std::size_t size) {
     const bool cut = ForEachItem(
         data, size,
         [&](const ItemSpan& span) {
-            if (span.root != 0) {
+            if (KindOf(span) != ItemKind::Contact) {
                 notContact = "item at offset " + std::to_string(span.offset) +
-                             " is no contact (root node " + std::to_string(span.root) +
+                             " is no contact (root node " + std::to_string(span.frame.root) +
                              "): vCard carries contacts only";
                 return false;
             }

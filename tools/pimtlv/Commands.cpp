@@ -67,10 +67,13 @@ template <typename OnItem>
 void ForEachItemOf(ByteView data, OnItem&& onItem) {
     ItemPlace place;
     for (std::size_t pos = 0; pos < data.size; ++place.index) {
-        PimBridge::ItemSpan span;
+        ParserCreatorCollection::ItemSpan span;
         place.offset = pos;
-        place.cut = PimBridge::ReadItemSpan(data.data, data.size, pos, span, &place.why);
+        place.cut = ParserCreatorCollection::ReadItemSpan(data.data, data.size, pos, span) ==
+                    ParserCreatorCollection::CutFault::None;
         place.size = place.cut ? span.size : data.size - pos;
+        if (!place.cut)
+            place.why = ParserCreatorCollection::DescribeCutFault(data.data, data.size, pos);
         if (!onItem(static_cast<const ItemPlace&>(place)) || !place.cut) return;
         pos += span.size;
     }
@@ -79,9 +82,15 @@ void ForEachItemOf(ByteView data, OnItem&& onItem) {
 // Whether the file is exactly one item (or one that cannot be cut), which
 // the commands show as today's single stream rather than as a list.
 bool SingleItem(ByteView data) {
-    PimBridge::ItemSpan span;
-    return data.size > 0 && (!PimBridge::ReadItemSpan(data.data, data.size, 0, span, nullptr) ||
+    ParserCreatorCollection::ItemSpan span;
+    return data.size > 0 && (ParserCreatorCollection::ReadItemSpan(data.data, data.size, 0, span) !=
+                                 ParserCreatorCollection::CutFault::None ||
                              span.size == data.size);
+}
+
+// The frame of an item, which tells its kind.
+ParserCreatorCollection::ItemFrame FrameOf(ByteView data, const ItemPlace& place) {
+    return ParserCreatorCollection::ReadItemFrame(data.data + place.offset, place.size);
 }
 
 std::string ItemName(const ItemPlace& place) {
@@ -98,7 +107,7 @@ void ReportFault(const Fault& fault, std::ostream& err) {
 // malformed); throws UsageError for an item whose kind is unknown.
 const Kind* ItemKind(const Options& options, ByteView data, const ItemPlace& place) {
     if (const Kind* forced = ForcedKind(options)) return forced;
-    const StreamFrame frame = ReadFrame(data.Sub(place.offset, place.size));
+    const ParserCreatorCollection::ItemFrame frame = FrameOf(data, place);
     if (const Kind* kind = DetectKind(frame)) return kind;
     if (!place.cut) return nullptr;
     std::string seen = "no root node";
@@ -112,12 +121,16 @@ const Kind* ItemKind(const Options& options, ByteView data, const ItemPlace& pla
                      " from the stream (" + seen + "); name it with --item");
 }
 
-// Says why an item did not parse, or could not be cut from the file.
+// Says why an item did not parse, or could not be cut from the file: the
+// parser's own account of where its walk stopped when the bytes are at fault.
 void ReportItemFailure(ByteView data, const ItemPlace& place, const Kind* kind, const ParseRun* run,
                        std::ostream& err) {
-    const Fault fault = WalkStream(data, nullptr, place.offset, place.offset + place.size);
-    if (fault.present) {
-        ReportFault(fault, err);
+    const ParserCreatorCollection::TLVError error =
+        run != nullptr ? run->error
+                       : ParserCreatorCollection::ExplainTLV(data.data + place.offset,
+                                                             static_cast<unsigned int>(place.size));
+    if (error.IsMalformed()) {
+        ReportFault(FaultOf(error, place.offset), err);
     } else if (!place.cut) {
         err << "error: malformed stream at offset " << place.offset << ": " << place.why << '\n';
     } else if (run != nullptr) {
@@ -212,9 +225,9 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
     Fault fault;
     ForEachItemOf(data, [&](const ItemPlace& place) {
         const Kind* kind = forced;
-        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
+        if (kind == nullptr) kind = DetectKind(FrameOf(data, place));
         sink.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
-        fault = WalkStream(data, &sink, place.offset, place.offset + place.size);
+        fault = WalkStream(data, sink, place.offset, place.offset + place.size);
         return !fault.present;
     });
     sink.Out().Flush();

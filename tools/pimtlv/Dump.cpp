@@ -125,7 +125,7 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     line.append(2 + 2 * (e.depth < kIndentedDepth ? e.depth : kIndentedDepth), ' ');
     if (e.depth > kIndentedDepth) line += "(depth " + std::to_string(e.depth) + ") ";
     line += p.cls;
-    line += ClassName(e.header.elementClass);
+    line += ParserCreatorCollection::ElementClassName(e.header.elementClass);
     line += p.reset;
     line += ' ';
     line += std::to_string(e.header.typeId);
@@ -137,7 +137,7 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     }
     const unsigned int cls = e.header.elementClass;
     const std::uint32_t length = e.header.length;
-    const unsigned int fixed = FixedSize(cls);
+    const unsigned int fixed = ParserCreatorCollection::FixedValueSize(cls);
     if (cls == Node || (fixed == 0 && cls != String && cls != ByteStream)) {
         // A node's content size; an undefined class's bytes, as far as shown.
         line += " [";
