@@ -7,6 +7,9 @@
 
 #include "Input.h"
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "pimshared/common/TypeIds.h"
+#include "platform/CDateAndTime.h"
+#include "platform/Utf8.h"
 
 namespace pimtlv_tool {
 
@@ -372,6 +375,55 @@ class CheckWriter : public ParseListener {
     std::string m_item;
 };
 
+// What a parser hands on changed, or without its value, and says nothing of
+// in its diagnostics: a text that is not UTF-8 (repaired to '?') and, in the
+// calendar items, a date-time text that does not read as one. check names
+// each as a finding, with the element's offset.
+class ContentFindings : public ElementSink {
+  public:
+    ContentFindings(const Kind& kind, TextOut& out, const std::string& item)
+        : m_dates(kind.kind == PimShared::ItemKind::Event ||
+                  kind.kind == PimShared::ItemKind::Task || kind.kind == PimShared::ItemKind::Note),
+          m_out(out),
+          m_item(item.empty() ? item : item + ", ") {}
+
+    void OnElement(const Element& e) override {
+        using namespace ParserCreatorCollection;
+        if (e.header.elementClass != String || e.header.length == 0) return;
+        const char* text = reinterpret_cast<const char*>(e.value);
+        if (!PAL::IsValidUtf8(text, e.header.length)) {
+            Add(e, "is not UTF-8: the parser hands it on with '?' for each bad byte");
+        } else if (m_dates && e.parentId != kNoParent &&
+                   (e.header.typeId == PimShared::TypeIdValTypeDateTime ||
+                    e.header.typeId == PimShared::TypeIdValTypeDateTimeAlt)) {
+            PAL::CDateAndTime when;
+            if (!PAL::DateAndTimeUtilities::FromString(
+                    when, text, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar)) {
+                Add(e, "does not read as a date-time: the parser hands the property on without it");
+            }
+        }
+    }
+    std::size_t Count() const { return m_count; }
+
+  private:
+    void Add(const Element& e, const char* what) {
+        std::string& line = m_out.Text();
+        line += "finding (" + m_item + "offset " + std::to_string(e.offset) + "): String " +
+                std::to_string(e.header.typeId) + ' ';
+        QuoteText(line, e.value, e.header.length);
+        line += ' ';
+        line += what;
+        line += '\n';
+        m_out.Drain();
+        ++m_count;
+    }
+
+    bool m_dates;
+    TextOut& m_out;
+    std::string m_item;
+    std::size_t m_count = 0;
+};
+
 std::string Plural(std::size_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
@@ -391,8 +443,11 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
         [&](const ItemPlace& place, const Kind&) {
             writer.Begin(single ? std::string() : ItemName(place));
         },
-        [&](const ItemPlace&, const Kind& kind, const Recorder& recorder, const ParseRun&) {
-            const std::size_t found = writer.End();
+        [&](const ItemPlace& place, const Kind& kind, const Recorder& recorder, const ParseRun&) {
+            std::size_t found = writer.End();
+            ContentFindings findings(kind, text, single ? std::string() : ItemName(place));
+            WalkStream(data, findings, place.offset, place.offset + place.size);
+            found += findings.Count();
             text.Text() += writer.Label() + kind.title + ": " + std::to_string(recorder.Calls()) +
                            " receiver calls, " + Plural(found, "diagnostic", "diagnostics") + "\n";
             text.Drain();
