@@ -34,6 +34,12 @@ PIMTLV_API ItemKind KindOfFrame(const ParserCreatorCollection::ItemFrame& frame)
 // the frame is read from what there is).
 PIMTLV_API ItemKind DetectItemKind(const std::uint8_t* data, std::size_t size) noexcept;
 
+// The instance number an item's stream carries (its UInt32 leaf 10, in the
+// root ahead of the component or first in the component, as the items write
+// it); false when there is none.
+PIMTLV_API bool ReadItemInstance(const std::uint8_t* data, std::size_t size,
+                                 unsigned int& instance) noexcept;
+
 // The kind's short name, as the tool's --item and the bridges' reports say
 // it: "event", "task", "note", "contact", "email", "im", "sms", "calllist";
 // "" for Unknown.

@@ -24,7 +24,7 @@ TEST(IcalTool, ImportWarnsOfLossesAndExportWritesTheItemsBack) {
     Spit(ics, kCalendar);
     const Result imported = Tool("import " + ics);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err, "warning: " + ics + ":6: event 1: RRULE not carried (2 times)\n");
+    EXPECT_EQ(imported.err, "warning: " + ics + ":6: event 1 (instance 0): RRULE not carried (2 times)\n");
     const Result exported = Tool("export - --to ics", imported.out);
     EXPECT_EQ(exported.status, 0) << exported.err;
     EXPECT_NE(exported.out.find("BEGIN:VTODO\r\nUID:t\r\n"), std::string::npos) << exported.out;
@@ -38,7 +38,7 @@ TEST(IcalTool, StrictTurnsLossIntoFailureAndWritesNothing) {
     const std::string out = Temp("strict.tlv");
     const Result r = Tool("import --strict --from ics - -o " + out, kCalendar);
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.err.rfind("error: <stdin>:6: event 1: RRULE", 0), 0u) << r.err;
+    EXPECT_EQ(r.err.rfind("error: <stdin>:6: event 1 (instance 0): RRULE", 0), 0u) << r.err;
     EXPECT_EQ(Slurp(out), "");
 }
 
