@@ -118,14 +118,14 @@ class PIMTLV_API CTLVParser {
         return true;
     }
     bool pushGrowing(const Frame& frame) noexcept;
-    // Notes why the walk stops at the element at offset (header: null when
-    // it could not be read; left: the bytes there were for what failed).
+    // Fills the error account for a walk that stopped at the element at
+    // offset, with end the limit it had to keep: why, when the walk knows it
+    // (the target's refusal, memory), else read from the bytes there.
 #if defined(__GNUC__)
     __attribute__((noinline, cold))
 #endif
     void
-    fail(TLVError::Reason reason, unsigned int offset, const ElementHeader* header,
-         unsigned int left) noexcept;
+    explain(TLVError::Reason why, unsigned int offset, unsigned int end) noexcept;
 
     unsigned int m_end = 0;      // no read goes at or past this offset (innermost node's end)
     unsigned int m_element = 0;  // offset of the element being reported

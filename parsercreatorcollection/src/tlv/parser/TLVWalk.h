@@ -27,7 +27,7 @@ bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int&
                            const char*& errorText, unsigned int& consumed) {
     start(data, length, errorText, consumed);
     if (data == nullptr) {
-        fail(TLVError::Reason::NoData, 0, nullptr, 0);
+        explain(TLVError::Reason::NoData, 0, 0);
         return false;
     }
     const bool ok = walk(target, length);
@@ -44,7 +44,9 @@ bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int&
 // the reading helpers, leaving the same position behind on every path: at the
 // element's first byte when its header cannot be read, after the header when
 // its value cannot, after the value otherwise. Every way out before the end
-// notes why in the error account, off the path of a walk that goes well.
+// is explained once, after the loop, from the element where it stopped: the
+// loop itself only notes what the bytes cannot tell (the target's refusal,
+// memory), so that a walk that goes well pays nothing for the account.
 template <typename Target>
 bool CTLVParser::walk(Target& target, unsigned int limit) {
     using Reason = TLVError::Reason;
@@ -58,26 +60,22 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
     for (;;) {
         if (pos == end) {
             if (m_stack.size() == base) break;
-            const Frame closed = m_stack.back();
-            m_stack.pop_back();
-            end = m_stack.size() > base ? m_stack.back().end : outerEnd;
+            const unsigned int closed = m_stack.back().typeId;
             if constexpr (report) {
                 m_position = pos;
-                m_element = closed.start;
+                m_element = m_stack.back().start;
             }
-            target.NodeEnd(closed.typeId);
+            m_stack.pop_back();
+            end = m_stack.size() > base ? m_stack.back().end : outerEnd;
+            target.NodeEnd(closed);
             continue;
         }
-        const unsigned int left = end - pos;
+        // The element's offset goes to memory rather than a register that
+        // would have to outlive the target's calls: only a stop reads it.
         const unsigned int at = pos;
+        m_element = at;
         ElementHeader h;
-        const HeaderFault headerFault = ReadElementHeader(data + at, left, h);
-        if (headerFault != HeaderFault::None) {
-            fail(headerFault == HeaderFault::WordCut         ? Reason::WordCut
-                 : headerFault == HeaderFault::LengthMissing ? Reason::LengthMissing
-                 : headerFault == HeaderFault::LengthNoCount ? Reason::LengthNoCount
-                                                             : Reason::LengthCut,
-                 at, nullptr, left);
+        if (ReadElementHeader(data + at, end - at, h) != HeaderFault::None) {
             ok = false;
             break;
         }
@@ -87,17 +85,15 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
         const unsigned int typeId = h.typeId;
         const unsigned int room = end - pos;
         const unsigned char* const value = data + pos;
-        if constexpr (report) m_element = at;
         bool answer = false;
         switch (elementClass) {
             case Node:
                 if (room < length) {
-                    fail(Reason::ValueTooLong, at, &h, room);
                     ok = false;
                     break;
                 }
                 if (!push(Frame{typeId, at, pos + length})) {
-                    fail(Reason::OutOfMemory, at, &h, room);
+                    m_error.reason = Reason::OutOfMemory;
                     ok = false;
                     break;
                 }
@@ -109,7 +105,6 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
             case UInt8:
             case Bitfield8:
                 if (length != 1 || room < 1) {
-                    fail(length != 1 ? Reason::WrongFixedSize : Reason::ValueTooLong, at, &h, room);
                     ok = false;
                     break;
                 }
@@ -124,7 +119,6 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
             case UInt16:
             case Bitfield16: {
                 if (length != 2 || room < 2) {
-                    fail(length != 2 ? Reason::WrongFixedSize : Reason::ValueTooLong, at, &h, room);
                     ok = false;
                     break;
                 }
@@ -139,7 +133,6 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
             case UInt32:
             case Int32: {
                 if (length != 4 || room < 4) {
-                    fail(length != 4 ? Reason::WrongFixedSize : Reason::ValueTooLong, at, &h, room);
                     ok = false;
                     break;
                 }
@@ -158,10 +151,6 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                 // a receiver would read past the value.
                 if (room < length ||
                     (elementClass == String && (length == 0 || value[length - 1] != 0))) {
-                    fail(room < length ? Reason::ValueTooLong
-                         : length == 0 ? Reason::TextEmpty
-                                       : Reason::TextUnterminated,
-                         at, &h, room);
                     ok = false;
                     break;
                 }
@@ -172,7 +161,7 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                     if (!PAL::IsValidUtf8(text, length)) {
                         text = repairText(value, length);
                         if (text == nullptr) {
-                            fail(Reason::OutOfMemory, at, &h, room);
+                            m_error.reason = Reason::OutOfMemory;
                             ok = false;
                             break;
                         }
@@ -185,14 +174,14 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                 }
                 break;
         }
-        if (!ok) break;
-        if (!answer) {
-            fail(Reason::TargetStopped, at, &h, room);
+        if (!ok || !answer) {
+            if (ok) m_error.reason = Reason::TargetStopped;
             ok = false;
             break;
         }
     }
     m_position = pos;
+    if (!ok) explain(m_error.reason, m_element, end);  // while the enclosing nodes are still open
     while (m_stack.size() > base) {
         const Frame closed = m_stack.back();
         m_stack.pop_back();

@@ -62,9 +62,19 @@ struct ElementHeader {
     std::uint32_t length = 0;       // declared value length
 };
 
+// The value of a long length field's n bytes at p. Lengths are 32-bit:
+// shift counts wrap at 32, so a field of more than four bytes cannot widen
+// the value (tolerated, as older writers' fields are read).
+inline std::uint32_t LongLength(const unsigned char* p, unsigned int n) noexcept {
+    std::uint32_t value = 0;
+    for (unsigned int i = 0; i < n; ++i) {
+        value |= static_cast<std::uint32_t>(p[i]) << ((8 * (n - 1 - i)) % 32);
+    }
+    return value;
+}
+
 // Reads a length field from the left bytes at at. The long form takes any
-// count of bytes from 1 to 127 and keeps the low 32 bits (shift counts wrap
-// at 32, as older writers' fields are read); 0x80 alone holds no length.
+// count of bytes from 1 to 127; 0x80 alone holds no length.
 inline HeaderFault ReadLengthField(const unsigned char* at, std::size_t left, std::uint32_t& length,
                                    unsigned int& fieldSize) noexcept {
     if (left < 1) return HeaderFault::LengthMissing;
@@ -77,27 +87,33 @@ inline HeaderFault ReadLengthField(const unsigned char* at, std::size_t left, st
     const unsigned int n = lead & 0x7Fu;
     if (n == 0) return HeaderFault::LengthNoCount;
     if (left - 1 < n) return HeaderFault::LengthCut;
-    std::uint32_t value = 0;
-    for (unsigned int i = 0; i < n; ++i) {
-        value |= static_cast<std::uint32_t>(at[1 + i]) << ((8 * (n - 1 - i)) % 32);
-    }
-    length = value;
+    length = LongLength(at + 1, n);
     fieldSize = n + 1;
     return HeaderFault::None;
 }
 
 // Reads the header of the element at at, with left bytes readable there.
+// Every element of a walk comes through here, so the short length form (one
+// byte, almost every element) is read first and at once.
 inline HeaderFault ReadElementHeader(const unsigned char* at, std::size_t left,
                                      ElementHeader& header) noexcept {
-    if (left < kHeaderWordSize) return HeaderFault::WordCut;
-    unsigned int fieldSize = 0;
-    const HeaderFault fault =
-        ReadLengthField(at + kHeaderWordSize, left - kHeaderWordSize, header.length, fieldSize);
-    if (fault != HeaderFault::None) return fault;
+    if (left < kHeaderWordSize + 1) {
+        return left < kHeaderWordSize ? HeaderFault::WordCut : HeaderFault::LengthMissing;
+    }
     const unsigned int word = (static_cast<unsigned int>(at[0]) << 8) | at[1];
+    const unsigned int lead = at[2];
     header.elementClass = word >> 12;
     header.typeId = word & 0xFFFu;
-    header.headerSize = kHeaderWordSize + fieldSize;
+    if (lead < 0x80) {
+        header.length = lead;
+        header.headerSize = kHeaderWordSize + 1;
+        return HeaderFault::None;
+    }
+    const unsigned int n = lead & 0x7Fu;
+    if (n == 0) return HeaderFault::LengthNoCount;
+    if (left - (kHeaderWordSize + 1) < n) return HeaderFault::LengthCut;
+    header.length = LongLength(at + kHeaderWordSize + 1, n);
+    header.headerSize = kHeaderWordSize + 1 + n;
     return HeaderFault::None;
 }
 

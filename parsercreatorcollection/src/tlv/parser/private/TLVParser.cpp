@@ -115,26 +115,60 @@ bool CTLVParser::parseTL(eClass& elementClass, unsigned int& typeId, unsigned in
     return true;
 }
 
-void CTLVParser::fail(TLVError::Reason reason, unsigned int offset, const ElementHeader* header,
-                      unsigned int left) noexcept {
+void CTLVParser::explain(TLVError::Reason why, unsigned int offset, unsigned int end) noexcept {
+    using Reason = TLVError::Reason;
     TLVError& e = m_error;
     e = TLVError();
-    e.reason = reason;
     e.offset = offset;
-    e.left = left;
-    if (header != nullptr) {
-        e.hasElement = true;
-        e.elementClass = static_cast<eClass>(header->elementClass);
-        e.typeId = header->typeId;
-        e.length = header->length;
-    } else if (reason == TLVError::Reason::LengthCut) {
-        e.length = m_data[offset + kHeaderWordSize] & 0x7Fu;  // the byte count announced
-    }
     // A node that fails is never opened, so the innermost open one encloses it.
     if (!m_stack.empty()) {
         e.inNode = true;
         e.nodeTypeId = m_stack.back().typeId;
         e.nodeOffset = m_stack.back().start;
+    }
+    if (why == Reason::NoData) {
+        e.reason = why;
+        return;
+    }
+    const unsigned int left = end > offset ? end - offset : 0;
+    ElementHeader h;
+    switch (ReadElementHeader(m_data + offset, left, h)) {
+        case HeaderFault::None:
+            break;
+        case HeaderFault::WordCut:
+            e.reason = Reason::WordCut;
+            e.left = left;
+            return;
+        case HeaderFault::LengthMissing:
+            e.reason = Reason::LengthMissing;
+            e.left = left;
+            return;
+        case HeaderFault::LengthNoCount:
+            e.reason = Reason::LengthNoCount;
+            e.left = left;
+            return;
+        case HeaderFault::LengthCut:
+            e.reason = Reason::LengthCut;
+            e.left = left;
+            e.length = m_data[offset + kHeaderWordSize] & 0x7Fu;  // the byte count announced
+            return;
+    }
+    e.hasElement = true;
+    e.elementClass = static_cast<eClass>(h.elementClass);
+    e.typeId = h.typeId;
+    e.length = h.length;
+    e.left = left - h.headerSize;
+    const unsigned int fixed = FixedValueSize(h.elementClass);
+    if (why != Reason::None) {
+        e.reason = why;
+    } else if (fixed != 0 && h.length != fixed) {
+        e.reason = Reason::WrongFixedSize;
+    } else if (h.length > e.left) {
+        e.reason = Reason::ValueTooLong;
+    } else if (h.elementClass == String) {
+        e.reason = h.length == 0 ? Reason::TextEmpty : Reason::TextUnterminated;
+    } else {
+        e.reason = Reason::OutOfMemory;  // the bytes are sound: the walk itself ran short
     }
 }
 
