@@ -24,7 +24,8 @@ TEST(IcalTool, ImportWarnsOfLossesAndExportWritesTheItemsBack) {
     Spit(ics, kCalendar);
     const Result imported = Tool("import " + ics);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err, "warning: " + ics + ":6: event 1 (instance 0): RRULE not carried (2 times)\n");
+    EXPECT_EQ(imported.err,
+              "warning: " + ics + ":6: event 1 (instance 0): RRULE not carried (2 times)\n");
     const Result exported = Tool("export - --to ics", imported.out);
     EXPECT_EQ(exported.status, 0) << exported.err;
     EXPECT_NE(exported.out.find("BEGIN:VTODO\r\nUID:t\r\n"), std::string::npos) << exported.out;
@@ -49,6 +50,71 @@ TEST(IcalTool, TextThatIsNoCalendarFailsWithItsLine) {
     const Result help = Tool("export --help");
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("--to"), std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+std::string Binary(const std::string& hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 3) {
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+// Odd but valid item frames: decode, check and export tell the same item, as
+// its parser accepts it, or all refuse to guess.
+TEST(IcalTool, DecodeCheckAndExportTellTheSameItem) {
+    struct Case {
+        const char* what;
+        const char* hex;
+        const char* item;  // decode's name, null: no item told
+        const char* title;
+        const char* component;
+    };
+    const Case cases[] = {
+        {"event as written", "80 01 0A 80 67 07 90 0A 04 00 00 00 00", "event", "calendar event",
+         "VEVENT"},
+        {"instance ahead of the component", "80 01 0A 90 0A 04 00 00 00 00 80 67 00", "event",
+         "calendar event", "VEVENT"},
+        {"task with its instance ahead", "80 01 0A 90 0A 04 00 00 00 00 80 68 00", "task", "task",
+         "VTODO"},
+        {"note", "80 03 0A 80 69 07 90 0A 04 00 00 00 00", "note", "note", "VJOURNAL"},
+        {"calendar root without a component", "80 01 07 90 0A 04 00 00 00 00", nullptr, nullptr,
+         nullptr},
+    };
+    const std::string path = Temp("kind.tlv");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Spit(path, Binary(c.hex));
+        const Result decoded = Tool("decode " + path);
+        const Result checked = Tool("check " + path);
+        const Result exported = Tool("export --to ics " + path);
+        if (c.item == nullptr) {
+            EXPECT_EQ(decoded.status, 2);
+            EXPECT_NE(decoded.err.find("cannot tell the item"), std::string::npos) << decoded.err;
+            EXPECT_EQ(checked.status, 2);
+            EXPECT_EQ(exported.status, 2);
+            EXPECT_NE(exported.err.find("is no event, task or note"), std::string::npos)
+                << exported.err;
+            continue;
+        }
+        EXPECT_EQ(decoded.status, 0) << decoded.err;
+        EXPECT_NE(decoded.out.find("\"item\": \"" + std::string(c.item) + "\""), std::string::npos)
+            << decoded.out;
+        // The parser may still have words for the frame (diagnostics: 1), but
+        // no command refuses the item (2).
+        EXPECT_NE(checked.status, 2) << checked.err;
+        EXPECT_NE(("\n" + checked.out).find("\n" + std::string(c.title) + ": "), std::string::npos)
+            << checked.out;
+        EXPECT_NE(exported.status, 2) << exported.err;
+        EXPECT_NE(exported.out.find("BEGIN:" + std::string(c.component) + "\r\n"),
+                  std::string::npos)
+            << exported.out;
+    }
+    std::remove(path.c_str());
 }
 
 }  // namespace
