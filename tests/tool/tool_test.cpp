@@ -838,8 +838,7 @@ TEST(CheckFindings, NameRepairedTextsAndDateTimesThatDoNotRead) {
         const char* text;  // the hex of SUMMARY's text
         const char* finding;
     };
-    // node 1 { node 103 { UInt32 10, node 219 { String 1007 date } , node 215 { String 302 text } }
-    // }
+    // node 1 { node 103 { UInt32 10, node 219 { String 1007 date }, node 215 { String 320 } } }
     const auto stream = [](const std::string& date, const std::string& text) {
         const auto len = [](const std::string& hex) { return (hex.size() + 1) / 3; };
         char b[16];
