@@ -132,26 +132,16 @@ void CTLVParser::explain(TLVError::Reason why, unsigned int offset, unsigned int
     }
     const unsigned int left = end > offset ? end - offset : 0;
     ElementHeader h;
-    switch (ReadElementHeader(m_data + offset, left, h)) {
-        case HeaderFault::None:
-            break;
-        case HeaderFault::WordCut:
-            e.reason = Reason::WordCut;
-            e.left = left;
-            return;
-        case HeaderFault::LengthMissing:
-            e.reason = Reason::LengthMissing;
-            e.left = left;
-            return;
-        case HeaderFault::LengthNoCount:
-            e.reason = Reason::LengthNoCount;
-            e.left = left;
-            return;
-        case HeaderFault::LengthCut:
-            e.reason = Reason::LengthCut;
-            e.left = left;
-            e.length = m_data[offset + kHeaderWordSize] & 0x7Fu;  // the byte count announced
-            return;
+    const HeaderFault fault = ReadElementHeader(m_data + offset, left, h);
+    if (fault != HeaderFault::None) {
+        e.reason = fault == HeaderFault::WordCut         ? Reason::WordCut
+                   : fault == HeaderFault::LengthMissing ? Reason::LengthMissing
+                   : fault == HeaderFault::LengthNoCount ? Reason::LengthNoCount
+                                                         : Reason::LengthCut;
+        e.left = left;
+        // For a cut long field, the byte count it announces.
+        if (fault == HeaderFault::LengthCut) e.length = m_data[offset + kHeaderWordSize] & 0x7Fu;
+        return;
     }
     e.hasElement = true;
     e.elementClass = static_cast<eClass>(h.elementClass);
