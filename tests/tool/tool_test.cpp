@@ -841,7 +841,7 @@ TEST(CheckFindings, NameRepairedTextsAndDateTimesThatDoNotRead) {
     // node 1 { node 103 { UInt32 10, node 219 { String 1007 date }, node 215 { String 320 } } }
     const auto stream = [](const std::string& date, const std::string& text) {
         const auto len = [](const std::string& hex) { return (hex.size() + 1) / 3; };
-        char b[16];
+        char b[24];
         const auto h = [&b](std::size_t n) {
             std::snprintf(b, sizeof b, "%02zx", n);
             return std::string(b);
