@@ -6,8 +6,9 @@
 //
 // Import: any bytes as text. A failed import must say why; a good one must
 // lay its streams end to end, its own export must write them back as one
-// calendar, and that calendar must import again to as many items: what the
-// bridge writes, it reads.
+// calendar (unless there is no item, which no calendar holds), and that
+// calendar must import again to as many items: what the bridge writes, it
+// reads.
 // Export: any bytes as a file of item streams. A refused file writes no
 // text; whatever is written must import back to one item per exported item.
 
@@ -38,6 +39,8 @@ inline const char* CheckIcalImport(const std::uint8_t* data, std::size_t size) {
     if (end != imported.streams.size()) return "bytes beyond the last item";
     const PimBridge::ExportResult exported =
         PimBridge::ExportICalendar(imported.streams.data(), imported.streams.size());
+    // A calendar needs a component: no items, no export.
+    if (imported.items.empty()) return exported.ok ? "an export without a component" : nullptr;
     if (!exported.ok) return "the import's streams do not export";
     if (exported.items.size() != imported.items.size()) return "the export has another count";
     return CheckIcalReimport(exported);

@@ -18,13 +18,15 @@ namespace PimBridge {
 // given its VCALENDAR's PRODID and VERSION; the instance number is the item's
 // position among them, counted from 0. What an item cannot carry is listed in
 // its losses; what belongs to no item (the calendar's own properties and
-// components, such as VTIMEZONE) in the result's. Never throws: text that is
+// components, such as VTIMEZONE) in the result's. A line that is not UTF-8 is
+// read as Windows-1252 and reported as converted. Never throws: text that is
 // no iCalendar at all gives !ok with the line concerned.
 PIMTLV_BRIDGE_API ImportResult ImportICalendar(const char* text, std::size_t size);
 
 // One VCALENDAR with one component per item stream (events, tasks, notes; any
-// other item makes the export fail). What the item parsers report is passed
-// on per item. Never throws.
+// other item, or none at all, makes the export fail), and a VTIMEZONE from
+// the system's time-zone database for every TZID the items use. What the
+// item parsers report is passed on per item. Never throws.
 PIMTLV_BRIDGE_API ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size);
 
 // Whether text starts like iCalendar: "BEGIN:VCALENDAR" after an optional

@@ -43,6 +43,32 @@ TEST(IcalTool, StrictTurnsLossIntoFailureAndWritesNothing) {
     EXPECT_EQ(Slurp(out), "");
 }
 
+TEST(IcalTool, StrictPassesWhatIsRegeneratedAndFailsWhatIsConverted) {
+    const std::string minimal =
+        "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:m\r\n"
+        "DTSTAMP:20260101T000000Z\r\nDTSTART;TZID=Europe/Berlin:20260101T100000\r\nEND:VEVENT\r\n"
+        "END:VCALENDAR\r\n";
+    const Result imported = Tool("import --strict --from ics -", minimal);
+    EXPECT_EQ(imported.status, 0) << imported.err;
+    EXPECT_EQ(
+        imported.err,
+        "note: <stdin>:6: event 1 (instance 0): DTSTAMP not carried (written anew by rule)\n");
+    const Result exported = Tool("export - --to ics", imported.out);
+    EXPECT_EQ(exported.status, 0) << exported.err;
+    const Result again = Tool("import --strict --from ics -", exported.out);
+    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(again.out, imported.out);
+
+    std::string latin1 = minimal;
+    latin1.replace(latin1.find("UID:m"), 5, "SUMMARY:Caf\xE9");
+    const Result converted = Tool("import --strict --from ics -", latin1);
+    EXPECT_EQ(converted.status, 1);
+    EXPECT_NE(converted.err.find(
+                  "error: <stdin>:5: event 1 (instance 0): SUMMARY converted (from windows-1252)"),
+              std::string::npos)
+        << converted.err;
+}
+
 TEST(IcalTool, TextThatIsNoCalendarFailsWithItsLine) {
     const Result r = Tool("import --from ics -", "just words\n");
     EXPECT_EQ(r.status, 2);

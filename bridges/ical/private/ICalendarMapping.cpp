@@ -100,5 +100,17 @@ const ParamSlot* ParamSlots(eShape shape, std::size_t& count) {
     }
 }
 
+icaltimezone* KnownZone(const char* tzid) {
+    if (tzid == nullptr || tzid[0] == '\0') return nullptr;
+    std::size_t length = 0;
+    for (const char* p = tzid; *p != '\0'; ++p, ++length) {
+        const char c = *p;
+        const bool allowed = IsNameChar(c) || c == '/' || c == '_' || c == '+' || c == '.';
+        if (!allowed || length > 64 || (c == '.' && p[1] == '.')) return nullptr;
+    }
+    if (tzid[0] == '/') return icaltimezone_get_builtin_timezone_from_tzid(tzid);
+    return icaltimezone_get_builtin_timezone(tzid);
+}
+
 }  // namespace Ical
 }  // namespace PimBridge

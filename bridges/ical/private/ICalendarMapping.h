@@ -121,6 +121,12 @@ constexpr const char* kTzidParam = "TZID";
 // The forms of an iCalendar date-time.
 enum class eForm : unsigned char { Utc, Zoned, Floating };
 
+// The time-zone database's zone named by tzid ("Europe/Berlin", or libical's
+// own "/freeassociation.sourceforge.net/Europe/Berlin"), or null. Only names
+// that look like the database's are asked for: libical may look a name up as
+// a file.
+icaltimezone* KnownZone(const char* tzid);
+
 // Property and parameter names are letters, digits and hyphens.
 inline bool IsNameChar(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
