@@ -21,6 +21,7 @@
 #include "pimshared/calendar/TLVCalendarParser.h"
 #include "pimshared/note/TLVNoteParser.h"
 #include "pimshared/task/TLVTaskParser.h"
+#include "private/ICalendarItems.h"
 #include "private/ICalendarMapping.h"
 
 namespace PimBridge {
@@ -34,11 +35,6 @@ using Texts = PAL::TVector<const char*>;
 
 // Written when no item names a product.
 constexpr const char* kOwnProductId = "-//pimtlv//pimtlv iCalendar bridge//EN";
-
-struct ComponentDeleter {
-    void operator()(icalcomponent* c) const { icalcomponent_free(c); }
-};
-using ComponentPtr = std::unique_ptr<icalcomponent, ComponentDeleter>;
 
 // The calendar's PRODID or VERSION: the first item's that has one; an item
 // with another one loses its own.
@@ -114,6 +110,9 @@ struct UsedZone {
 // Builds the component of one item from the parser's calls.
 class ComponentWriter {
   public:
+    // A position that takes any instance number as its own.
+    static constexpr std::size_t kAnyPosition = static_cast<std::size_t>(-1);
+
     ComponentWriter(CalendarText& prodid, CalendarText& version, std::time_t now)
         : m_prodid(prodid), m_version(version), m_now(now) {}
 
@@ -126,9 +125,13 @@ class ComponentWriter {
         m_modified = icaltime_null_time();
     }
     bool Begin(unsigned int instance) {
-        if (instance != m_position) m_losses.Add("instance number", 0);
+        m_instance = instance;
+        if (m_position != kAnyPosition && instance != m_position) {
+            m_losses.Add("instance number", 0);
+        }
         return true;
     }
+    unsigned int Instance() const { return m_instance; }
     bool Put(eOp op, const PropertyValues& v);
     void Unplaced(const char* what) { m_losses.Add(what, 0); }
     bool Trace(int code, const char* text) {
@@ -168,6 +171,7 @@ class ComponentWriter {
     ExportedItem* m_item = nullptr;
     LossCollector m_losses;
     std::size_t m_position = 0;
+    unsigned int m_instance = 0;
     icaltimetype m_created = icaltime_null_time();
     icaltimetype m_modified = icaltime_null_time();
     std::time_t m_now;
@@ -536,21 +540,21 @@ class ItemReaders {
 };
 
 struct ItemForm {
-    unsigned int root;
-    unsigned int component;
+    ItemKind item;
     icalcomponent_kind kind;
     const char* name;
-    eItem item;
+    eItem reader;
 };
 const ItemForm kForms[] = {
-    {1, 103, ICAL_VEVENT_COMPONENT, "event", kEvent},
-    {1, 104, ICAL_VTODO_COMPONENT, "task", kTask},
-    {3, 105, ICAL_VJOURNAL_COMPONENT, "note", kNote},
+    {ItemKind::Event, ICAL_VEVENT_COMPONENT, "event", kEvent},
+    {ItemKind::Task, ICAL_VTODO_COMPONENT, "task", kTask},
+    {ItemKind::Note, ICAL_VJOURNAL_COMPONENT, "note", kNote},
 };
 
 const ItemForm* FormOf(const ItemSpan& span) {
+    const ItemKind kind = KindOf(span);
     for (const ItemForm& f : kForms) {
-        if (span.root == f.root && span.hasComponent && span.component == f.component) return &f;
+        if (f.item == kind) return &f;
     }
     return nullptr;
 }
@@ -586,6 +590,36 @@ std::string ZoneDefinitions(const std::vector<UsedZone>& zones) {
 
 }  // namespace
 
+namespace Ical {
+
+const char* ItemKindName(const ItemSpan& span) {
+    const ItemForm* form = FormOf(span);
+    return form != nullptr ? form->name : nullptr;
+}
+
+BuiltItem BuildItem(const std::uint8_t* data, const ItemSpan& span, bool stamp,
+                    ExportedItem& item) {
+    BuiltItem built;
+    const ItemForm* form = FormOf(span);
+    if (form == nullptr) return built;
+    CalendarText prodid{ICAL_PRODID_PROPERTY, false, {}, {}};
+    CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
+    ComponentWriter writer(prodid, version, Now());
+    ItemReaders readers(writer);
+    item.kind = form->name;
+    item.offset = span.offset;
+    built.kind = form->name;
+    built.component.reset(icalcomponent_new(form->kind));
+    writer.Start(built.component.get(), item, ComponentWriter::kAnyPosition);
+    item.malformed = !readers.Parse(form->reader, data + span.offset, span.size);
+    if (stamp) writer.AddStamp();
+    item.losses = writer.TakeLosses();
+    built.instance = writer.Instance();
+    return built;
+}
+
+}  // namespace Ical
+
 ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
     ExportResult result;
     if (data == nullptr) size = 0;
@@ -599,7 +633,7 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
             const ItemForm* form = FormOf(span);
             if (form == nullptr) {
                 why = "item at offset " + std::to_string(span.offset) +
-                      " is no event, task or note (root node " + std::to_string(span.root) +
+                      " is no event, task or note (root node " + std::to_string(span.frame.root) +
                       "), which is all iCalendar holds";
                 return false;
             }
@@ -634,7 +668,7 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
         item.offset = span.offset;
         ComponentPtr component(icalcomponent_new(form.kind));
         writer.Start(component.get(), item, i);
-        item.malformed = !readers.Parse(form.item, data + span.offset, span.size);
+        item.malformed = !readers.Parse(form.reader, data + span.offset, span.size);
         writer.AddStamp();
         item.losses = writer.TakeLosses();
         result.items.push_back(std::move(item));

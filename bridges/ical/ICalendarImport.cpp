@@ -202,13 +202,6 @@ std::string ComponentName(icalcomponent* component) {
     return name != nullptr && name[0] != '\0' ? name : "unknown component";
 }
 
-std::string PropertyNameOf(icalproperty* property) {
-    char* name = icalproperty_get_property_name_r(property);
-    std::string out = name != nullptr ? name : "unknown property";
-    std::free(name);
-    return out;
-}
-
 // Hands libical the text one physical line at a time (longer lines in
 // pieces of the size it asks for), and remembers on which line the last
 // piece it was given starts: libical reads one line ahead to see whether the
@@ -899,13 +892,6 @@ const char* Importer::ParamValue(icalparameter* param) {
     return eq != nullptr ? eq + 1 : text;
 }
 
-const char* ParamName(icalparameter* param) {
-    const icalparameter_kind kind = icalparameter_isa(param);
-    if (kind == ICAL_X_PARAMETER) return icalparameter_get_xname(param);
-    if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_name(param);
-    return icalparameter_kind_to_string(kind);
-}
-
 void Importer::GatherParams(icalproperty* property, const PropertyRow& row, Gathered& g,
                             const char*& tzid) {
     std::size_t slotCount = 0;
@@ -919,7 +905,7 @@ void Importer::GatherParams(icalproperty* property, const PropertyRow& row, Gath
     for (icalparameter* p = icalproperty_get_first_parameter(property, ICAL_ANY_PARAMETER);
          p != nullptr; p = icalproperty_get_next_parameter(property, ICAL_ANY_PARAMETER)) {
         const icalparameter_kind kind = icalparameter_isa(p);
-        const char* name = ParamName(p);
+        const char* name = ParamNameOf(p);
         if (name == nullptr) continue;
         // The import's own tag comes first, and only on the lines it tags:
         // any other parameter of that name is the text's own.

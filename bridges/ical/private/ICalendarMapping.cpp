@@ -1,5 +1,7 @@
 #include "ICalendarMapping.h"
 
+#include <cstdlib>
+
 namespace PimBridge {
 namespace Ical {
 
@@ -110,6 +112,20 @@ icaltimezone* KnownZone(const char* tzid) {
     }
     if (tzid[0] == '/') return icaltimezone_get_builtin_timezone_from_tzid(tzid);
     return icaltimezone_get_builtin_timezone(tzid);
+}
+
+std::string PropertyNameOf(icalproperty* property) {
+    char* name = icalproperty_get_property_name_r(property);
+    std::string out = name != nullptr ? name : "unknown property";
+    std::free(name);
+    return out;
+}
+
+const char* ParamNameOf(icalparameter* param) {
+    const icalparameter_kind kind = icalparameter_isa(param);
+    if (kind == ICAL_X_PARAMETER) return icalparameter_get_xname(param);
+    if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_name(param);
+    return icalparameter_kind_to_string(kind);
 }
 
 }  // namespace Ical

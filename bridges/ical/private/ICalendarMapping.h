@@ -12,6 +12,7 @@
 #include <libical/ical.h>
 
 #include <cstddef>
+#include <string>
 
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/XParam.h"
@@ -126,6 +127,12 @@ enum class eForm : unsigned char { Utc, Zoned, Floating };
 // that look like the database's are asked for: libical may look a name up as
 // a file.
 icaltimezone* KnownZone(const char* tzid);
+
+// A property's name as the text spells it (X- names as written), or
+// "unknown property".
+std::string PropertyNameOf(icalproperty* property);
+// A parameter's name as the text spells it (X- and IANA names as written).
+const char* ParamNameOf(icalparameter* param);
 
 // Property and parameter names are letters, digits and hyphens.
 inline bool IsNameChar(char c) {
