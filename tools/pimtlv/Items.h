@@ -129,6 +129,17 @@ ParseRun DecodeWith(ByteView data, Recorder& recorder) {
     return run;
 }
 
+// The same for an item of the library, as its description names it.
+template <typename Item>
+ParseRun DecodeItem(ByteView data, Recorder& recorder) {
+    return DecodeWith<typename Item::Parser, typename Item::template ReceiverFor<Recorder>>(
+        data, recorder);
+}
+template <typename Item>
+std::unique_ptr<EncodeSession> EncodeItem(const std::vector<OpEntry>& ops) {
+    return EncodeWith<typename Item::Attributes, typename Item::Creator>(ops);
+}
+
 }  // namespace pimtlv_tool
 
 #endif

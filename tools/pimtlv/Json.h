@@ -22,6 +22,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Tool.h"
+#include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
@@ -218,12 +219,27 @@ struct RecordCodec {
     }
 };
 
-template <>
-struct Codec<PimShared::tXParam>
-    : RecordCodec<Codec<PimShared::tXParam>, PimShared::tXParam, &PimShared::tXParam::name,
-                  &PimShared::tXParam::value> {
-    static constexpr const char* kFields[] = {"name", "value"};
+// Every record an item's description describes, with the field names the
+// description gives.
+template <typename S, typename Seq>
+struct DescribedRecordCodec;
+template <typename S, std::size_t... I>
+struct DescribedRecordCodec<S, std::index_sequence<I...>>
+    : RecordCodec<DescribedRecordCodec<S, std::index_sequence<I...>>, S,
+                  std::get<I>(PimShared::Description::Record<S>::kFields)...> {
+    static constexpr auto kFields = PimShared::Description::Record<S>::kNames;
 };
+
+template <typename S, typename = void>
+struct IsDescribedRecord : std::false_type {};
+template <typename S>
+struct IsDescribedRecord<S, std::void_t<decltype(PimShared::Description::Record<S>::kNames)>>
+    : std::true_type {};
+
+template <typename S>
+struct Codec<S, std::enable_if_t<IsDescribedRecord<S>::value>>
+    : DescribedRecordCodec<S, std::make_index_sequence<std::tuple_size_v<
+                                  decltype(PimShared::Description::Record<S>::kFields)>>> {};
 
 // Binary data: a pointer argument followed by its length argument, written
 // as one hex string (null for a null pointer). The length slot has no name
@@ -317,14 +333,19 @@ bool Invoke(void* target, const Json& args, const OpEntry& op, std::size_t call)
 
 }  // namespace detail
 
-// A table entry for member function Fn, with one name per argument (null
-// for a length that follows a data pointer). Target is the interface the
-// replay hands over, when Fn is declared in a base of it.
-template <auto Fn, typename Target = typename MemberFn<decltype(Fn)>::Class, typename... Names>
-OpEntry Op(const char* name, Names... argNames) {
-    static_assert(sizeof...(Names) == MemberFn<decltype(Fn)>::kArity,
-                  "one name per argument of the operation");
-    return OpEntry{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
+// The table of an item's operations, from the item's description: Ops is
+// the description's operations struct (PimShared::SmsOperations, say).
+template <typename Ops>
+std::vector<OpEntry> OperationsOf() {
+    std::vector<OpEntry> ops;
+    Ops::List::Any([&ops](auto op) {
+        using O = decltype(op);
+        ops.push_back(OpEntry{O::kName, std::vector<const char*>(O::kArgs.begin(), O::kArgs.end()),
+                              &detail::Invoke<O::kFn, typename O::Target>,
+                              &detail::Key<O::kFn>::id});
+        return false;
+    });
+    return ops;
 }
 
 // Text made as it goes and handed to a stream in large pieces, so that no
@@ -466,6 +487,13 @@ class Recorder {
         text += named ? "}}" : "}";
         m_out->Drain();
         return true;
+    }
+
+    // The sink protocol of the receivers generated from an item's
+    // description: operation Op with its arguments.
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        return Put<Op::kFn>(args...);
     }
 
     bool Trace(int code, const char* text) {

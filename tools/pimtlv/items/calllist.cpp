@@ -2,8 +2,8 @@
 // writes the layout its parser reads, so that test streams can be made.
 #include "Items.h"
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
+#include "pimshared/callstack/CallstackDescription.h"
 #include "pimshared/callstack/CallstackTypeIds.h"
-#include "pimshared/callstack/TLVCallstackParser.h"
 
 namespace pimtlv_tool {
 
@@ -11,39 +11,6 @@ namespace {
 
 using R = PimShared::ICallstackReceiver;
 using namespace PimShared::CallstackTypeIds;
-
-std::vector<OpEntry> CallListOps() {
-    return {
-        Op<&R::Begin>("Begin", "kind", "instance"), Op<&R::End>("End"),
-        Op<&R::CallByte>("CallByte", "value"),      Op<&R::CallText1>("CallText1", "text"),
-        Op<&R::CallText2>("CallText2", "text"),     Op<&R::CallText3>("CallText3", "text"),
-        Op<&R::CallText4>("CallText4", "text"),     Op<&R::CallText5>("CallText5", "text"),
-        Op<&R::CallFlag>("CallFlag", "value"),
-    };
-}
-
-class CallListRecorder : public R {
-  public:
-    explicit CallListRecorder(Recorder& recorder) : m_rec(recorder) {}
-
-    bool Begin(const unsigned int& kind, const unsigned int& instance) override {
-        return m_rec.Put<&R::Begin>(kind, instance);
-    }
-    bool End() override { return m_rec.Put<&R::End>(); }
-    bool CallByte(const unsigned char& v) override { return m_rec.Put<&R::CallByte>(v); }
-    bool CallText1(const char* t) override { return m_rec.Put<&R::CallText1>(t); }
-    bool CallText2(const char* t) override { return m_rec.Put<&R::CallText2>(t); }
-    bool CallText3(const char* t) override { return m_rec.Put<&R::CallText3>(t); }
-    bool CallText4(const char* t) override { return m_rec.Put<&R::CallText4>(t); }
-    bool CallText5(const char* t) override { return m_rec.Put<&R::CallText5>(t); }
-    bool CallFlag(const bool& v) override { return m_rec.Put<&R::CallFlag>(v); }
-    bool TraceMessage(const int& code, const char* text) override {
-        return m_rec.Trace(code, text);
-    }
-
-  private:
-    Recorder& m_rec;
-};
 
 // Writes the receiver's calls back as the stream the parser reads: Begin
 // opens node 5 with its instance leaf and the entry node of the kind, each
@@ -100,10 +67,10 @@ std::vector<TypeName> CallListNames() {
 }  // namespace
 
 const ItemAdapter kCallListItem = {
-    "calllist",
+    PimShared::CallListItem::kKind,
     CallListNames(),
-    CallListOps(),
-    &DecodeWith<PimShared::CTLVCallstackParser, CallListRecorder>,
+    OperationsOf<PimShared::CallListOperations>(),
+    &DecodeItem<PimShared::CallListItem>,
     &EncodeWith<R, CallListWriter>,
     "written by the tool, not the library (which only reads call lists); an entry whose "
     "instance leaf is missing or comes after it is written back with its instance first.",
