@@ -19,7 +19,7 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(EventOperations, ICalendarAttributes, PIMTLV_EVENT_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TEventReceiverFor, ICalendarReceiver, EventOperations,
+PIMTLV_DESCRIBE_RECEIVER(TEventReceiverFor, TEventSlots, ICalendarReceiver, EventOperations,
                          PIMTLV_EVENT_OPERATIONS)
 
 // The calendar event as code that iterates items sees it.
@@ -32,6 +32,8 @@ struct EventItem {
     using Creator = CTLVCalendarCreator;
     template <typename Sink>
     using ReceiverFor = TEventReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TEventSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

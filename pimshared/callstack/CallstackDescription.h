@@ -22,8 +22,8 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(CallListOperations, ICallstackReceiver, PIMTLV_CALLLIST_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TCallListReceiverFor, ICallstackReceiver, CallListOperations,
-                         PIMTLV_CALLLIST_OPERATIONS)
+PIMTLV_DESCRIBE_RECEIVER(TCallListReceiverFor, TCallListSlots, ICallstackReceiver,
+                         CallListOperations, PIMTLV_CALLLIST_OPERATIONS)
 
 // The item as code that iterates items sees it.
 struct CallListItem {
@@ -35,6 +35,8 @@ struct CallListItem {
     using Creator = void;
     template <typename Sink>
     using ReceiverFor = TCallListReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TCallListSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

@@ -236,22 +236,29 @@ struct NoSink {
 #define PIMTLV_DESC_SLOT_OVERLOAD(Member, Name, Types, ...) \
     PIMTLV_DESC_SLOT_(Member, Name, PIMTLV_DESC_NARG(__VA_ARGS__))
 
-// A receiver template Name<Sink> deriving from Receiver: every operation of
-// LIST is handed to the sink as sink.Call<Op>(arguments...), every trace as
-// sink.Trace(code, text); the sink's answers are the receiver's.
-#define PIMTLV_DESCRIBE_RECEIVER(Name, Receiver, OpsType, LIST)                \
-    template <typename Sink>                                                   \
-    class Name : public Receiver {                                             \
+// Two templates: Slots<Base, Sink> implements every operation of LIST on
+// Base (the item's receiver or its Attributes interface) by handing it to the
+// sink as sink.Call<Op>(arguments...), the sink's answer being the slot's;
+// Name<Sink> is the receiver, whose traces go to sink.Trace(code, text).
+#define PIMTLV_DESCRIBE_RECEIVER(Name, Slots, Receiver, OpsType, LIST)         \
+    template <typename Base, typename Sink>                                    \
+    class Slots : public Base {                                                \
       public:                                                                  \
         using Ops = OpsType;                                                   \
-        explicit Name(Sink& sink) : m_sink(sink) {}                            \
+        explicit Slots(Sink& sink) : m_sink(sink) {}                           \
+        virtual ~Slots() = default;                                            \
         LIST(PIMTLV_DESC_SLOT, PIMTLV_DESC_SLOT0, PIMTLV_DESC_SLOT_OVERLOAD)   \
-        bool TraceMessage(const int& code, const char* text) override {        \
-            return m_sink.Trace(code, text);                                   \
-        }                                                                      \
                                                                                \
-      private:                                                                 \
+      protected:                                                               \
         Sink& m_sink;                                                          \
+    };                                                                         \
+    template <typename Sink>                                                   \
+    class Name : public Slots<Receiver, Sink> {                                \
+      public:                                                                  \
+        explicit Name(Sink& sink) : Slots<Receiver, Sink>(sink) {}             \
+        bool TraceMessage(const int& code, const char* text) override {        \
+            return this->m_sink.Trace(code, text);                             \
+        }                                                                      \
     };                                                                         \
     static_assert(!std::is_abstract_v<Name<::PimShared::Description::NoSink>>, \
                   #Name ": the description leaves out an operation of " #Receiver);

@@ -52,7 +52,7 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(ContactOperations, IContactAttributes, PIMTLV_CONTACT_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TContactReceiverFor, IContactReceiver, ContactOperations,
+PIMTLV_DESCRIBE_RECEIVER(TContactReceiverFor, TContactSlots, IContactReceiver, ContactOperations,
                          PIMTLV_CONTACT_OPERATIONS)
 
 // The item as code that iterates items sees it.
@@ -65,6 +65,8 @@ struct ContactItem {
     using Creator = CTLVContactCreator;
     template <typename Sink>
     using ReceiverFor = TContactReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TContactSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

@@ -28,7 +28,7 @@ struct Record<IEmailAttributes::tMailbox> {
 }  // namespace Description
 
 PIMTLV_DESCRIBE_OPERATIONS(EmailOperations, IEmailAttributes, PIMTLV_EMAIL_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TEmailReceiverFor, IEmailReceiver, EmailOperations,
+PIMTLV_DESCRIBE_RECEIVER(TEmailReceiverFor, TEmailSlots, IEmailReceiver, EmailOperations,
                          PIMTLV_EMAIL_OPERATIONS)
 
 // The item as code that iterates items sees it.
@@ -41,6 +41,8 @@ struct EmailItem {
     using Creator = CTLVEmailCreator;
     template <typename Sink>
     using ReceiverFor = TEmailReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TEmailSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

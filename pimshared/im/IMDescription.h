@@ -51,7 +51,7 @@ struct Record<IIMAttributes::tExtendedData> {
 }  // namespace Description
 
 PIMTLV_DESCRIBE_OPERATIONS(ImOperations, IIMAttributes, PIMTLV_IM_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TImReceiverFor, IIMReceiver, ImOperations, PIMTLV_IM_OPERATIONS)
+PIMTLV_DESCRIBE_RECEIVER(TImReceiverFor, TImSlots, IIMReceiver, ImOperations, PIMTLV_IM_OPERATIONS)
 
 // The item as code that iterates items sees it.
 struct ImItem {
@@ -63,6 +63,8 @@ struct ImItem {
     using Creator = CTLVIMCreator;
     template <typename Sink>
     using ReceiverFor = TImReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TImSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

@@ -15,7 +15,8 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(NoteOperations, INoteAttributes, PIMTLV_NOTE_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TNoteReceiverFor, INoteReceiver, NoteOperations, PIMTLV_NOTE_OPERATIONS)
+PIMTLV_DESCRIBE_RECEIVER(TNoteReceiverFor, TNoteSlots, INoteReceiver, NoteOperations,
+                         PIMTLV_NOTE_OPERATIONS)
 
 // The item as code that iterates items sees it.
 struct NoteItem {
@@ -27,6 +28,8 @@ struct NoteItem {
     using Creator = CTLVNoteCreator;
     template <typename Sink>
     using ReceiverFor = TNoteReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TNoteSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

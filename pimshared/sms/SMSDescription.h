@@ -37,7 +37,8 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(SmsOperations, ISMSAttributes, PIMTLV_SMS_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TSmsReceiverFor, ISMSReceiver, SmsOperations, PIMTLV_SMS_OPERATIONS)
+PIMTLV_DESCRIBE_RECEIVER(TSmsReceiverFor, TSmsSlots, ISMSReceiver, SmsOperations,
+                         PIMTLV_SMS_OPERATIONS)
 
 // The item as code that iterates items sees it.
 struct SmsItem {
@@ -49,6 +50,8 @@ struct SmsItem {
     using Creator = CTLVSMSCreator;
     template <typename Sink>
     using ReceiverFor = TSmsReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TSmsSlots<Base, Sink>;
 };
 
 }  // namespace PimShared

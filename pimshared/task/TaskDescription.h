@@ -17,7 +17,8 @@
 namespace PimShared {
 
 PIMTLV_DESCRIBE_OPERATIONS(TaskOperations, ITaskAttributes, PIMTLV_TASK_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TTaskReceiverFor, ITaskReceiver, TaskOperations, PIMTLV_TASK_OPERATIONS)
+PIMTLV_DESCRIBE_RECEIVER(TTaskReceiverFor, TTaskSlots, ITaskReceiver, TaskOperations,
+                         PIMTLV_TASK_OPERATIONS)
 
 // The item as code that iterates items sees it.
 struct TaskItem {
@@ -29,6 +30,8 @@ struct TaskItem {
     using Creator = CTLVTaskCreator;
     template <typename Sink>
     using ReceiverFor = TTaskReceiverFor<Sink>;
+    template <typename Base, typename Sink>
+    using SlotsFor = TTaskSlots<Base, Sink>;
 };
 
 }  // namespace PimShared
