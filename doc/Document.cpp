@@ -270,6 +270,17 @@ struct Conv<const void*> {
     }
 };
 
+}  // namespace
+
+// One creator being driven, whatever its item.
+struct Encoder::Session {
+    virtual ~Session() = default;
+    virtual bool Call(const PimDoc::Call& call, std::size_t index) = 0;
+    virtual Bytes Finish() = 0;
+};
+
+namespace {
+
 // Records one item's receiver calls into a document.
 class DocumentSink {
   public:
@@ -375,12 +386,10 @@ struct Codec {
     using Target = std::conditional_t<std::is_void_v<typename Item::Creator>,
                                       typename Item::Receiver, typename Item::Attributes>;
 
-    static void Encode(const Document& document, std::size_t first, EncodeResult& result) {
-        Writer writer;
-        Target& target = writer;
-        for (std::size_t i = 0; i < document.calls.size(); ++i) {
-            const Call& call = document.calls[i];
-            const std::size_t index = first + i;
+    class Session : public Encoder::Session {
+      public:
+        bool Call(const PimDoc::Call& call, std::size_t index) override {
+            Target& target = m_writer;
             bool found = false;
             bool ok = false;
             Ops::List::Any([&](auto op) {
@@ -394,25 +403,31 @@ struct Codec {
                 throw DocumentError("call " + std::to_string(index) + ": unknown operation '" +
                                     call.op + "'");
             }
-            if (!ok)
-                result.refused.push_back("call " + std::to_string(index) + " (" + call.op + ")");
+            return ok;
         }
-        const void* data = nullptr;
-        unsigned int length = 0;
-        if (!writer.GetData(data, length)) {
-            throw DocumentError(
-                "the creator could not finish the stream (a property node is left open after a "
-                "refused call, or Begin/End are missing)");
+        Bytes Finish() override {
+            const void* data = nullptr;
+            unsigned int length = 0;
+            if (!m_writer.GetData(data, length)) {
+                throw DocumentError(
+                    "the creator could not finish the stream (a property node is left open "
+                    "after a refused call, or Begin/End are missing)");
+            }
+            const auto* bytes = static_cast<const std::uint8_t*>(data);
+            return Bytes(bytes, bytes + length);
         }
-        const auto* bytes = static_cast<const std::uint8_t*>(data);
-        result.bytes.insert(result.bytes.end(), bytes, bytes + length);
-    }
+
+      private:
+        Writer m_writer;
+    };
+
+    static std::unique_ptr<Encoder::Session> Start() { return std::make_unique<Session>(); }
 };
 
 struct Entry {
     ItemInfo info;
     Document (*decode)(const std::uint8_t*, std::size_t, bool);
-    void (*encode)(const Document&, std::size_t, EncodeResult&);
+    std::unique_ptr<Encoder::Session> (*encode)();
 };
 
 template <typename Item>
@@ -420,7 +435,7 @@ Entry EntryOf(unsigned int root, std::vector<unsigned int> components) {
     using Ops = typename Item::Operations;
     return Entry{
         ItemInfo{Item::kKind, Ops::List::Infos(), Ops::List::kCount, root, std::move(components)},
-        &Codec<Item>::Decode, &Codec<Item>::Encode};
+        &Codec<Item>::Decode, &Codec<Item>::Start};
 }
 
 const std::vector<Entry>& Registry() {
@@ -550,12 +565,36 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
     return result;
 }
 
+Encoder::Encoder(const ItemInfo& item) {
+    const ItemInfo* known = FindItem(item.kind);
+    if (known == nullptr) throw DocumentError(std::string("unknown item '") + item.kind + "'");
+    m_session = EntryFor(*known)->encode();
+}
+
+Encoder::~Encoder() = default;
+
+bool Encoder::Call(const PimDoc::Call& call, std::size_t index) {
+    return m_session->Call(call, index);
+}
+
+Bytes Encoder::Finish() {
+    return m_session->Finish();
+}
+
 EncodeResult Encode(const std::vector<Document>& documents) {
     EncodeResult result;
     for (const Document& document : documents) {
         const ItemInfo* item = FindItem(document.item);
         if (item == nullptr) throw DocumentError("unknown item '" + document.item + "'");
-        EntryFor(*item)->encode(document, 0, result);
+        Encoder encoder(*item);
+        for (std::size_t i = 0; i < document.calls.size(); ++i) {
+            if (!encoder.Call(document.calls[i], i)) {
+                result.refused.push_back("call " + std::to_string(i) + " (" + document.calls[i].op +
+                                         ")");
+            }
+        }
+        const Bytes bytes = encoder.Finish();
+        result.bytes.insert(result.bytes.end(), bytes.begin(), bytes.end());
     }
     return result;
 }

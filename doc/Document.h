@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -33,12 +34,13 @@ using Record = std::vector<Field>;
 // Bool; data (a pointer and its length) Bytes or Null; lists List; records
 // (an extension parameter, a mailbox) Record.
 struct Value {
-    std::variant<std::nullptr_t, bool, std::int64_t, std::string, Bytes, List, Record> data;
+    std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Bytes, List, Record> data;
 
     Value() : data(nullptr) {}
     Value(std::nullptr_t) : data(nullptr) {}
     Value(bool v) : data(v) {}
     Value(std::int64_t v) : data(v) {}
+    Value(double v) : data(v) {}  // never an argument's value: refused as such
     Value(std::string v) : data(std::move(v)) {}
     Value(Bytes v) : data(std::move(v)) {}
     Value(List v) : data(std::move(v)) {}
@@ -132,6 +134,28 @@ Document DecodeItem(const ItemInfo& item, const std::uint8_t* data, std::size_t 
 struct EncodeResult {
     Bytes bytes;                       // every document's stream, one after another
     std::vector<std::string> refused;  // "call N (Op)" for each call a creator refused
+};
+
+// Replays calls into one item's creator as they come, so that a document
+// need not be held whole.
+class Encoder {
+  public:
+    explicit Encoder(const ItemInfo& item);
+    ~Encoder();
+    Encoder(const Encoder&) = delete;
+    Encoder& operator=(const Encoder&) = delete;
+
+    // Makes call number index (for messages); false when the creator refused
+    // it. Throws DocumentError for a call it cannot make.
+    bool Call(const PimDoc::Call& call, std::size_t index);
+    // The stream of the calls made. Throws DocumentError when the creator
+    // cannot finish it.
+    Bytes Finish();
+
+    struct Session;
+
+  private:
+    std::unique_ptr<Session> m_session;
 };
 
 // Replays each document's calls into its item's creator. Throws

@@ -58,6 +58,7 @@ struct Where {
 // A JSON value as a document value. Numbers must be integers; a data
 // argument's hex string becomes its bytes.
 Value ValueOf(const Json& j, bool data, const Where& w) {
+    if (data && !j.is_string() && !j.is_null()) Fail(w, "must be a hex string or null");
     if (data && j.is_string()) {
         Bytes bytes;
         if (!BytesOfHex(j.get_ref<const std::string&>(), bytes)) {
@@ -75,7 +76,7 @@ Value ValueOf(const Json& j, bool data, const Where& w) {
         case Json::value_t::number_unsigned: {
             const auto n = j.get<std::uint64_t>();
             if (n > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-                Fail(w, "is a number out of range");
+                return Value(static_cast<double>(n));  // beyond every argument's range
             }
             return Value(static_cast<std::int64_t>(n));
         }
@@ -94,12 +95,14 @@ Value ValueOf(const Json& j, bool data, const Where& w) {
             }
             return Value(std::move(record));
         }
+        case Json::value_t::number_float:
+            return Value(j.get<double>());
         default:
-            Fail(w, "must not be a fractional number");
+            Fail(w, "must not be binary data");
     }
 }
 
-Call CallFromJson(const Json& j, std::size_t index, const ItemInfo* item) {
+Call CallFromJsonIn(const Json& j, std::size_t index, const ItemInfo* item) {
     const std::string where = "call " + std::to_string(index);
     if (!j.is_object()) throw DocumentError(where + " must be an object");
     for (const auto& entry : j.items()) {
@@ -143,6 +146,10 @@ Call CallFromJson(const Json& j, std::size_t index, const ItemInfo* item) {
 
 }  // namespace
 
+Call CallFromJson(const Json& json, std::size_t index, const ItemInfo& item) {
+    return CallFromJsonIn(json, index, &item);
+}
+
 Json ToJson(const Value& value) {
     struct Visit {
         Json operator()(std::nullptr_t) const { return Json(nullptr); }
@@ -151,6 +158,7 @@ Json ToJson(const Value& value) {
             if (n >= 0) return Json(static_cast<std::uint64_t>(n));
             return Json(n);
         }
+        Json operator()(double d) const { return Json(d); }
         Json operator()(const std::string& s) const { return Json(s); }
         Json operator()(const Bytes& b) const { return Json(HexOf(b)); }
         Json operator()(const List& list) const {
@@ -212,7 +220,7 @@ Document DocumentFromJson(const Json& json) {
         throw DocumentError("a document needs \"calls\", an array");
     }
     for (std::size_t i = 0; i < calls->size(); ++i) {
-        document.calls.push_back(CallFromJson((*calls)[i], i, info));
+        document.calls.push_back(CallFromJsonIn((*calls)[i], i, info));
     }
     const auto diagnostics = json.find("diagnostics");
     if (diagnostics != json.end() && diagnostics->is_array()) {

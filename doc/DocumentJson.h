@@ -23,6 +23,8 @@ Json ToJson(const Document& document);
 // are read back when present). Throws DocumentError naming the call and
 // argument of anything it cannot read.
 Document DocumentFromJson(const Json& json);
+// Call number index (for messages) of a document of item.
+Call CallFromJson(const Json& json, std::size_t index, const ItemInfo& item);
 // One document, or an array of them.
 std::vector<Document> DocumentsFromJson(const Json& json);
 

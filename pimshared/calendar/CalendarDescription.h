@@ -18,23 +18,9 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(EventOperations, ICalendarAttributes, PIMTLV_EVENT_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TEventReceiverFor, TEventSlots, ICalendarReceiver, EventOperations,
-                         PIMTLV_EVENT_OPERATIONS)
-
-// The calendar event as code that iterates items sees it.
-struct EventItem {
-    static constexpr const char* kKind = "event";
-    using Operations = EventOperations;
-    using Attributes = ICalendarAttributes;
-    using Receiver = ICalendarReceiver;
-    using Parser = CTLVCalendarParser;
-    using Creator = CTLVCalendarCreator;
-    template <typename Sink>
-    using ReceiverFor = TEventReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TEventSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(EventItem, "event", ICalendarAttributes, ICalendarReceiver, CTLVCalendarParser,
+                     CTLVCalendarCreator, EventOperations, TEventReceiverFor, TEventSlots,
+                     PIMTLV_EVENT_OPERATIONS)
 
 }  // namespace PimShared
 

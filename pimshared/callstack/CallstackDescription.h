@@ -21,23 +21,9 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(CallListOperations, ICallstackReceiver, PIMTLV_CALLLIST_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TCallListReceiverFor, TCallListSlots, ICallstackReceiver,
-                         CallListOperations, PIMTLV_CALLLIST_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct CallListItem {
-    static constexpr const char* kKind = "calllist";
-    using Operations = CallListOperations;
-    using Attributes = ICallstackReceiver;
-    using Receiver = ICallstackReceiver;
-    using Parser = CTLVCallstackParser;
-    using Creator = void;
-    template <typename Sink>
-    using ReceiverFor = TCallListReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TCallListSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(CallListItem, "calllist", ICallstackReceiver, ICallstackReceiver,
+                     CTLVCallstackParser, void, CallListOperations, TCallListReceiverFor,
+                     TCallListSlots, PIMTLV_CALLLIST_OPERATIONS)
 
 }  // namespace PimShared
 

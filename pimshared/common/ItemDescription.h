@@ -263,4 +263,25 @@ struct NoSink {
     static_assert(!std::is_abstract_v<Name<::PimShared::Description::NoSink>>, \
                   #Name ": the description leaves out an operation of " #Receiver);
 
+// Everything above for one item, and the item as code that iterates items
+// sees it: struct Item with its kind (as documents and the tool name it),
+// interfaces, parser, creator (void: the library only reads the item), its
+// Operations and its generated receiver templates.
+#define PIMTLV_DESCRIBE_ITEM(Item, Kind, AttributesType, ReceiverType, ParserType, CreatorType, \
+                             OpsName, ReceiverName, SlotsName, LIST)                            \
+    PIMTLV_DESCRIBE_OPERATIONS(OpsName, AttributesType, LIST)                                   \
+    PIMTLV_DESCRIBE_RECEIVER(ReceiverName, SlotsName, ReceiverType, OpsName, LIST)              \
+    struct Item {                                                                               \
+        static constexpr const char* kKind = Kind;                                              \
+        using Operations = OpsName;                                                             \
+        using Attributes = AttributesType;                                                      \
+        using Receiver = ReceiverType;                                                          \
+        using Parser = ParserType;                                                              \
+        using Creator = CreatorType;                                                            \
+        template <typename Sink>                                                                \
+        using ReceiverFor = ReceiverName<Sink>;                                                 \
+        template <typename Base, typename Sink>                                                 \
+        using SlotsFor = SlotsName<Base, Sink>;                                                 \
+    };
+
 #endif

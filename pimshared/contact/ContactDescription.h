@@ -51,23 +51,9 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(ContactOperations, IContactAttributes, PIMTLV_CONTACT_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TContactReceiverFor, TContactSlots, IContactReceiver, ContactOperations,
-                         PIMTLV_CONTACT_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct ContactItem {
-    static constexpr const char* kKind = "contact";
-    using Operations = ContactOperations;
-    using Attributes = IContactAttributes;
-    using Receiver = IContactReceiver;
-    using Parser = CTLVContactParser;
-    using Creator = CTLVContactCreator;
-    template <typename Sink>
-    using ReceiverFor = TContactReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TContactSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(ContactItem, "contact", IContactAttributes, IContactReceiver,
+                     CTLVContactParser, CTLVContactCreator, ContactOperations, TContactReceiverFor,
+                     TContactSlots, PIMTLV_CONTACT_OPERATIONS)
 
 }  // namespace PimShared
 

@@ -27,23 +27,9 @@ struct Record<IEmailAttributes::tMailbox> {
 
 }  // namespace Description
 
-PIMTLV_DESCRIBE_OPERATIONS(EmailOperations, IEmailAttributes, PIMTLV_EMAIL_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TEmailReceiverFor, TEmailSlots, IEmailReceiver, EmailOperations,
-                         PIMTLV_EMAIL_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct EmailItem {
-    static constexpr const char* kKind = "email";
-    using Operations = EmailOperations;
-    using Attributes = IEmailAttributes;
-    using Receiver = IEmailReceiver;
-    using Parser = CTLVEmailParser;
-    using Creator = CTLVEmailCreator;
-    template <typename Sink>
-    using ReceiverFor = TEmailReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TEmailSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(EmailItem, "email", IEmailAttributes, IEmailReceiver, CTLVEmailParser,
+                     CTLVEmailCreator, EmailOperations, TEmailReceiverFor, TEmailSlots,
+                     PIMTLV_EMAIL_OPERATIONS)
 
 }  // namespace PimShared
 

@@ -50,22 +50,8 @@ struct Record<IIMAttributes::tExtendedData> {
 
 }  // namespace Description
 
-PIMTLV_DESCRIBE_OPERATIONS(ImOperations, IIMAttributes, PIMTLV_IM_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TImReceiverFor, TImSlots, IIMReceiver, ImOperations, PIMTLV_IM_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct ImItem {
-    static constexpr const char* kKind = "im";
-    using Operations = ImOperations;
-    using Attributes = IIMAttributes;
-    using Receiver = IIMReceiver;
-    using Parser = CTLVIMParser;
-    using Creator = CTLVIMCreator;
-    template <typename Sink>
-    using ReceiverFor = TImReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TImSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(ImItem, "im", IIMAttributes, IIMReceiver, CTLVIMParser, CTLVIMCreator,
+                     ImOperations, TImReceiverFor, TImSlots, PIMTLV_IM_OPERATIONS)
 
 }  // namespace PimShared
 

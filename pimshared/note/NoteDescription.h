@@ -14,23 +14,9 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(NoteOperations, INoteAttributes, PIMTLV_NOTE_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TNoteReceiverFor, TNoteSlots, INoteReceiver, NoteOperations,
-                         PIMTLV_NOTE_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct NoteItem {
-    static constexpr const char* kKind = "note";
-    using Operations = NoteOperations;
-    using Attributes = INoteAttributes;
-    using Receiver = INoteReceiver;
-    using Parser = CTLVNoteParser;
-    using Creator = CTLVNoteCreator;
-    template <typename Sink>
-    using ReceiverFor = TNoteReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TNoteSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(NoteItem, "note", INoteAttributes, INoteReceiver, CTLVNoteParser,
+                     CTLVNoteCreator, NoteOperations, TNoteReceiverFor, TNoteSlots,
+                     PIMTLV_NOTE_OPERATIONS)
 
 }  // namespace PimShared
 

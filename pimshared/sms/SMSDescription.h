@@ -36,23 +36,8 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(SmsOperations, ISMSAttributes, PIMTLV_SMS_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TSmsReceiverFor, TSmsSlots, ISMSReceiver, SmsOperations,
-                         PIMTLV_SMS_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct SmsItem {
-    static constexpr const char* kKind = "sms";
-    using Operations = SmsOperations;
-    using Attributes = ISMSAttributes;
-    using Receiver = ISMSReceiver;
-    using Parser = CTLVSMSParser;
-    using Creator = CTLVSMSCreator;
-    template <typename Sink>
-    using ReceiverFor = TSmsReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TSmsSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(SmsItem, "sms", ISMSAttributes, ISMSReceiver, CTLVSMSParser, CTLVSMSCreator,
+                     SmsOperations, TSmsReceiverFor, TSmsSlots, PIMTLV_SMS_OPERATIONS)
 
 }  // namespace PimShared
 

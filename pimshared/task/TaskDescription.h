@@ -16,23 +16,9 @@
 
 namespace PimShared {
 
-PIMTLV_DESCRIBE_OPERATIONS(TaskOperations, ITaskAttributes, PIMTLV_TASK_OPERATIONS)
-PIMTLV_DESCRIBE_RECEIVER(TTaskReceiverFor, TTaskSlots, ITaskReceiver, TaskOperations,
-                         PIMTLV_TASK_OPERATIONS)
-
-// The item as code that iterates items sees it.
-struct TaskItem {
-    static constexpr const char* kKind = "task";
-    using Operations = TaskOperations;
-    using Attributes = ITaskAttributes;
-    using Receiver = ITaskReceiver;
-    using Parser = CTLVTaskParser;
-    using Creator = CTLVTaskCreator;
-    template <typename Sink>
-    using ReceiverFor = TTaskReceiverFor<Sink>;
-    template <typename Base, typename Sink>
-    using SlotsFor = TTaskSlots<Base, Sink>;
-};
+PIMTLV_DESCRIBE_ITEM(TaskItem, "task", ITaskAttributes, ITaskReceiver, CTLVTaskParser,
+                     CTLVTaskCreator, TaskOperations, TTaskReceiverFor, TTaskSlots,
+                     PIMTLV_TASK_OPERATIONS)
 
 }  // namespace PimShared
 

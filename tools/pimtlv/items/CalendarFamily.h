@@ -20,14 +20,6 @@ struct Codec<PimShared::eRsvpType> {
     static Json ToJson(PimShared::eRsvpType v) {
         return v == PimShared::eRsvpNotGiven ? Json(nullptr) : Json(static_cast<unsigned int>(v));
     }
-    struct Holder {
-        PimShared::eRsvpType value = PimShared::eRsvpNotGiven;
-        PimShared::eRsvpType Get() const { return value; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        if (!j.is_null())
-            h.value = static_cast<PimShared::eRsvpType>(IntegerFromJson<unsigned int>(j, place));
-    }
 };
 
 // Type-ID names of the whole family; an item simply never uses the others.

@@ -2,7 +2,6 @@
 // document library writes the layout its parser reads, so that test streams
 // can be made.
 #include "Items.h"
-#include "doc/CallListWriter.h"
 #include "pimshared/callstack/CallstackDescription.h"
 #include "pimshared/callstack/CallstackTypeIds.h"
 
@@ -39,7 +38,6 @@ const ItemAdapter kCallListItem = {
     CallListNames(),
     OperationsOf<PimShared::CallListOperations>(),
     &DecodeItem<PimShared::CallListItem>,
-    &EncodeWith<PimShared::ICallstackReceiver, PimDoc::CCallListWriter>,
     "written by the tool, not the library (which only reads call lists); an entry whose "
     "instance leaf is missing or comes after it is written back with its instance first.",
 };

@@ -124,7 +124,6 @@ const ItemAdapter kContactItem = {
     ContactNames(),
     OperationsOf<PimShared::ContactOperations>(),
     &DecodeItem<PimShared::ContactItem>,
-    &EncodeItem<PimShared::ContactItem>,
     "XUCI comes back with only the low 16 bits of its signed number and without its unsigned "
     "number (the parser drops the 528 leaf); XUID comes back with a null text and Handle not "
     "at all (the parser stores no XUID leaf and refuses the Handle node); a Name or Address "

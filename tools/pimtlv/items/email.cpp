@@ -71,7 +71,6 @@ const ItemAdapter kEmailItem = {
     EmailNames(),
     OperationsOf<PimShared::EmailOperations>(),
     &DecodeItem<PimShared::EmailItem>,
-    &EncodeItem<PimShared::EmailItem>,
     "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
     "as BodyLink with the default encoding and charset; tokens beside a value other than 1 "
     "are not written; a body with both content and link is reported, not delivered.",

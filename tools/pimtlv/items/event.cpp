@@ -9,7 +9,6 @@ const ItemAdapter kEventItem = {
     CalendarFamilyNames(),
     OperationsOf<PimShared::EventOperations>(),
     &DecodeItem<PimShared::EventItem>,
-    &EncodeItem<PimShared::EventItem>,
     kCalendarAsymmetries,
 };
 

@@ -96,7 +96,6 @@ const ItemAdapter kImItem = {
     ImNames(),
     OperationsOf<PimShared::ImOperations>(),
     &DecodeItem<PimShared::ImItem>,
-    &EncodeItem<PimShared::ImItem>,
     "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
     "as BodyLink with the default encoding and charset; a participant's client "
     "and a group member's client are not written, so they come back as not given; "

@@ -9,7 +9,6 @@ const ItemAdapter kNoteItem = {
     CalendarFamilyNames(),
     OperationsOf<PimShared::NoteOperations>(),
     &DecodeItem<PimShared::NoteItem>,
-    &EncodeItem<PimShared::NoteItem>,
     kCalendarAsymmetries,
 };
 

@@ -59,7 +59,6 @@ const ItemAdapter kSmsItem = {
     SmsNames(),
     OperationsOf<PimShared::SmsOperations>(),
     &DecodeItem<PimShared::SmsItem>,
-    &EncodeItem<PimShared::SmsItem>,
     "OriginatorName comes back as one call per name part; its first part and empty parts are "
     "not carried, and OriginatorFName and DestinationFName refuse empty texts.",
 };

@@ -9,7 +9,6 @@ const ItemAdapter kTaskItem = {
     CalendarFamilyNames(),
     OperationsOf<PimShared::TaskOperations>(),
     &DecodeItem<PimShared::TaskItem>,
-    &EncodeItem<PimShared::TaskItem>,
     kCalendarAsymmetries,
 };
 
