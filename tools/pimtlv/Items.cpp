@@ -1,6 +1,8 @@
 #include "Items.h"
 
+#include <utility>
 #include "doc/DocumentJson.h"
+
 #include "pimshared/common/TypeIds.h"
 
 namespace pimtlv_tool {
@@ -38,17 +40,26 @@ const std::vector<const ItemAdapter*>& Adapters() {
 }
 
 const std::vector<Kind>& Kinds() {
-    using namespace PimShared;
-    static const std::vector<Kind> kinds = {
-        {"event", "calendar event", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVevent}},
-        {"task", "task", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVtodo}},
-        {"note", "note", TypeIdObjTypeNote, {TypeIdCompTypeVJournal}},
-        {"contact", "contact", TypeIdObjTypeContact, {}},
-        {"email", "e-mail", TypeIdObjTypeMessage, {600}},
-        {"im", "instant message", TypeIdObjTypeMessage, {900}},
-        {"sms", "SMS", TypeIdObjTypeMessage, {700}},
-        {"calllist", "call list", TypeIdObjTypeCallstack, {2000, 2001}},
-    };
+    // How a stream shows each kind is the document library's; the tool adds
+    // the words it names the kind with.
+    static const std::vector<Kind> kinds = [] {
+        const std::pair<const char*, const char*> titles[] = {
+            {"event", "calendar event"},
+            {"task", "task"},
+            {"note", "note"},
+            {"contact", "contact"},
+            {"email", "e-mail"},
+            {"im", "instant message"},
+            {"sms", "SMS"},
+            {"calllist", "call list"},
+        };
+        std::vector<Kind> out;
+        for (const auto& [name, title] : titles) {
+            const PimDoc::ItemInfo* item = PimDoc::FindItem(name);
+            out.push_back(Kind{name, title, item->root, item->components});
+        }
+        return out;
+    }();
     return kinds;
 }
 
