@@ -11,6 +11,7 @@
 #include "pimshared/calendar/CalendarDescription.h"
 #include "pimshared/callstack/CallstackDescription.h"
 #include "pimshared/common/CalendarTypeIds.h"
+#include "pimshared/common/ItemKind.h"
 #include "pimshared/common/TypeIds.h"
 #include "pimshared/contact/ContactDescription.h"
 #include "pimshared/email/EmailDescription.h"
@@ -466,21 +467,11 @@ const Entry* EntryFor(const ItemInfo& item) {
 
 namespace {
 
-// An item's kind from its root and the first node among the root's children
-// (an instance leaf may come before it), as the tool tells it.
+// An item's kind by the library's one rule for it.
 const ItemInfo* DetectSpan(const std::uint8_t* data, const PimBridge::ItemSpan& span) {
-    PimBridge::ElementHeader root;
-    if (!PimBridge::ReadElementHeader(data, span.offset + span.size, span.offset, root, nullptr)) {
-        return nullptr;
-    }
-    const std::size_t end = span.offset + span.size;
-    std::size_t pos = span.offset + root.headerSize;
-    PimBridge::ElementHeader child;
-    while (pos < end && PimBridge::ReadElementHeader(data, end, pos, child, nullptr)) {
-        if (child.elementClass == 8) return DetectItem(span.root, true, child.typeId);
-        pos += child.headerSize + std::size_t{child.length};
-    }
-    return DetectItem(span.root, false, 0);
+    const char* name =
+        PimShared::ItemKindName(PimShared::DetectItemKind(data + span.offset, span.size));
+    return *name == '\0' ? nullptr : FindItem(name);
 }
 
 }  // namespace
@@ -538,8 +529,7 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
                 result.ok = false;
                 result.errorOffset = span.offset;
                 result.error = "item at offset " + std::to_string(span.offset) +
-                               ": its kind cannot be told from its frame (root node " +
-                               std::to_string(span.root) + ")";
+                               ": its kind cannot be told from its frame";
                 return false;
             }
             next = span.offset + span.size;

@@ -4,7 +4,10 @@
 #include <cctype>
 #include <ostream>
 
+#include <unistd.h>
+
 #include "Input.h"
+#include "pimshared/common/ItemKind.h"
 
 namespace pimtlv_tool {
 
@@ -77,6 +80,22 @@ const FormatAdapter* ImportFormat(const BridgeOptions& options, const std::strin
                      ": name it with --from (" + FormatNames() + ")");
 }
 
+// How the tool's messages name an item of a file of streams: its kind and
+// its place in the file counted from 1, then the instance number its stream
+// carries (which counts from 0, and which an export does not renumber):
+// "event 1 (instance 0)".
+std::string ItemWho(const std::string& kind, std::size_t index, const std::uint8_t* stream,
+                    std::size_t size, const std::string& more = std::string()) {
+    unsigned int instance = 0;
+    const bool has = PimShared::ReadItemInstance(stream, size, instance);
+    std::string who = kind + ' ' + std::to_string(index + 1);
+    if (has || !more.empty()) {
+        who += " (" + (has ? "instance " + std::to_string(instance) : std::string());
+        who += (has && !more.empty() ? ", " : "") + more + ")";
+    }
+    return who;
+}
+
 std::string Times(unsigned int count) {
     return count > 1 ? " (" + std::to_string(count) + " times)" : std::string();
 }
@@ -114,6 +133,11 @@ const char* Level(const PimBridge::Loss& loss, bool strict) {
 }  // namespace
 
 int Import(const BridgeOptions& options, std::ostream& err) {
+    if (options.output.empty() && isatty(STDOUT_FILENO)) {
+        throw UsageError(
+            "import writes binary item streams: name a file with -o FILE, or write to the "
+            "terminal anyway with -o -");
+    }
     const std::string text = ReadInput(options.input);
     const FormatAdapter* format = ImportFormat(options, text);
     if (format->importText == nullptr) {
@@ -133,8 +157,9 @@ int Import(const BridgeOptions& options, std::ostream& err) {
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ImportedItem& item = result.items[i];
         for (const PimBridge::Loss& loss : item.losses) {
-            err << Level(loss, options.strict) << where << ':' << loss.line << ": " << item.kind
-                << ' ' << i + 1 << ": " << Said(loss, " not carried") << '\n';
+            err << Level(loss, options.strict) << where << ':' << loss.line << ": "
+                << ItemWho(item.kind, i, result.streams.data() + item.offset, item.size) << ": "
+                << Said(loss, " not carried") << '\n';
         }
     }
     if (options.strict && result.HasLoss()) return kExitProblem;
@@ -142,8 +167,56 @@ int Import(const BridgeOptions& options, std::ostream& err) {
     return 0;
 }
 
+namespace {
+
+int Merge(const FormatAdapter& format, const BridgeOptions& options, std::ostream& err) {
+    if (format.mergeItems == nullptr) {
+        throw UsageError(std::string("--onto: the ") + format.name +
+                         " bridge has no merge onto an original");
+    }
+    const std::string original = ReadInput(options.onto);
+    const std::string base = options.base.empty() ? std::string() : ReadInput(options.base);
+    const std::string raw = ReadInput(options.input);
+    PimBridge::MergeOptions merge;
+    if (!options.base.empty()) {
+        merge.base = base.data();
+        merge.baseSize = base.size();
+    }
+    merge.preferDevice = options.prefer == "device";
+    const PimBridge::MergeResult result =
+        format.mergeItems(original.data(), original.size(),
+                          reinterpret_cast<const std::uint8_t*>(raw.data()), raw.size(), merge);
+    if (!result.ok) {
+        const bool inBase = result.error.compare(0, 8, "the base") == 0;
+        const std::string where = inBase ? options.base : options.onto;
+        throw UsageError(where + ":" +
+                         (result.errorLine != 0 ? std::to_string(result.errorLine) + ":" : "") +
+                         " " + result.error);
+    }
+    bool failed = false;
+    for (std::size_t i = 0; i < result.items.size(); ++i) {
+        const PimBridge::MergedItem& item = result.items[i];
+        const bool bad = item.outcome == PimBridge::MergedItem::Outcome::Failed;
+        failed = failed || bad;
+        err << (bad ? "error: " : "") << item.kind << ' ' << i + 1;
+        if (!item.uid.empty()) err << " (UID " << item.uid << ')';
+        err << ": " << PimBridge::Describe(item) << '\n';
+        for (const PimBridge::Loss& loss : item.losses) {
+            const std::string noPlace = std::string(" has no place in ") + format.title;
+            err << Level(loss, false) << item.kind << ' ' << i + 1 << ": "
+                << Said(loss, noPlace.c_str()) << '\n';
+        }
+    }
+    if (failed) return kExitProblem;
+    WriteOutput(options.output, result.text);
+    return 0;
+}
+
+}  // namespace
+
 int Export(const BridgeOptions& options, std::ostream& err) {
     const FormatAdapter* format = Named(options.format, "--to");
+    if (!options.onto.empty()) return Merge(*format, options, err);
     if (format->exportItems == nullptr) {
         throw UsageError(std::string("the ") + format->name + " bridge only reads");
     }
@@ -154,8 +227,11 @@ int Export(const BridgeOptions& options, std::ostream& err) {
     bool reported = false;
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ExportedItem& item = result.items[i];
-        const std::string who = item.kind + ' ' + std::to_string(i + 1) + " (offset " +
-                                std::to_string(item.offset) + "): ";
+        const std::uint8_t* stream = reinterpret_cast<const std::uint8_t*>(raw.data());
+        const std::string who =
+            ItemWho(item.kind, i, stream + item.offset, raw.size() - item.offset,
+                    "offset " + std::to_string(item.offset)) +
+            ": ";
         for (const PimBridge::Diagnostic& d : item.diagnostics) {
             err << "warning: " << who << "code " << d.code << ": " << d.text << '\n';
             reported = true;

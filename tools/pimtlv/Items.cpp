@@ -40,26 +40,17 @@ const std::vector<const ItemAdapter*>& Adapters() {
 }
 
 const std::vector<Kind>& Kinds() {
-    // How a stream shows each kind is the document library's; the tool adds
-    // the words it names the kind with.
-    static const std::vector<Kind> kinds = [] {
-        const std::pair<const char*, const char*> titles[] = {
-            {"event", "calendar event"},
-            {"task", "task"},
-            {"note", "note"},
-            {"contact", "contact"},
-            {"email", "e-mail"},
-            {"im", "instant message"},
-            {"sms", "SMS"},
-            {"calllist", "call list"},
-        };
-        std::vector<Kind> out;
-        for (const auto& [name, title] : titles) {
-            const PimDoc::ItemInfo* item = PimDoc::FindItem(name);
-            out.push_back(Kind{name, title, item->root, item->components});
-        }
-        return out;
-    }();
+    using PimShared::ItemKind;
+    static const std::vector<Kind> kinds = {
+        {"event", "calendar event", ItemKind::Event},
+        {"task", "task", ItemKind::Task},
+        {"note", "note", ItemKind::Note},
+        {"contact", "contact", ItemKind::Contact},
+        {"email", "e-mail", ItemKind::Email},
+        {"im", "instant message", ItemKind::InstantMessage},
+        {"sms", "SMS", ItemKind::Sms},
+        {"calllist", "call list", ItemKind::CallList},
+    };
     return kinds;
 }
 
@@ -70,15 +61,10 @@ const Kind* FindKind(const std::string& name) {
     return nullptr;
 }
 
-const Kind* DetectKind(const StreamFrame& frame) {
-    if (!frame.hasRoot) return nullptr;
+const Kind* DetectKind(const ParserCreatorCollection::ItemFrame& frame) {
+    const PimShared::ItemKind detected = PimShared::KindOfFrame(frame);
     for (const Kind& k : Kinds()) {
-        if (k.root != frame.root) continue;
-        if (k.components.empty()) return &k;
-        if (!frame.hasComponent) continue;
-        for (unsigned int c : k.components) {
-            if (c == frame.component) return &k;
-        }
+        if (k.kind == detected) return &k;
     }
     return nullptr;
 }
