@@ -7,6 +7,10 @@ namespace PimShared {
 
 using namespace SmsTypeIds;
 
+// Out of line, as for every creator: the frame it derives from is the
+// library's own, and is torn down where it was built.
+CTLVSMSCreator::~CTLVSMSCreator() = default;
+
 bool CTLVSMSCreator::Begin(const unsigned int& instance) {
     auto* tlv = Writer();
     return tlv != nullptr && tlv->NodeBegin(TypeIdObjTypeMessage) &&

@@ -20,7 +20,7 @@ namespace PimShared {
 class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
   public:
     CTLVSMSCreator() = default;
-    ~CTLVSMSCreator() override = default;
+    ~CTLVSMSCreator() override;
     CTLVSMSCreator(const CTLVSMSCreator&) = delete;
     CTLVSMSCreator& operator=(const CTLVSMSCreator&) = delete;
 

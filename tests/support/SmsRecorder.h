@@ -3,48 +3,26 @@
 
 #include <string>
 
-#include "pimshared/sms/ISMSReceiver.h"
+#include "pimshared/sms/SMSDescription.h"
 
 namespace testsupport {
 
-// Writes every receiver call as "Name(args)" into log, blank-separated; null
-// texts as "-", and a refusal text "Unexpected <kind> with type ID = <id>",
-// when it has exactly that shape, as "<kind> <id>". Answers false to the
-// operation named stopAt, and traceAnswer to every TraceMessage.
-class SmsRecorder : public PimShared::ISMSReceiver {
-  public:
+// Writes every receiver call as "Name(args)" into log, blank-separated, the
+// arguments comma-separated; null texts as "-", and a refusal text
+// "Unexpected <kind> with type ID = <id>", when it has exactly that shape,
+// as "<kind> <id>". Answers false to the operation named stopAt, and
+// traceAnswer to every TraceMessage.
+struct SmsLogSink {
     std::string log;
     std::string stopAt;
     bool traceAnswer = true;
 
-    // clang-format off
-#define PIMTEST_TEXT(Op) bool Op(const char* t) override { return Log(#Op, Text(t)); }
-#define PIMTEST_NUMBER(Op, Type) bool Op(const Type& v) override { return Log(#Op, std::to_string(v)); }
-    PIMTEST_TEXT(Body) PIMTEST_TEXT(Destination) PIMTEST_TEXT(Folder) PIMTEST_TEXT(Instance)
-    PIMTEST_TEXT(Originator) PIMTEST_TEXT(OriginatorFName) PIMTEST_TEXT(DestinationFName)
-    PIMTEST_TEXT(ServiceCenter) PIMTEST_TEXT(SendingState) PIMTEST_TEXT(Subject)
-    PIMTEST_TEXT(Timestamp) PIMTEST_TEXT(TimestampLocal)
-    PIMTEST_NUMBER(Begin, unsigned int) PIMTEST_NUMBER(ReadStatus, eReadStatus)
-    PIMTEST_NUMBER(DownloadState, eDownloadState) PIMTEST_NUMBER(SMSState, eSMSState)
-    PIMTEST_NUMBER(SMSType, eSMSType) PIMTEST_NUMBER(StorageType, eStorageType)
-    PIMTEST_NUMBER(StorageIndex, unsigned short) PIMTEST_NUMBER(Priority, ePriority)
-#undef PIMTEST_TEXT
-#undef PIMTEST_NUMBER
-        // clang-format on
-
-        bool End() override {
-        return Log("End", "");
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        return Log(Op::kName, Joined(Str(args)...));
     }
-    bool Concat(const unsigned char& a, const unsigned char& b, const unsigned char& c) override {
-        return Log("Concat", std::to_string(a) + "," + std::to_string(b) + "," + std::to_string(c));
-    }
-    bool OriginatorName(const char* p1, const char* p2, const char* p3, const char* p4,
-                        const char* p5, const char* p6) override {
-        return Log("OriginatorName", Text(p1) + "," + Text(p2) + "," + Text(p3) + "," + Text(p4) +
-                                         "," + Text(p5) + "," + Text(p6));
-    }
-    bool TraceMessage(const int& code, const char* text) override {
-        std::string brief = Text(text);
+    bool Trace(const int& code, const char* text) {
+        std::string brief = Str(text);
         const std::string head = "Unexpected ", tail = " with type ID = ";
         const auto cut = brief.find(tail);
         if (brief.rfind(head, 0) == 0 && cut != std::string::npos && code == 2) {
@@ -55,13 +33,28 @@ class SmsRecorder : public PimShared::ISMSReceiver {
     }
 
   private:
-    static std::string Text(const char* t) {
-        return t == nullptr ? "-" : t;
+    static std::string Str(const char* t) { return t == nullptr ? "-" : t; }
+    template <typename T>
+    static std::string Str(const T& number) {
+        return std::to_string(number);
+    }
+    static std::string Joined() { return ""; }
+    template <typename... S>
+    static std::string Joined(const std::string& first, const S&... rest) {
+        std::string text = first;
+        ((text += "," + rest), ...);
+        return text;
     }
     bool Log(const std::string& op, const std::string& args) {
         log += (log.empty() ? "" : " ") + op + "(" + args + ")";
         return op != stopAt;
     }
+};
+
+// The sink comes first, so that it exists when the receiver is handed it.
+class SmsRecorder : public SmsLogSink, public PimShared::TSmsReceiverFor<SmsLogSink> {
+  public:
+    SmsRecorder() : PimShared::TSmsReceiverFor<SmsLogSink>(static_cast<SmsLogSink&>(*this)) {}
 };
 
 }  // namespace testsupport

@@ -668,7 +668,7 @@ class DocumentReader {
         } catch (const UsageError& e) {
             Fail(e.what());
         }
-        m_session = m_adapter->encode(m_adapter->ops);
+        m_session = std::make_unique<EncodeSession>(m_adapter->kind);
         for (std::size_t i = 0; i < m_waiting.size(); ++i) Replay(m_waiting[i], i);
         m_waiting = Json::array();
     }

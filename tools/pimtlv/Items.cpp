@@ -1,5 +1,8 @@
 #include "Items.h"
 
+#include <utility>
+#include "doc/DocumentJson.h"
+
 #include "pimshared/common/TypeIds.h"
 
 namespace pimtlv_tool {
@@ -135,29 +138,25 @@ const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsi
     return frame != nullptr ? frame->name : nullptr;
 }
 
-void ReplayCall(const std::vector<OpEntry>& ops, const Json& call, std::size_t index, void* target,
-                std::vector<std::string>& refused) {
-    const std::string where = "call " + std::to_string(index);
-    if (!call.is_object()) throw UsageError(where + " must be an object");
-    for (const auto& entry : call.items()) {
-        if (entry.key() != "op" && entry.key() != "args") {
-            throw UsageError(where + ": unknown key '" + entry.key() + "'");
+EncodeSession::EncodeSession(const char* kind)
+    : m_item(*PimDoc::FindItem(kind)), m_encoder(m_item) {}
+
+void EncodeSession::Call(const Json& call, std::size_t index, std::vector<std::string>& refused) {
+    try {
+        const PimDoc::Call made = PimDoc::CallFromJson(call, index, m_item);
+        if (!m_encoder.Call(made, index)) {
+            refused.push_back("call " + std::to_string(index) + " (" + made.op + ")");
         }
+    } catch (const PimDoc::DocumentError& e) {
+        throw UsageError(e.what());
     }
-    const auto op = call.find("op");
-    if (op == call.end() || !op->is_string()) {
-        throw UsageError(where + ": \"op\" must name an operation");
-    }
-    const std::string& name = op->get_ref<const std::string&>();
-    const OpEntry* found = nullptr;
-    for (const OpEntry& entry : ops) {
-        if (name == entry.name) found = &entry;
-    }
-    if (found == nullptr) throw UsageError(where + ": unknown operation '" + name + "'");
-    static const Json none;
-    const auto args = call.find("args");
-    if (!found->invoke(target, args != call.end() ? *args : none, *found, index)) {
-        refused.push_back(where + " (" + name + ")");
+}
+
+Bytes EncodeSession::Finish() {
+    try {
+        return m_encoder.Finish();
+    } catch (const PimDoc::DocumentError& e) {
+        throw UsageError(e.what());
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "Json.h"
 #include "Stream.h"
+#include "doc/Document.h"
 #include "pimshared/common/ItemKind.h"
 
 namespace pimtlv_tool {
@@ -45,13 +46,17 @@ struct ParseRun {
 // need not be held whole: the calls of its JSON form, then the stream.
 class EncodeSession {
   public:
-    virtual ~EncodeSession() = default;
+    explicit EncodeSession(const char* kind);
     // Makes call number index (a JSON object of the decode form). A refused
     // call is listed in refused; throws UsageError for a call it cannot make.
-    virtual void Call(const Json& call, std::size_t index, std::vector<std::string>& refused) = 0;
+    void Call(const Json& call, std::size_t index, std::vector<std::string>& refused);
     // The stream of the calls made. Throws UsageError when the creator cannot
     // finish it.
-    virtual Bytes Finish() = 0;
+    Bytes Finish();
+
+  private:
+    const PimDoc::ItemInfo& m_item;
+    PimDoc::Encoder m_encoder;
 };
 
 // One item's adapter between its codec and the tool.
@@ -61,8 +66,6 @@ struct ItemAdapter {
     std::vector<OpEntry> ops;
     // Runs the item's parser with a receiver that records into recorder.
     ParseRun (*decode)(ByteView data, Recorder& recorder);
-    // A creator of the item, to replay calls into one at a time.
-    std::unique_ptr<EncodeSession> (*encode)(const std::vector<OpEntry>& ops);
     // Where a stream does not come back byte for byte after decode and
     // encode, by design; shown by the tool's help.
     const char* asymmetries;
@@ -82,43 +85,6 @@ const ItemAdapter* FindAdapter(const std::string& kind);
 const char* NameOf(const ItemAdapter* item, bool node, unsigned int parent, unsigned int id,
                    unsigned int depth);
 
-// Invokes call number index (a JSON object) on target, the Attributes
-// interface the ops were made for; a refused call is listed in refused.
-void ReplayCall(const std::vector<OpEntry>& ops, const Json& call, std::size_t index, void* target,
-                std::vector<std::string>& refused);
-
-// The session of a creator whose Attributes interface is Iface: every call's
-// op is looked up in ops and invoked; then GetData.
-template <typename Iface, typename Creator>
-class CreatorSession : public EncodeSession {
-  public:
-    explicit CreatorSession(const std::vector<OpEntry>& ops) : m_ops(ops) {}
-    void Call(const Json& call, std::size_t index, std::vector<std::string>& refused) override {
-        Iface& target = m_creator;
-        ReplayCall(m_ops, call, index, &target, refused);
-    }
-    Bytes Finish() override {
-        const void* data = nullptr;
-        unsigned int length = 0;
-        if (!m_creator.GetData(data, length)) {
-            throw UsageError(
-                "the creator could not finish the stream (a property node is left open "
-                "after a refused call, or Begin/End are missing)");
-        }
-        const auto* bytes = static_cast<const std::uint8_t*>(data);
-        return Bytes(bytes, bytes + length);
-    }
-
-  private:
-    const std::vector<OpEntry>& m_ops;
-    Creator m_creator;
-};
-
-template <typename Iface, typename Creator>
-std::unique_ptr<EncodeSession> EncodeWith(const std::vector<OpEntry>& ops) {
-    return std::make_unique<CreatorSession<Iface, Creator>>(ops);
-}
-
 // Runs Parser over data with Receiver (constructed from the recorder).
 template <typename Parser, typename Receiver>
 ParseRun DecodeWith(ByteView data, Recorder& recorder) {
@@ -131,6 +97,13 @@ ParseRun DecodeWith(ByteView data, Recorder& recorder) {
                           errorText, run.consumed);
     run.error = parser.LastError();
     return run;
+}
+
+// The same for an item of the library, as its description names it.
+template <typename Item>
+ParseRun DecodeItem(ByteView data, Recorder& recorder) {
+    return DecodeWith<typename Item::Parser, typename Item::template ReceiverFor<Recorder>>(
+        data, recorder);
 }
 
 }  // namespace pimtlv_tool

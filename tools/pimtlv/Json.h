@@ -22,6 +22,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Tool.h"
+#include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
@@ -30,90 +31,29 @@ namespace pimtlv_tool {
 
 using Json = nlohmann::ordered_json;
 
-// Where an argument came from, for error messages.
-struct ArgPlace {
-    std::size_t call;
-    const char* op;
-    const char* arg;
-};
-[[noreturn]] void ThrowArgError(const ArgPlace& place, const std::string& what);
-
 std::string HexOf(const void* data, std::size_t size);
-// Hex text (white space ignored) to bytes; false when it is not hex.
-bool BytesOfHex(const std::string& text, std::vector<std::uint8_t>& out);
 
 template <typename T>
 using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
 
-// Codec<T>: T to JSON, and a Holder that owns what a T decoded from JSON
-// points into. Items add codecs for their own records.
+// Codec<T>: an argument of type T as JSON, for the decode output. (Reading
+// documents back is the document library's.)
 template <typename T, typename Enable = void>
 struct Codec;
 
 template <>
 struct Codec<const char*> {
     static Json ToJson(const char* text) { return text == nullptr ? Json(nullptr) : Json(text); }
-    struct Holder {
-        std::string text;
-        bool null = true;
-        const char* Get() const { return null ? nullptr : text.c_str(); }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        if (j.is_null()) return;
-        if (!j.is_string()) ThrowArgError(place, "must be a string or null");
-        h.text = j.get<std::string>();
-        h.null = false;
-    }
 };
 
 template <>
 struct Codec<bool> {
     static Json ToJson(bool v) { return Json(v); }
-    struct Holder {
-        bool value = false;
-        bool Get() const { return value; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        if (!j.is_boolean()) ThrowArgError(place, "must be true or false");
-        h.value = j.get<bool>();
-    }
 };
-
-// Reads an integer of type T, refusing non-integers and values out of range.
-template <typename T>
-T IntegerFromJson(const Json& j, const ArgPlace& place) {
-    using Limits = std::numeric_limits<T>;
-    const auto range = [&place] {
-        ThrowArgError(place, "must be an integer from " + std::to_string(Limits::min()) + " to " +
-                                 std::to_string(Limits::max()));
-    };
-    if (j.is_number_unsigned()) {
-        const auto v = j.get<std::uint64_t>();
-        if (v > static_cast<std::uint64_t>(Limits::max())) range();
-        return static_cast<T>(v);
-    }
-    if (j.is_number_integer()) {
-        const auto v = j.get<std::int64_t>();
-        if (v < static_cast<std::int64_t>(Limits::min()) ||
-            (v > 0 && static_cast<std::uint64_t>(v) > static_cast<std::uint64_t>(Limits::max()))) {
-            range();
-        }
-        return static_cast<T>(v);
-    }
-    range();
-    return T{};
-}
 
 template <typename T>
 struct Codec<T, std::enable_if_t<std::is_integral_v<T> && !std::is_same_v<T, bool>>> {
     static Json ToJson(T v) { return Json(v); }
-    struct Holder {
-        T value{};
-        T Get() const { return value; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        h.value = IntegerFromJson<T>(j, place);
-    }
 };
 
 // Enumerations travel as their numbers: the codec carries them as given.
@@ -121,23 +61,11 @@ template <typename T>
 struct Codec<T, std::enable_if_t<std::is_enum_v<T>>> {
     using Number = std::underlying_type_t<T>;
     static Json ToJson(T v) { return Json(static_cast<Number>(v)); }
-    struct Holder {
-        T value{};
-        T Get() const { return value; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        h.value = static_cast<T>(IntegerFromJson<Number>(j, place));
-    }
 };
 
 template <>
 struct Codec<PAL::CDateAndTime> {
     static Json ToJson(const PAL::CDateAndTime& v);
-    struct Holder {
-        PAL::CDateAndTime value;
-        const PAL::CDateAndTime& Get() const { return value; }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
 };
 
 // Lists: a JSON array of the element's form.
@@ -148,117 +76,40 @@ struct Codec<PAL::TVector<T>> {
         for (const T& item : list) j.push_back(Codec<T>::ToJson(item));
         return j;
     }
-    struct Holder {
-        std::vector<typename Codec<T>::Holder> items;
-        PAL::TVector<T> value;
-        const PAL::TVector<T>& Get() {
-            value.clear();
-            for (auto& item : items) value.pushBack(item.Get());
-            return value;
-        }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        if (!j.is_array()) ThrowArgError(place, "must be an array");
-        h.items.resize(j.size());
-        for (std::size_t i = 0; i < j.size(); ++i) Codec<T>::FromJson(j[i], h.items[i], place);
-    }
 };
 
-// Records (plain structs of an interface): a JSON object with one member
-// per field. Self names the fields in kFields, in the order of Members.
-template <typename Self, typename S, auto... Members>
-struct RecordCodec {
-    template <auto M>
-    using Field = Bare<decltype(std::declval<const S&>().*M)>;
-    using Fields = std::tuple<Field<Members>...>;
-    static constexpr std::size_t kCount = sizeof...(Members);
+template <typename S, typename = void>
+struct IsDescribedRecord : std::false_type {};
+template <typename S>
+struct IsDescribedRecord<S, std::void_t<decltype(PimShared::Description::Record<S>::kNames)>>
+    : std::true_type {};
 
+// Records (an extension parameter, a mailbox, ...): an object with one
+// member per field, named and ordered as the item's description says.
+template <typename S>
+struct Codec<S, std::enable_if_t<IsDescribedRecord<S>::value>> {
+    using R = PimShared::Description::Record<S>;
     static Json ToJson(const S& record) {
         Json j = Json::object();
         std::size_t i = 0;
-        ((j[Self::kFields[i++]] = Codec<Field<Members>>::ToJson(record.*Members)), ...);
+        std::apply(
+            [&](auto... field) {
+                ((j[R::kNames[i++]] = Codec<Bare<decltype(record.*field)>>::ToJson(record.*field)),
+                 ...);
+            },
+            R::kFields);
         return j;
     }
-    struct Holder {
-        std::tuple<typename Codec<Field<Members>>::Holder...> fields;
-        S Get() { return Build(std::make_index_sequence<kCount>{}); }
-        template <std::size_t... I>
-        S Build(std::index_sequence<I...>) {
-            S record{};
-            ((record.*Members = std::get<I>(fields).Get()), ...);
-            return record;
-        }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place) {
-        if (!j.is_object()) ThrowArgError(place, "must hold objects with " + FieldList());
-        for (const auto& entry : j.items()) {
-            bool known = false;
-            for (const char* name : Self::kFields) known = known || entry.key() == name;
-            if (!known) ThrowArgError(place, "has an unknown field '" + entry.key() + "'");
-        }
-        Fill(j, h, place, std::make_index_sequence<kCount>{});
-    }
-
-  private:
-    static std::string FieldList() {
-        std::string list;
-        for (const char* name : Self::kFields) list += std::string(list.empty() ? "" : ", ") + name;
-        return list;
-    }
-    template <std::size_t... I>
-    static void Fill(const Json& j, Holder& h, const ArgPlace& place, std::index_sequence<I...>) {
-        const auto one = [&](auto index) {
-            constexpr std::size_t i = decltype(index)::value;
-            using F = std::tuple_element_t<i, Fields>;
-            if (j.contains(Self::kFields[i])) {
-                Codec<F>::FromJson(j[Self::kFields[i]], std::get<i>(h.fields), place);
-            }
-        };
-        (one(std::integral_constant<std::size_t, I>{}), ...);
-    }
 };
 
-template <>
-struct Codec<PimShared::tXParam>
-    : RecordCodec<Codec<PimShared::tXParam>, PimShared::tXParam, &PimShared::tXParam::name,
-                  &PimShared::tXParam::value> {
-    static constexpr const char* kFields[] = {"name", "value"};
-};
-
-// Binary data: a pointer argument followed by its length argument, written
-// as one hex string (null for a null pointer). The length slot has no name
-// in an operation's table; it is taken from the data.
-template <>
-struct Codec<const void*> {
-    struct Holder {
-        std::vector<std::uint8_t> bytes;
-        bool null = true;
-        const void* Get() const { return null ? nullptr : bytes.data(); }
-    };
-    static void FromJson(const Json& j, Holder& h, const ArgPlace& place);
-};
 template <typename T>
 constexpr bool kIsBytePointer = std::is_same_v<Bare<T>, const void*>;
 
-template <typename F>
-struct MemberFn;
-template <typename C, typename... P>
-struct MemberFn<bool (C::*)(P...)> {
-    using Class = C;
-    using Params = std::tuple<P...>;
-    static constexpr std::size_t kArity = sizeof...(P);
-};
-template <typename F, std::size_t I>
-using ParamAt = Bare<std::tuple_element_t<I, typename MemberFn<F>::Params>>;
-
-// One operation of an item: its name, its argument names in order (null for
-// the length that follows a data pointer) and the replay into the creator.
+// One operation of an item: its name and its argument names in order (null
+// for the length that follows a data pointer).
 struct OpEntry {
     const char* name;
     std::vector<const char*> args;
-    // Calls the operation on target (the item's Attributes interface) with
-    // arguments read from JSON; null for an operation that only a parser has.
-    bool (*invoke)(void* target, const Json& args, const OpEntry& op, std::size_t call);
     const void* key;  // identifies the member function, for the receiver side
 };
 
@@ -269,62 +120,20 @@ struct Key {
     static constexpr char id = 0;
 };
 
-template <auto Fn, typename Target, std::size_t... I>
-bool InvokeWith(void* target, const Json& args, const OpEntry& op, std::size_t call,
-                std::index_sequence<I...>) {
-    using F = decltype(Fn);
-    using C = typename MemberFn<F>::Class;
-    std::tuple<typename Codec<ParamAt<F, I>>::Holder...> holders;
-    if (!args.is_null() && !args.is_object()) {
-        ThrowArgError({call, op.name, "args"}, "must be an object");
-    }
-    if (args.is_object()) {
-        for (const auto& entry : args.items()) {
-            bool known = false;
-            for (const char* name : op.args)
-                known = known || (name != nullptr && entry.key() == name);
-            if (!known) {
-                throw UsageError("call " + std::to_string(call) + " (" + op.name +
-                                 "): unknown argument '" + entry.key() + "'");
-            }
-        }
-    }
-    // Arguments left out take their empty value: null text, empty list, 0.
-    const auto fill = [&](auto index) {
-        constexpr std::size_t i = decltype(index)::value;
-        const char* name = op.args[i];
-        if (name != nullptr && args.is_object() && args.contains(name)) {
-            Codec<ParamAt<F, i>>::FromJson(args[name], std::get<i>(holders), {call, op.name, name});
-        }
-        if constexpr (i > 0) {
-            if constexpr (kIsBytePointer<ParamAt<F, i - 1>> && std::is_integral_v<ParamAt<F, i>>) {
-                std::get<i>(holders).value =
-                    static_cast<ParamAt<F, i>>(std::get<i - 1>(holders).bytes.size());
-            }
-        }
-    };
-    (fill(std::integral_constant<std::size_t, I>{}), ...);
-    (void)fill;  // operations without arguments
-    C* object = static_cast<Target*>(target);
-    return (object->*Fn)(std::get<I>(holders).Get()...);
-}
-
-template <auto Fn, typename Target>
-bool Invoke(void* target, const Json& args, const OpEntry& op, std::size_t call) {
-    return InvokeWith<Fn, Target>(target, args, op, call,
-                                  std::make_index_sequence<MemberFn<decltype(Fn)>::kArity>{});
-}
-
 }  // namespace detail
 
-// A table entry for member function Fn, with one name per argument (null
-// for a length that follows a data pointer). Target is the interface the
-// replay hands over, when Fn is declared in a base of it.
-template <auto Fn, typename Target = typename MemberFn<decltype(Fn)>::Class, typename... Names>
-OpEntry Op(const char* name, Names... argNames) {
-    static_assert(sizeof...(Names) == MemberFn<decltype(Fn)>::kArity,
-                  "one name per argument of the operation");
-    return OpEntry{name, {argNames...}, &detail::Invoke<Fn, Target>, &detail::Key<Fn>::id};
+// The table of an item's operations, from the item's description: Ops is
+// the description's operations struct (PimShared::SmsOperations, say).
+template <typename Ops>
+std::vector<OpEntry> OperationsOf() {
+    std::vector<OpEntry> ops;
+    Ops::List::Any([&ops](auto op) {
+        using O = decltype(op);
+        ops.push_back(OpEntry{O::kName, std::vector<const char*>(O::kArgs.begin(), O::kArgs.end()),
+                              &detail::Key<O::kFn>::id});
+        return false;
+    });
+    return ops;
 }
 
 // Text made as it goes and handed to a stream in large pieces, so that no
@@ -453,7 +262,8 @@ class Recorder {
     // mirrors) with its arguments; answers true so that parsing goes on.
     template <auto Fn, typename... A>
     bool Put(const A&... args) {
-        static_assert(sizeof...(A) == MemberFn<decltype(Fn)>::kArity, "receiver slot arity");
+        static_assert(sizeof...(A) == PimShared::Description::MemberTraits<decltype(Fn)>::kArity,
+                      "receiver slot arity");
         const OpEntry& op = Find(&detail::Key<Fn>::id);
         m_listener.OnCall(m_count++, op.name);
         if (m_out == nullptr) return true;
@@ -466,6 +276,13 @@ class Recorder {
         text += named ? "}}" : "}";
         m_out->Drain();
         return true;
+    }
+
+    // The sink protocol of the receivers generated from an item's
+    // description: operation Op with its arguments.
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        return Put<Op::kFn>(args...);
     }
 
     bool Trace(int code, const char* text) {
@@ -483,7 +300,8 @@ class Recorder {
         const auto all = std::forward_as_tuple(args...);
         const auto put = [&](auto index) {
             constexpr std::size_t i = decltype(index)::value;
-            using P = ParamAt<decltype(Fn), i>;
+            using P = Bare<std::tuple_element_t<
+                i, typename PimShared::Description::MemberTraits<decltype(Fn)>::Params>>;
             if (op.args[i] == nullptr) return;  // a length, carried by its data
             std::string& text = m_out->Text();
             text += named ? ",\"" : ",\"args\":{\"";

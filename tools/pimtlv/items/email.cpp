@@ -1,46 +1,11 @@
 // The e-mail in the tool.
 #include "items/MimeMessage.h"
+#include "pimshared/email/EmailDescription.h"
 #include "pimshared/email/EmailTypeIds.h"
-#include "pimshared/email/TLVEmailCreator.h"
-#include "pimshared/email/TLVEmailParser.h"
 
 namespace pimtlv_tool {
 
-using EmailMailbox = PimShared::IEmailAttributes::tMailbox;
-
-template <>
-struct Codec<EmailMailbox>
-    : RecordCodec<Codec<EmailMailbox>, EmailMailbox, &EmailMailbox::fieldType,
-                  &EmailMailbox::displayName, &EmailMailbox::address> {
-    static constexpr const char* kFields[] = {"fieldType", "displayName", "address"};
-};
-
 namespace {
-
-using I = PimShared::IEmailAttributes;
-constexpr bool (I::*kPriority)(const I::ePriority&) = &I::Priority;
-
-std::vector<OpEntry> EmailOps() {
-    std::vector<OpEntry> ops = MimeCommonOps<I>();
-    ops.push_back(Op<&I::Group>("Group", "name", "mailboxes"));
-    ops.push_back(Op<&I::Mailbox>("Mailbox", "fieldType", "displayName", "address"));
-    ops.push_back(Op<kPriority>("Priority", "priority"));
-    return ops;
-}
-
-class EmailRecorder : public MimeCommonRecorder<PimShared::IEmailReceiver> {
-  public:
-    using MimeCommonRecorder::MimeCommonRecorder;
-    using MimeCommonRecorder::Priority;
-
-    bool Group(CText name, const PAL::TVector<EmailMailbox>& mailboxes) override {
-        return m_rec.Put<&I::Group>(name, mailboxes);
-    }
-    bool Mailbox(const eMailboxFieldType& type, CText name, CText address) override {
-        return m_rec.Put<&I::Mailbox>(type, name, address);
-    }
-    bool Priority(const ePriority& priority) override { return m_rec.Put<kPriority>(priority); }
-};
 
 std::vector<TypeName> EmailNames() {
     using namespace PimShared::EmailTypeIds;
@@ -102,11 +67,10 @@ std::vector<TypeName> EmailNames() {
 }  // namespace
 
 const ItemAdapter kEmailItem = {
-    "email",
+    PimShared::EmailItem::kKind,
     EmailNames(),
-    EmailOps(),
-    &DecodeWith<PimShared::CTLVEmailParser, EmailRecorder>,
-    &EncodeWith<I, PimShared::CTLVEmailCreator>,
+    OperationsOf<PimShared::EmailOperations>(),
+    &DecodeItem<PimShared::EmailItem>,
     "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
     "as BodyLink with the default encoding and charset; tokens beside a value other than 1 "
     "are not written; a body with both content and link is reported, not delivered.",

@@ -1,98 +1,11 @@
 // The instant message in the tool.
 #include "items/MimeMessage.h"
+#include "pimshared/im/IMDescription.h"
 #include "pimshared/im/IMTypeIds.h"
-#include "pimshared/im/TLVIMCreator.h"
-#include "pimshared/im/TLVIMParser.h"
 
 namespace pimtlv_tool {
 
-using ImMailbox = PimShared::IIMAttributes::tMailbox;
-using ImExtendedData = PimShared::IIMAttributes::tExtendedData;
-
-template <>
-struct Codec<ImMailbox>
-    : RecordCodec<Codec<ImMailbox>, ImMailbox, &ImMailbox::fieldType, &ImMailbox::client,
-                  &ImMailbox::displayName, &ImMailbox::address> {
-    static constexpr const char* kFields[] = {"fieldType", "client", "displayName", "address"};
-};
-
-template <>
-struct Codec<ImExtendedData> : RecordCodec<Codec<ImExtendedData>, ImExtendedData,
-                                           &ImExtendedData::key, &ImExtendedData::value> {
-    static constexpr const char* kFields[] = {"key", "value"};
-};
-
 namespace {
-
-using I = PimShared::IIMAttributes;
-constexpr bool (I::*kPriority)(const I::ePriority&) = &I::Priority;
-
-std::vector<OpEntry> ImOps() {
-    std::vector<OpEntry> ops = MimeCommonOps<I>();
-    const std::vector<OpEntry> own = {
-        Op<&I::Group>("Group", "name", "mailboxes"),
-        Op<&I::Mailbox>("Mailbox", "fieldType", "client", "displayName", "address"),
-        Op<kPriority>("Priority", "priority"),
-        Op<&I::Direction>("Direction", "direction"),
-        Op<&I::EntityType>("EntityType", "entityType"),
-        Op<&I::ExtendedData>("ExtendedData", "data"),
-        Op<&I::ConversationID>("ConversationID", "text"),
-        Op<&I::ConversationName>("ConversationName", "text"),
-        Op<&I::ConversationLastActivity>("ConversationLastActivity", "text"),
-        Op<&I::ConversationVersionCounter>("ConversationVersionCounter", "text"),
-        Op<&I::ConversationSummary>("ConversationSummary", "text"),
-        Op<&I::OwnerAvailability>("OwnerAvailability", "availability"),
-        Op<&I::OwnerText>("OwnerText", "text"),
-        Op<&I::OwnerLastActivity>("OwnerLastActivity", "text"),
-        Op<&I::OwnerChatState>("OwnerChatState", "chatState"),
-        Op<&I::ConversationParticipant>("ConversationParticipant", "client", "text1", "text2",
-                                        "chatState", "text3", "text4", "text5", "availability",
-                                        "text6", "flags"),
-    };
-    ops.insert(ops.end(), own.begin(), own.end());
-    return ops;
-}
-
-class ImRecorder : public MimeCommonRecorder<PimShared::IIMReceiver> {
-  public:
-    using MimeCommonRecorder::MimeCommonRecorder;
-    using MimeCommonRecorder::Priority;
-
-    bool Group(CText name, const PAL::TVector<ImMailbox>& mailboxes) override {
-        return m_rec.Put<&I::Group>(name, mailboxes);
-    }
-    bool Mailbox(const eMailboxFieldType& type, eUCIClient client, CText name,
-                 CText address) override {
-        return m_rec.Put<&I::Mailbox>(type, client, name, address);
-    }
-    bool Priority(const ePriority& priority) override { return m_rec.Put<kPriority>(priority); }
-    bool Direction(const eDirection& d) override { return m_rec.Put<&I::Direction>(d); }
-    bool EntityType(const eEntityType& t) override { return m_rec.Put<&I::EntityType>(t); }
-    bool ExtendedData(const PAL::TVector<ImExtendedData>& data) override {
-        return m_rec.Put<&I::ExtendedData>(data);
-    }
-    bool ConversationID(CText t) override { return m_rec.Put<&I::ConversationID>(t); }
-    bool ConversationName(CText t) override { return m_rec.Put<&I::ConversationName>(t); }
-    bool ConversationLastActivity(CText t) override {
-        return m_rec.Put<&I::ConversationLastActivity>(t);
-    }
-    bool ConversationVersionCounter(CText t) override {
-        return m_rec.Put<&I::ConversationVersionCounter>(t);
-    }
-    bool ConversationSummary(CText t) override { return m_rec.Put<&I::ConversationSummary>(t); }
-    bool OwnerAvailability(ePresenceAvailability a) override {
-        return m_rec.Put<&I::OwnerAvailability>(a);
-    }
-    bool OwnerText(CText t) override { return m_rec.Put<&I::OwnerText>(t); }
-    bool OwnerLastActivity(CText t) override { return m_rec.Put<&I::OwnerLastActivity>(t); }
-    bool OwnerChatState(eChatState s) override { return m_rec.Put<&I::OwnerChatState>(s); }
-    bool ConversationParticipant(eUCIClient client, CText t1, CText t2, eChatState state, CText t3,
-                                 CText t4, CText t5, ePresenceAvailability availability, CText t6,
-                                 const unsigned char& flags) override {
-        return m_rec.Put<&I::ConversationParticipant>(client, t1, t2, state, t3, t4, t5,
-                                                      availability, t6, flags);
-    }
-};
 
 std::vector<TypeName> ImNames() {
     using namespace PimShared::IMTypeIds;
@@ -179,11 +92,10 @@ std::vector<TypeName> ImNames() {
 }  // namespace
 
 const ItemAdapter kImItem = {
-    "im",
+    PimShared::ImItem::kKind,
     ImNames(),
-    ImOps(),
-    &DecodeWith<PimShared::CTLVIMParser, ImRecorder>,
-    &EncodeWith<I, PimShared::CTLVIMCreator>,
+    OperationsOf<PimShared::ImOperations>(),
+    &DecodeItem<PimShared::ImItem>,
     "PriorityLevel is written but read back as an unexpected element; BodyTypedLink comes back "
     "as BodyLink with the default encoding and charset; a participant's client "
     "and a group member's client are not written, so they come back as not given; "

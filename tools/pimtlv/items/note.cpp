@@ -1,16 +1,14 @@
-// The note (VJOURNAL) in the tool: the calendar family's common properties.
+// The note (VJOURNAL) in the tool.
 #include "items/CalendarFamily.h"
-#include "pimshared/note/TLVNoteCreator.h"
-#include "pimshared/note/TLVNoteParser.h"
+#include "pimshared/note/NoteDescription.h"
 
 namespace pimtlv_tool {
 
 const ItemAdapter kNoteItem = {
-    "note",
+    PimShared::NoteItem::kKind,
     CalendarFamilyNames(),
-    CalendarCommonOps<PimShared::INoteAttributes>(),
-    &DecodeWith<PimShared::CTLVNoteParser, CalendarCommonRecorder<PimShared::INoteReceiver>>,
-    &EncodeWith<PimShared::INoteAttributes, PimShared::CTLVNoteCreator>,
+    OperationsOf<PimShared::NoteOperations>(),
+    &DecodeItem<PimShared::NoteItem>,
     kCalendarAsymmetries,
 };
 

@@ -1,38 +1,14 @@
 // The task (VTODO) in the tool.
 #include "items/CalendarFamily.h"
-#include "pimshared/task/TLVTaskCreator.h"
-#include "pimshared/task/TLVTaskParser.h"
+#include "pimshared/task/TaskDescription.h"
 
 namespace pimtlv_tool {
 
-namespace {
-
-using PimShared::ITaskAttributes;
-using PimShared::ITaskReceiver;
-
-class TaskRecorder : public EventTaskRecorder<ITaskReceiver> {
-  public:
-    using EventTaskRecorder::EventTaskRecorder;
-
-    bool DateTimeDueLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return m_rec.Put<&ITaskAttributes::DateTimeDueLocal>(dt, x);
-    }
-};
-
-std::vector<OpEntry> TaskOps() {
-    using I = ITaskAttributes;
-    return Joined(Joined(CalendarCommonOps<I>(), EventTaskOps<I>()),
-                  {Op<&I::DateTimeDueLocal>("DateTimeDueLocal", "dateTime", "xParams")});
-}
-
-}  // namespace
-
 const ItemAdapter kTaskItem = {
-    "task",
+    PimShared::TaskItem::kKind,
     CalendarFamilyNames(),
-    TaskOps(),
-    &DecodeWith<PimShared::CTLVTaskParser, TaskRecorder>,
-    &EncodeWith<ITaskAttributes, PimShared::CTLVTaskCreator>,
+    OperationsOf<PimShared::TaskOperations>(),
+    &DecodeItem<PimShared::TaskItem>,
     kCalendarAsymmetries,
 };
 
