@@ -550,11 +550,6 @@ struct Edit {
     std::string text;
 };
 
-void Fail(MergedItem& item, std::string why) {
-    item.outcome = MergedItem::Outcome::Failed;
-    item.diagnostics.push_back(Diagnostic{0, std::move(why)});
-}
-
 }  // namespace
 
 MergeResult MergeICalendar(const char* original, std::size_t originalSize, const std::uint8_t* data,
