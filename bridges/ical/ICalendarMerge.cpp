@@ -586,6 +586,25 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
     const std::vector<std::string> zones = DefinedZones(original, originalSize);
     std::vector<Edit> edits;
     std::string added;
+    // Zones the merged items name that the original defines no VTIMEZONE
+    // for: written from the time-zone database as a plain export writes
+    // them (one it does not know stays in the item's losses).
+    std::vector<UsedZone> newZones;
+    const auto useZones = [&](const std::vector<UsedZone>& used, MergedItem& item) {
+        for (const UsedZone& z : used) {
+            const auto same = [&z](const UsedZone& n) { return n.tzid == z.tzid; };
+            if (z.zone == nullptr || std::find(zones.begin(), zones.end(), z.tzid) != zones.end() ||
+                std::any_of(newZones.begin(), newZones.end(), same))
+                continue;
+            if (server.map.calendarEnd == kNone) {  // no VCALENDAR to hold it
+                item.losses.push_back(Loss{"VTIMEZONE of TZID " + z.tzid, 1, 0,
+                                           Loss::Kind::NotCarried,
+                                           "the original has no VCALENDAR"});
+            } else {
+                newZones.push_back(z);
+            }
+        }
+    };
     result.items.reserve(spans.size());
     for (const ItemSpan& span : spans) {
         MergedItem item;
@@ -638,6 +657,7 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
                                     component.end());
                 }
                 added += component;
+                useZones(written.zones, item);
                 item.outcome = MergedItem::Outcome::Added;
             }
             result.items.push_back(std::move(item));
@@ -661,6 +681,7 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
         merge.Run(counterpart.component.get(), device.component.get(), sent.component.get(),
                   options.preferDevice, item, replacement);
         if (item.outcome == MergedItem::Outcome::Changed) {
+            useZones(device.zones, item);
             edits.push_back(Edit{target.begin, target.end, std::move(replacement)});
         }
         result.items.push_back(std::move(item));
@@ -671,6 +692,10 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
         result.text.assign(original, originalSize);
         return result;
     }
+    std::string defined = ZoneDefinitions(newZones);
+    if (server.map.lfOnly)
+        defined.erase(std::remove(defined.begin(), defined.end(), '\r'), defined.end());
+    added.insert(0, defined);
     if (!added.empty()) {
         edits.push_back(Edit{server.map.calendarEnd, server.map.calendarEnd, std::move(added)});
     }
