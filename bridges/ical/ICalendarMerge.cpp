@@ -586,23 +586,17 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
     const std::vector<std::string> zones = DefinedZones(original, originalSize);
     std::vector<Edit> edits;
     std::string added;
-    // Zones the merged items name that the original defines no VTIMEZONE
+    // Zones the added items name that the original defines no VTIMEZONE
     // for: written from the time-zone database as a plain export writes
-    // them (one it does not know stays in the item's losses).
+    // them (one it does not know stays in the item's losses). A changed
+    // item keeps the original's form, with or without its zones' VTIMEZONEs.
     std::vector<UsedZone> newZones;
-    const auto useZones = [&](const std::vector<UsedZone>& used, MergedItem& item) {
+    const auto useZones = [&zones, &newZones](const std::vector<UsedZone>& used) {
         for (const UsedZone& z : used) {
             const auto same = [&z](const UsedZone& n) { return n.tzid == z.tzid; };
-            if (z.zone == nullptr || std::find(zones.begin(), zones.end(), z.tzid) != zones.end() ||
-                std::any_of(newZones.begin(), newZones.end(), same))
-                continue;
-            if (server.map.calendarEnd == kNone) {  // no VCALENDAR to hold it
-                item.losses.push_back(Loss{"VTIMEZONE of TZID " + z.tzid, 1, 0,
-                                           Loss::Kind::NotCarried,
-                                           "the original has no VCALENDAR"});
-            } else {
+            if (z.zone != nullptr && std::find(zones.begin(), zones.end(), z.tzid) == zones.end() &&
+                std::none_of(newZones.begin(), newZones.end(), same))
                 newZones.push_back(z);
-            }
         }
     };
     result.items.reserve(spans.size());
@@ -657,7 +651,7 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
                                     component.end());
                 }
                 added += component;
-                useZones(written.zones, item);
+                useZones(written.zones);
                 item.outcome = MergedItem::Outcome::Added;
             }
             result.items.push_back(std::move(item));
@@ -681,7 +675,6 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
         merge.Run(counterpart.component.get(), device.component.get(), sent.component.get(),
                   options.preferDevice, item, replacement);
         if (item.outcome == MergedItem::Outcome::Changed) {
-            useZones(device.zones, item);
             edits.push_back(Edit{target.begin, target.end, std::move(replacement)});
         }
         result.items.push_back(std::move(item));
