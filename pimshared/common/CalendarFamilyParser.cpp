@@ -1,6 +1,8 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/CreatorFrame.h"
@@ -16,12 +18,15 @@ namespace {
 
 // Where a value leaf goes in its property's record.
 enum class eField : unsigned char {
-    Text,      // text[index] := the text
-    Append,    // list[index] += the text
-    Byte,      // number := low 8 bits
-    Word,      // number := low 16 bits
-    DateTime,  // dateTime := the text read as an iCalendar date-time
-    Status,    // a String leaf: text[kMain]; any other: number := low 8 bits
+    None,         // not a value of the property
+    XParamName,   // the name of an extension parameter, waiting for its value
+    XParamValue,  // its value: the pair goes to the property's list
+    Text,         // text[index] := the text
+    Append,       // list[index] += the text
+    Byte,         // number := low 8 bits
+    Word,         // number := low 16 bits
+    DateTime,     // dateTime := the text read as an iCalendar date-time
+    Status,       // a String leaf: text[kMain]; any other: number := low 8 bits
 };
 
 struct tValueRule {
@@ -143,6 +148,100 @@ constexpr tSlotIndex MakeSlotIndex() {
 constexpr tSlotIndex kSlotIndex = MakeSlotIndex();
 static_assert(kNoSlot < 256, "slots fit the index");
 
+// Where each value ID goes in each slot's record, so that a value leaf is
+// placed by one look-up whatever the number of IDs its property takes. Value
+// IDs are numbered densely (kValueColumns) for the per-slot rows.
+struct tValueColumns {
+    unsigned char column[4096];
+    unsigned int count;
+};
+constexpr tValueColumns MakeValueColumns() {
+    tValueColumns columns{};
+    for (unsigned char& c : columns.column) c = 0xFF;
+    const auto add = [&columns](unsigned int valueId) {
+        if (columns.column[valueId] == 0xFF) {
+            columns.column[valueId] = static_cast<unsigned char>(columns.count++);
+        }
+    };
+    for (const tSlotLayout& layout : kSlots) {
+        add(layout.mainValue);
+        for (unsigned int i = 0; i < layout.extraCount; ++i) add(layout.extras[i].valueId);
+    }
+    add(TypeIdValTypeXparamName);
+    add(TypeIdValTypeXparamValue);
+    return columns;
+}
+constexpr tValueColumns kValueColumns = MakeValueColumns();
+constexpr unsigned int kColumnCount = kValueColumns.count;
+// Rows of a power-of-two width keep the look-up a shift.
+constexpr unsigned int kColumnStride = 32;
+static_assert(kColumnCount <= kColumnStride, "a slot's row holds every value column");
+
+struct tPlacement {
+    eField field;  // None where the property does not take the ID
+    unsigned char index;
+};
+struct tPlacements {
+    tPlacement cell[kSlotCount][kColumnStride];
+};
+// The extension parameters win over the values, the main value over an extra
+// of the same ID, and an earlier extra over a later one: the rows are written
+// in the reverse order.
+constexpr tPlacements MakePlacements() {
+    tPlacements placements{};
+    for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
+        const tSlotLayout& layout = kSlots[slot];
+        tPlacement* row = placements.cell[slot];
+        for (unsigned int i = layout.extraCount; i > 0; --i) {
+            const tValueRule& rule = layout.extras[i - 1];
+            row[kValueColumns.column[rule.valueId]] = {rule.field, rule.index};
+        }
+        row[kValueColumns.column[layout.mainValue]] = {layout.mainField, layout.mainIndex};
+        if (layout.xParams) {
+            row[kValueColumns.column[TypeIdValTypeXparamName]] = {eField::XParamName, 0};
+            row[kValueColumns.column[TypeIdValTypeXparamValue]] = {eField::XParamValue, 0};
+        }
+    }
+    return placements;
+}
+constexpr tPlacements kPlacements = MakePlacements();
+
+// Where valueId goes in slot's record (None for an ID the property does not take).
+tPlacement FindPlacement(unsigned int slot, unsigned int valueId) noexcept {
+    const unsigned int column = valueId < 4096 ? kValueColumns.column[valueId] : 0xFFu;
+    return column == 0xFF ? tPlacement{eField::None, 0} : kPlacements.cell[slot][column];
+}
+
+// The lists a slot's values can reach (bit set of list indices), the only
+// ones its reset clears.
+struct tSlotLists {
+    unsigned char slot[kSlotCount];
+};
+constexpr tSlotLists MakeSlotLists() {
+    tSlotLists table{};
+    for (unsigned int i = 0; i < kSlotCount; ++i) {
+        for (unsigned int e = 0; e < kSlots[i].extraCount; ++e) {
+            if (kSlots[i].extras[e].field == eField::Append) {
+                table.slot[i] =
+                    static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].extras[e].index));
+            }
+        }
+        if (kSlots[i].mainField == eField::Append) {
+            table.slot[i] = static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].mainIndex));
+        }
+    }
+    return table;
+}
+constexpr tSlotLists kSlotLists = MakeSlotLists();
+static_assert(kSlotLists.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]] == 7,
+              "the attendee reaches all three lists");
+
+// Out of the store's common path: a list entry may allocate.
+__attribute__((noinline)) bool AppendText(PAL::TVector<const char*>& list,
+                                          const char* text) noexcept {
+    return list.pushBack(text);
+}
+
 unsigned int FindSlot(unsigned int property) noexcept {
     return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
 }
@@ -194,8 +293,10 @@ unsigned int SlotBit(unsigned int property) noexcept {
     return slot == kNoSlot ? 0u : 1u << slot;
 }
 
-CParserEngine::CParserEngine(const tParserItem& item)
+template <typename TReceiver>
+TReceivingEngine<TReceiver>::TReceivingEngine(const tParserItem& item, TReceiver& receiver)
     : CTLVParser(static_cast<ParserCreatorCollection::ITLV&>(*this)),
+      m_receiver(receiver),
       m_item(item),
       m_currentProperty(TypeIdNone),
       m_currentSlot(kNoSlot) {
@@ -208,17 +309,30 @@ CParserEngine::CParserEngine(const tParserItem& item)
     }
 }
 
-CParserEngine::~CParserEngine() = default;
+template <typename TReceiver>
+TReceivingEngine<TReceiver>::~TReceivingEngine() = default;
 
-bool CParserEngine::Report(int code, const char* format, unsigned int first, unsigned int second) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned int first,
+                                         unsigned int second) {
     FormatDiagnostic(m_message, format, static_cast<int>(first), static_cast<int>(second));
-    return ReceiverTrace(code, m_message.c_str());
+    return m_receiver.TraceMessage(code, m_message.c_str());
 }
 
-void CParserEngine::ResetSlot(unsigned int slot) noexcept {
+template <typename TReceiver>
+void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    for (const char*& text : v.text) text = nullptr;
-    for (auto& list : v.list) list.clear();
+    // Clearing all texts at once is cheaper than counting the used ones; the
+    // lists, rarely used, are cleared only where a value can reach them. The
+    // number and the microseconds are the reset state wherever no value
+    // reaches them.
+    std::fill(std::begin(v.text), std::end(v.text), nullptr);
+    const unsigned int lists = kSlotLists.slot[slot];
+    if (lists != 0) {
+        for (unsigned int i = 0; i < 3; ++i) {
+            if ((lists & (1u << i)) != 0) v.list[i].clear();
+        }
+    }
     v.number = kSlots[slot].resetNumber;
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
@@ -226,21 +340,27 @@ void CParserEngine::ResetSlot(unsigned int slot) noexcept {
     v.xParams.clear();
 }
 
-void CParserEngine::SetCurrentProperty(unsigned int typeId) noexcept {
+template <typename TReceiver>
+void TReceivingEngine<TReceiver>::SetCurrentProperty(unsigned int typeId) noexcept {
     m_currentProperty = typeId;
     const unsigned int slot = FindSlot(typeId);
     m_currentSlot =
         slot != kNoSlot && (m_item.gatheredProperties & (1u << slot)) != 0 ? slot : kNoSlot;
 }
 
-bool CParserEngine::IsUnimplemented(unsigned int typeId) const noexcept {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::IsUnimplemented(unsigned int typeId) const noexcept {
     return typeId < m_unimplemented.size() && m_unimplemented[typeId];
 }
 
-bool CParserEngine::Parse(const void* data, const unsigned int& length, const char*& errorText,
-                          unsigned int& consumed) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::Parse(const void* data, const unsigned int& length,
+                                        const char*& errorText, unsigned int& consumed) {
     consumed = 0;
-    for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    for (unsigned int filled = m_filled; filled != 0; filled &= filled - 1) {
+        ResetSlot(static_cast<unsigned int>(__builtin_ctz(filled)));
+    }
+    m_filled = 0;
     if (data == nullptr) {
         m_message.assign("invalid TLV stream");
         errorText = m_message.c_str();
@@ -248,7 +368,7 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
     }
     m_state = ParsingStateBegin;
     const bool ok = ParseInto(*this, data, length, errorText, consumed);
-    if (!ok) ReceiverTrace(kInternal, errorText);
+    if (!ok) m_receiver.TraceMessage(kInternal, errorText);
     CarryPendingName();
     return ok;
 }
@@ -257,7 +377,8 @@ bool CParserEngine::Parse(const void* data, const unsigned int& length, const ch
 // one only until the walk ends, so an item that keeps its pending name across
 // streams copies that one now. Texts in the buffer, the common case, are
 // copied only if they are still pending when Parse returns.
-void CParserEngine::NotePendingNameSource() noexcept {
+template <typename TReceiver>
+void TReceivingEngine<TReceiver>::NotePendingNameSource() noexcept {
     const auto text = reinterpret_cast<std::uintptr_t>(m_pendingName);
     const auto first = reinterpret_cast<std::uintptr_t>(m_data);
     if (text >= first && text - first < m_length) {
@@ -276,7 +397,8 @@ void CParserEngine::NotePendingNameSource() noexcept {
 // name still waiting for its value (as if each Parse began without one); the
 // task keeps its own copy, so a 1014 at the start of the next stream pairs
 // with it.
-void CParserEngine::CarryPendingName() noexcept {
+template <typename TReceiver>
+void TReceivingEngine<TReceiver>::CarryPendingName() noexcept {
     if (!m_item.keepsPendingName || m_pendingName == nullptr) {
         m_pendingName = nullptr;
         return;
@@ -293,13 +415,15 @@ void CParserEngine::CarryPendingName() noexcept {
     }
 }
 
-bool CParserEngine::Unknown(const eClass& elementClass, const unsigned int& typeId, const void*,
-                            const unsigned int&) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::Unknown(const eClass& elementClass, const unsigned int& typeId,
+                                          const void*, const unsigned int&) {
     TraceLine(m_traceLeaf, typeId);
     return Report(kInternal, "Unknown(): Unexpected class: %d  TypeId: %d", elementClass, typeId);
 }
 
-bool CParserEngine::NodeBegin(const unsigned int& typeId) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
     TraceLine(m_traceNodeBegin, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -338,7 +462,9 @@ bool CParserEngine::NodeBegin(const unsigned int& typeId) {
 // A node inside the component (or inside a property: it then replaces the
 // current property). Unknown IDs are let in on purpose: the value store and
 // the property end report them, with the values they carried.
-bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplementedText) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
+                                                const char* unimplementedText) {
     if (IsUnimplemented(typeId)) {
         m_skip = true;
         if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
@@ -350,7 +476,8 @@ bool CParserEngine::BeginProperty(unsigned int typeId, const char* unimplemented
     return true;
 }
 
-bool CParserEngine::NodeEnd(const unsigned int& typeId) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
     TraceLine(m_traceNodeEnd, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -359,7 +486,7 @@ bool CParserEngine::NodeEnd(const unsigned int& typeId) {
         case ParsingStateObjectContext:
             if (typeId == m_currentProperty) return EndProperty(typeId);
             if (typeId == m_item.root) {
-                ReceiverEnd();
+                m_receiver.End();
                 m_state = ParsingStateBegin;
                 return true;
             }
@@ -387,22 +514,26 @@ bool CParserEngine::NodeEnd(const unsigned int& typeId) {
     }
 }
 
-bool CParserEngine::EndProperty(unsigned int typeId) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     bool answer = true;
     if (m_skip) {
         m_skip = false;
     } else {
         answer = CallPropertyCallbackAndResetDataMember(typeId);
     }
-    SetCurrentProperty(TypeIdNone);
+    m_currentProperty = TypeIdNone;
+    m_currentSlot = kNoSlot;
     return answer;
 }
 
-bool CParserEngine::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
     TraceLine(m_traceCallback, typeId);
     bool answer = true;
     if (m_currentSlot != kNoSlot && Deliver(typeId, m_values[m_currentSlot], answer)) {
         ResetSlot(m_currentSlot);
+        m_filled &= ~(1u << m_currentSlot);
         return answer;
     }
     // Values gathered for a property without a receiver operation stay until
@@ -411,7 +542,9 @@ bool CParserEngine::CallPropertyCallbackAndResetDataMember(unsigned int typeId) 
     return true;
 }
 
-bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTlvValue& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafNode(eClass elementClass, unsigned int typeId,
+                                           const uTlvValue& value) {
     TraceLine(m_traceLeaf, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -419,7 +552,7 @@ bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTl
                           "LeafNode(): [state ParsingStateBegin] Unexpected typeId: %d", typeId);
         case ParsingStateObjectContext:
             if (typeId == TypeIdValTypeInstance) {
-                if (!m_skip) ReceiverBegin(NumberOf(elementClass, value));
+                if (!m_skip) m_receiver.Begin(NumberOf(elementClass, value));
                 return true;
             }
             if (typeId == TypeIdValTypeVersion || typeId == TypeIdValTypeObjLevel ||
@@ -432,9 +565,9 @@ bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTl
             // the component counts as inside a property.
             m_state = ParsingStatePropertyContext;
             if (typeId == TypeIdValTypeInstance) {
-                ReceiverBegin(NumberOf(elementClass, value));
+                m_receiver.Begin(NumberOf(elementClass, value));
             } else if (typeId == TypeIdValTypeInstanceName) {
-                ReceiverInstanceName(TextOf(elementClass, value));
+                m_receiver.InstanceName(TextOf(elementClass, value));
             }
             return true;
         case ParsingStatePropertyContext:
@@ -444,45 +577,37 @@ bool CParserEngine::LeafNode(eClass elementClass, unsigned int typeId, const uTl
     }
 }
 
-bool CParserEngine::StorePropertyValue(eClass elementClass, unsigned int typeId,
-                                       const uTlvValue& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsigned int typeId,
+                                                     const uTlvValue& value) {
     if (m_currentSlot == kNoSlot) {
         return Report(kInternal, "storePropertyValue(): Unexpected mCurrentProperty: %d",
                       m_currentProperty);
     }
-    const tSlotLayout& layout = kSlots[m_currentSlot];
     tPropertyValues& v = m_values[m_currentSlot];
-    if (layout.xParams && typeId == TypeIdValTypeXparamName) {
-        m_pendingName = TextOf(elementClass, value);
-        if (m_item.keepsPendingName) NotePendingNameSource();
-        return true;
+    const tPlacement placement = FindPlacement(m_currentSlot, typeId);
+    if (placement.field == eField::None) {
+        return Report(kUnexpected, "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)",
+                      typeId, m_currentProperty);
     }
-    if (layout.xParams && typeId == TypeIdValTypeXparamValue) {
-        return HandleXParamValue(TextOf(elementClass, value));
-    }
-    eField field;
-    unsigned int index;
-    if (typeId == layout.mainValue) {
-        field = layout.mainField;
-        index = layout.mainIndex;
-    } else {
-        const tValueRule* rule = layout.extras;
-        const tValueRule* end = layout.extras + layout.extraCount;
-        while (rule != end && rule->valueId != typeId) ++rule;
-        if (rule == end) {
-            return Report(kUnexpected,
-                          "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)", typeId,
-                          m_currentProperty);
-        }
-        field = rule->field;
-        index = rule->index;
-    }
-    switch (field) {
+    // Marking the slot for a parameter name too costs less than telling it
+    // apart, and a reset of a slot without values changes nothing.
+    m_filled |= 1u << m_currentSlot;
+    const unsigned int index = placement.index;
+    switch (placement.field) {
+        case eField::None:
+            return true;
+        case eField::XParamName:
+            m_pendingName = TextOf(elementClass, value);
+            if (m_item.keepsPendingName) NotePendingNameSource();
+            return true;
+        case eField::XParamValue:
+            return HandleXParamValue(TextOf(elementClass, value));
         case eField::Text:
             v.text[index] = TextOf(elementClass, value);
             return true;
         case eField::Append:
-            return v.list[index].pushBack(TextOf(elementClass, value));
+            return AppendText(v.list[index], TextOf(elementClass, value));
         case eField::Byte:
             v.number = NumberOf(elementClass, value) & 0xFFu;
             return true;
@@ -508,7 +633,8 @@ bool CParserEngine::StorePropertyValue(eClass elementClass, unsigned int typeId,
     return true;
 }
 
-bool CParserEngine::HandleXParamValue(const char* text) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::HandleXParamValue(const char* text) {
     if (m_pendingName == nullptr) {
         return Report(kInternal,
                       "handleXParamValue(): Missing TypeIdValTypeXparamName. Property-TypeId: %d",
@@ -520,58 +646,77 @@ bool CParserEngine::HandleXParamValue(const char* text) {
 }
 
 // Every leaf class funnels into LeafNode: a leaf is interpreted by its type ID.
-bool CParserEngine::LeafInt8(const unsigned int& typeId, const signed char& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafInt8(const unsigned int& typeId, const signed char& value) {
     uTlvValue v;
     v.int8 = value;
     return LeafNode(ParserCreatorCollection::Int8, typeId, v);
 }
-bool CParserEngine::LeafInt16(const unsigned int& typeId, const short& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafInt16(const unsigned int& typeId, const short& value) {
     uTlvValue v;
     v.int16 = value;
     return LeafNode(ParserCreatorCollection::Int16, typeId, v);
 }
-bool CParserEngine::LeafUInt8(const unsigned int& typeId, const unsigned char& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafUInt8(const unsigned int& typeId,
+                                            const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
     return LeafNode(ParserCreatorCollection::UInt8, typeId, v);
 }
-bool CParserEngine::LeafUInt16(const unsigned int& typeId, const unsigned short& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafUInt16(const unsigned int& typeId,
+                                             const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
     return LeafNode(ParserCreatorCollection::UInt16, typeId, v);
 }
-bool CParserEngine::LeafBitfield8(const unsigned int& typeId, const unsigned char& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafBitfield8(const unsigned int& typeId,
+                                                const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
     return LeafNode(ParserCreatorCollection::Bitfield8, typeId, v);
 }
-bool CParserEngine::LeafBitfield16(const unsigned int& typeId, const unsigned short& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafBitfield16(const unsigned int& typeId,
+                                                 const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
     return LeafNode(ParserCreatorCollection::Bitfield16, typeId, v);
 }
-bool CParserEngine::LeafString(const unsigned int& typeId, const char* text) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
     uTlvValue v;
     v.text = text;
     return LeafNode(ParserCreatorCollection::String, typeId, v);
 }
-bool CParserEngine::LeafByteStream(const unsigned int& typeId, const void* data,
-                                   const unsigned int& length) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafByteStream(const unsigned int& typeId, const void* data,
+                                                 const unsigned int& length) {
     uTlvValue v;
     v.bytes.data = data;
     v.bytes.length = length;
     return LeafNode(ParserCreatorCollection::ByteStream, typeId, v);
 }
-bool CParserEngine::LeafUInt32(const unsigned int& typeId, const unsigned int& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafUInt32(const unsigned int& typeId,
+                                             const unsigned int& value) {
     uTlvValue v;
     v.uint32 = value;
     return LeafNode(ParserCreatorCollection::UInt32, typeId, v);
 }
-bool CParserEngine::LeafInt32(const unsigned int& typeId, const int& value) {
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafInt32(const unsigned int& typeId, const int& value) {
     uTlvValue v;
     v.int32 = value;
     return LeafNode(ParserCreatorCollection::Int32, typeId, v);
 }
+
+template class TReceivingEngine<ICalendarReceiver>;
+template class TReceivingEngine<ITaskReceiver>;
+template class TReceivingEngine<INoteReceiver>;
 
 }  // namespace CalendarFamily
 }  // namespace PimShared

@@ -6,10 +6,13 @@
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
+#include "pimshared/calendar/ICalendarReceiver.h"
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/CalendarTypeIds.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/XParam.h"
+#include "pimshared/note/INoteReceiver.h"
+#include "pimshared/task/ITaskReceiver.h"
 #include "platform/CDateAndTime.h"
 #include "platform/CString.h"
 #include "platform/TVector.h"
@@ -97,14 +100,17 @@ struct tParserItem {
 unsigned int SlotBit(unsigned int property) noexcept;
 
 // The parse-state machine of the calendar family, written once for events,
-// tasks and notes. It walks the stream as the CTLVParser's target, checks
-// every element against its state, gathers each property's values and hands
-// them to the item's receiver when the property's node closes. Every event
-// first sends a trace line with code 0; irregularities go out with their code
-// and text and the walk goes on. The item supplies its data (tParserItem) and
-// the receiver calls (the hooks below).
-class CParserEngine : public ParserCreatorCollection::ITLV,
-                      public ParserCreatorCollection::CTLVParser {
+// tasks and notes and compiled once per receiver interface, so that the walk,
+// the trace lines and the frame calls reach the receiver without a hop through
+// the engine. It walks the stream as the CTLVParser's target, checks every
+// element against its state, gathers each property's values and hands them to
+// the item's receiver when the property's node closes. Every event first sends
+// a trace line with code 0; irregularities go out with their code and text and
+// the walk goes on. The item supplies its data (tParserItem) and its property
+// mapping (Deliver).
+template <typename TReceiver>
+class TReceivingEngine : public ParserCreatorCollection::ITLV,
+                         public ParserCreatorCollection::CTLVParser {
   public:
     enum eParsingState : unsigned int {
         ParsingStateBegin = 0,
@@ -113,8 +119,7 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
         ParsingStatePropertyContext = 4,
     };
 
-    explicit CParserEngine(const tParserItem& item);
-    ~CParserEngine() override;
+    ~TReceivingEngine() override;
 
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed) override;
@@ -136,15 +141,14 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     bool LeafInt32(const unsigned int& typeId, const int& value) final;
 
   protected:
-    // The receiver's TraceMessage.
-    virtual bool ReceiverTrace(const int& code, const char* text) = 0;
-    virtual void ReceiverBegin(const unsigned int& instance) = 0;
-    virtual void ReceiverEnd() = 0;
-    virtual void ReceiverInstanceName(const char* name) = 0;
+    TReceivingEngine(const tParserItem& item, TReceiver& receiver);
+
     // Calls the receiver operation of property with its gathered values and
     // sets answer to the receiver's answer; false when the item has no
-    // operation for the property.
+    // operation for the property. Called once per property, not per element.
     virtual bool Deliver(unsigned int property, const tPropertyValues& values, bool& answer) = 0;
+
+    TReceiver& m_receiver;
 
   private:
     bool LeafNode(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
@@ -160,12 +164,16 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     bool IsUnimplemented(unsigned int typeId) const noexcept;
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
-    bool Report(int code, const char* format, unsigned int first, unsigned int second = 0);
+    // Kept out of the element paths: a report is the rare case.
+    __attribute__((noinline, cold)) bool Report(int code, const char* format, unsigned int first,
+                                                unsigned int second = 0);
     // The code-0 line at the start of every event.
     void TraceLine(CTraceLine& line, unsigned int typeId) {
-        const int traceCode = 0;  // code 0: a trace line, not a fault
-        ReceiverTrace(traceCode, line.Format(static_cast<int>(typeId)));
+        m_receiver.TraceMessage(kTraceCode, line.Format(static_cast<int>(typeId)));
     }
+    // Code 0: a trace line, not a fault. A static object, so that passing it
+    // by reference costs no store per line.
+    static constexpr int kTraceCode = 0;
 
     const tParserItem& m_item;
     PAL::CString m_message;
@@ -187,28 +195,17 @@ class CParserEngine : public ParserCreatorCollection::ITLV,
     std::string m_repairedName;
     std::string m_heldName;  // the name carried into the next Parse
     bool m_skip = false;
+    // Slots holding values since their last reset (bit set of slots): only
+    // these are cleared when a stream starts.
+    unsigned int m_filled = 0;
     std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
     tPropertyValues m_values[kPropertySlots];
 };
 
-// The engine bound to one receiver interface: the frame calls and the
-// diagnostics go straight to it; the item adds its property mapping.
-template <typename TReceiver>
-class TReceivingEngine : public CParserEngine {
-  protected:
-    TReceivingEngine(const tParserItem& item, TReceiver& receiver)
-        : CParserEngine(item), m_receiver(receiver) {}
-
-    bool ReceiverTrace(const int& code, const char* text) override {
-        return m_receiver.TraceMessage(code, text);
-    }
-    // The answers of Begin, End and InstanceName do not steer the walk.
-    void ReceiverBegin(const unsigned int& instance) override { m_receiver.Begin(instance); }
-    void ReceiverEnd() override { m_receiver.End(); }
-    void ReceiverInstanceName(const char* name) override { m_receiver.InstanceName(name); }
-
-    TReceiver& m_receiver;
-};
+// Compiled once, in the engine's own source.
+extern template class TReceivingEngine<ICalendarReceiver>;
+extern template class TReceivingEngine<ITaskReceiver>;
+extern template class TReceivingEngine<INoteReceiver>;
 
 // The receiver calls of the properties that events, tasks and notes share,
 // written once for the three receiver interfaces (their operations of the

@@ -35,8 +35,9 @@ bool AlertUnexpectedTypeId(Receiver& receiver, PAL::CString& text, const char* k
     return receiver.TraceMessage(code, text.c_str());
 }
 
-// Decimal digits of every 12-bit number, left-aligned: the numbers of trace
-// lines are type IDs, so their digits are one table read.
+// Decimal digits of every 12-bit number, left-aligned and padded with zero
+// bytes: the numbers of trace lines are type IDs, so their digits, with the
+// text's end after them, are one four-byte copy.
 constexpr unsigned int DigitCount12(unsigned int n) {
     return n > 999 ? 4u : n > 99 ? 3u : n > 9 ? 2u : 1u;
 }
@@ -56,7 +57,7 @@ constexpr tDecimal12 MakeDecimal12() {
 inline constexpr tDecimal12 kDecimal12 = MakeDecimal12();
 
 // A trace line of one fixed head and a number ("NodeBegin():  typeId: 202").
-// The head is written once; each line rewrites only the digits after it, so a
+// The head is written once; each line rewrites only the bytes after it, so a
 // parser that traces every element it reads pays a few stores per element.
 class CTraceLine {
   public:
@@ -64,30 +65,31 @@ class CTraceLine {
     template <std::size_t N>
     explicit CTraceLine(const char (&format)[N]) : m_head(N - 3) {
         static_assert(N >= 3, "a trace line ends with %d");
-        char* text = m_text.overwrite(m_head + kMaxDigits);
-        if (text != nullptr) std::memcpy(text, format, m_head);
+        m_line = m_text.overwrite(m_head + kMaxDigits);
+        if (m_line != nullptr) std::memcpy(m_line, format, m_head);
     }
+    // The line points into its own text's memory.
+    CTraceLine(const CTraceLine&) = delete;
+    CTraceLine& operator=(const CTraceLine&) = delete;
 
     // The line for number; the empty text if memory ran out at construction.
     const char* Format(int number) noexcept {
-        if (m_text.length() < m_head) return "";
+        char* const text = m_line;
+        if (text == nullptr) return "";
         if (static_cast<unsigned int>(number) < 4096) {
-            // A type ID: four digit bytes copied at once (the memory reserved at
-            // construction has room), the line cut after the significant ones.
-            const auto n = static_cast<unsigned int>(number);
-            const std::size_t count = DigitCount12(n);
-            char* text = m_text.overwrite(m_head + count);
-            std::memcpy(text + m_head, kDecimal12.digits[n], 4);
-            text[m_head + count] = 0;
+            // A type ID: the four table bytes hold its digits and, for fewer
+            // than four, the text's end; the fifth byte ends a four-digit one.
+            // The memory reserved at construction has room for both.
+            std::memcpy(text + m_head, kDecimal12.digits[number], 4);
+            text[m_head + 4] = 0;
             return text;
         }
         unsigned int magnitude =
             number < 0 ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
         std::size_t count = number < 0 ? 2 : 1;
         for (unsigned int rest = magnitude; rest >= 10; rest /= 10) ++count;
-        // Within the memory reserved at construction: no growth, head kept.
-        char* text = m_text.overwrite(m_head + count);
         char* out = text + m_head + count;
+        *out = 0;
         do {
             *--out = static_cast<char>('0' + magnitude % 10);
             magnitude /= 10;
@@ -100,6 +102,7 @@ class CTraceLine {
     static constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
     PAL::CString m_text;
     std::size_t m_head;
+    char* m_line = nullptr;  // m_text's memory, reserved once; null if that failed
 };
 
 }  // namespace PimShared
