@@ -38,7 +38,6 @@ done
 
 compare="$(dirname "$tool")/mime-compare"
 textcompare="$(dirname "$tool")/text-compare"
-vcardcompare="$(dirname "$tool")/vcard-compare"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -97,17 +96,13 @@ merge_check() {
   if grep -v -q ': unchanged$' "$work/merge.err"; then
     echo "merge onto itself: $(grep -v -m1 ': unchanged$' "$work/merge.err" | cut -c1-80)"; return
   fi
-  # Cards are compared line for line by vcard-compare (which names the first
-  # difference only), calendars property by property by text-compare.
+  # Cards are compared line for line (text-compare names the first difference
+  # only, so the edited merge of a card is not compared), calendars property
+  # by property.
   local compared=1
-  if [ "$fmt" = vcf ] && [ -x "$vcardcompare" ]; then
-    run "$vcardcompare" "$f" "$work/m.txt" >"$work/tc.out" 2>&1
-    status=$?
-    compared=0
-  else
-    run "$textcompare" --format "$fmt" "$f" "$work/m.txt" >"$work/tc.out" 2>&1
-    status=$?
-  fi
+  [ "$fmt" = vcf ] && compared=0
+  run "$textcompare" --format "$fmt" "$f" "$work/m.txt" >"$work/tc.out" 2>&1
+  status=$?
   if [ "$status" -eq 3 ]; then compared=0
   elif [ "$status" -ne 0 ]; then echo "merge onto itself reads otherwise: $(head -n 1 "$work/tc.out" | cut -c1-80)"; return
   fi

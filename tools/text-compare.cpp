@@ -1,19 +1,33 @@
 // text-compare --format ics|vcf A B: whether two files hold the same
-// calendar (or cards) as the format's reader sees them: the same components
-// in the same nesting and order, and in each the same properties, each with
-// the same parameters (in any order) and value. Exit 0 when equal; 1 with one
-// line per difference on stdout ("VCALENDAR/VEVENT[2] (UID x): SUMMARY
-// differs"); 2 on bad use or a file the reader cannot read; 3 when this build
-// has no reader for the format.
+// calendar (or cards) as the format's reader sees them. Exit 0 when equal; 1
+// with the differences on stdout; 2 on bad use or a file the reader cannot
+// read; 3 when this build has no reader for the format.
+//
+// Calendars are read by libical: the same components in the same nesting and
+// order, and in each the same properties, each with the same parameters (in
+// any order) and value; one line per difference ("VCALENDAR/VEVENT[2] (UID
+// x): SUMMARY differs").
+//
+// Cards are read by the vCard bridge's content-line reader: the same cards in
+// the same order, each with the same content lines in any order. A line is
+// its group, name, parameters (names in upper case, values as a set, TYPE
+// values in lower case, bare 2.1 values as TYPE) and value, decoded:
+// quoted-printable and charsets to UTF-8, base64 to bytes, backslash escapes
+// to characters (each component of a structured value on its own). Folding,
+// line ends, encodings and the order of lines and parameters may differ. The
+// first difference is named ("card 2: only in A: .FN:Jane").
 //
 // tools/corpus-check.sh runs it on every file and its merge onto itself, and
-// on an edited merge to see that exactly the edit changed.
+// on an edited calendar merge to see that exactly the edit changed.
+#ifdef TEXT_COMPARE_ICS
 #include <libical/ical.h>
+#endif
 
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -21,7 +35,14 @@
 #include <string>
 #include <vector>
 
+#ifdef TEXT_COMPARE_VCF
+#include "bridges/vcard/private/ContentLine.h"
+#endif
+
 namespace {
+
+#ifdef TEXT_COMPARE_ICS
+namespace ics {
 
 std::string ReadFile(const char* path) {
     std::ifstream in(path, std::ios::binary);
@@ -167,6 +188,124 @@ int CompareCalendars(const std::string& a, const std::string& b) {
     return Compare(ra.get(), rb.get(), ComponentName(ra.get())) == 0 ? 0 : 1;
 }
 
+}  // namespace ics
+#endif
+
+#ifdef TEXT_COMPARE_VCF
+namespace vcf {
+
+using namespace PimBridge::Vcard;
+
+using Cards = std::vector<std::vector<std::string>>;  // each card's lines, sorted
+
+std::string Lower(std::string text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return text;
+}
+
+// One line as comparable text: "group.NAME;P=v1,v2;...:value".
+std::string Canonical(const ContentLine& line) {
+    std::vector<std::string> params;
+    for (const Param& p : line.params) {
+        if (p.name == "ENCODING" || p.name == "CHARSET") continue;  // decoded already
+        std::vector<std::string> values;
+        for (const std::string& v : p.values) {
+            ForEachListItem(v, [&](std::string_view item) {
+                values.push_back(p.name == "TYPE" ? Lower(std::string(item)) : std::string(item));
+            });
+        }
+        std::sort(values.begin(), values.end());
+        std::string text = p.name + "=";
+        for (const std::string& v : values) text += v + ",";
+        params.push_back(text);
+    }
+    std::sort(params.begin(), params.end());
+    std::string out = Lower(line.group) + "." + line.name;
+    for (const std::string& p : params) out += ";" + p;
+    out += ":";
+    std::string decoded;
+    if (line.base64 && DecodeBase64(line.value, decoded)) {
+        out += "base64 " + decoded;
+        return out;
+    }
+    std::vector<std::string> parts;
+    SplitUnescaped(line.value, ';', parts);
+    for (std::size_t i = 0; i < parts.size(); ++i) out += (i == 0 ? "" : "\x1F") + parts[i];
+    return out;
+}
+
+bool Read(const char* path, Cards& cards, std::string& error) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        error = std::string("cannot read ") + path;
+        return false;
+    }
+    std::stringstream buffer;
+    buffer << in.rdbuf();
+    const std::string text = buffer.str();
+    Reader reader(text.data(), text.size());
+    ContentLine line;
+    int depth = 0;
+    for (;;) {
+        const Reader::Result r = reader.Next(line, error);
+        if (r == Reader::Result::End) break;
+        if (r == Reader::Result::Malformed) {
+            error = std::string(path) + ":" + std::to_string(reader.LineNumber()) + ": " + error;
+            return false;
+        }
+        const bool frame = SameName(line.value, "VCARD");
+        if (line.name == "BEGIN" && frame && depth++ == 0) {
+            cards.emplace_back();
+            reader.Version21(false);
+            continue;
+        }
+        if (line.name == "END" && frame && depth > 0 && --depth == 0) {
+            std::sort(cards.back().begin(), cards.back().end());
+            continue;
+        }
+        if (depth == 0) continue;
+        if (line.name == "VERSION") reader.Version21(line.value == "2.1");
+        cards.back().push_back(Canonical(line));
+    }
+    return true;
+}
+
+// Cards are compared card by card in order, each as a set of lines; the
+// first difference is named.
+int CompareCards(const char* first, const char* second) {
+    const char* files[] = {first, second};
+    Cards a, b;
+    std::string error;
+    if (!Read(files[0], a, error) || !Read(files[1], b, error)) {
+        std::cerr << error << "\n";
+        return 2;
+    }
+    for (std::size_t i = 0; i < a.size() || i < b.size(); ++i) {
+        if (i >= a.size() || i >= b.size()) {
+            std::cout << "card " << i + 1 << " only in " << files[i >= a.size() ? 1 : 0] << "\n";
+            return 1;
+        }
+        std::vector<std::string> onlyA, onlyB;
+        std::set_difference(a[i].begin(), a[i].end(), b[i].begin(), b[i].end(),
+                            std::back_inserter(onlyA));
+        std::set_difference(b[i].begin(), b[i].end(), a[i].begin(), a[i].end(),
+                            std::back_inserter(onlyB));
+        if (!onlyA.empty() || !onlyB.empty()) {
+            std::cout << "card " << i + 1 << ": "
+                      << (!onlyA.empty() ? "only in A: " + onlyA.front()
+                                         : "only in B: " + onlyB.front())
+                      << "\n";
+            return 1;
+        }
+    }
+    return 0;
+}
+
+}  // namespace vcf
+#endif
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -185,13 +324,22 @@ int main(int argc, char** argv) {
         return 2;
     }
     if (format == "vcf") {
+#ifdef TEXT_COMPARE_VCF
+        return vcf::CompareCards(files[0], files[1]);
+#else
         std::cerr << "text-compare: no vCard reader in this build\n";
         return 3;
+#endif
     }
+#ifdef TEXT_COMPARE_ICS
     try {
-        return CompareCalendars(ReadFile(files[0]), ReadFile(files[1]));
+        return ics::CompareCalendars(ics::ReadFile(files[0]), ics::ReadFile(files[1]));
     } catch (const std::exception& e) {
         std::cerr << "text-compare: " << e.what() << '\n';
         return 2;
     }
+#else
+    std::cerr << "text-compare: no iCalendar reader in this build\n";
+    return 3;
+#endif
 }

@@ -24,6 +24,7 @@
 #include <cstddef>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "bridges/common/Bridge.h"
@@ -162,6 +163,12 @@ inline MergeDecision Decide(bool deviceChanged, bool originalChanged, bool sides
     return d;
 }
 
+// Marks an item that could not be read or placed, saying why.
+inline void Fail(MergedItem& item, std::string why) {
+    item.outcome = MergedItem::Outcome::Failed;
+    item.diagnostics.push_back(Diagnostic{0, std::move(why)});
+}
+
 // One item of the report in words: "unchanged", "added", "changed: SUMMARY
 // changed, LOCATION removed", each conflict after it ("conflict: SUMMARY,
 // server's value kept"), "failed: why".
@@ -176,8 +183,9 @@ inline std::string Describe(const MergedItem& item) {
             break;
         case MergedItem::Outcome::Failed:
             said = "failed";
-            for (std::size_t i = 0; i < item.diagnostics.size(); ++i) {
-                said += (i == 0 ? ": " : "; ") + item.diagnostics[i].text;
+            for (const Diagnostic& d : item.diagnostics) {
+                if (d.text.empty()) continue;  // a parser code without words
+                said += (said.size() == 6 ? ": " : "; ") + d.text;
             }
             break;
         case MergedItem::Outcome::Changed:

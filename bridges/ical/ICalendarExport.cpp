@@ -101,12 +101,6 @@ icalparameter* MakeParam(const char* name, const char* value) {
     return param;
 }
 
-// A zone an item's time names, and whether the time-zone database knows it.
-struct UsedZone {
-    std::string tzid;
-    icaltimezone* zone;
-};
-
 // Builds the component of one item from the parser's calls.
 class ComponentWriter {
   public:
@@ -570,6 +564,10 @@ void AddCalendarText(icalcomponent* calendar, const CalendarText& t, const char*
     icalcomponent_add_property(calendar, p);
 }
 
+}  // namespace
+
+namespace Ical {
+
 // A VTIMEZONE for every zone the items name that the time-zone database
 // knows, from its definition there, under the very TZID the items use.
 std::string ZoneDefinitions(const std::vector<UsedZone>& zones) {
@@ -587,10 +585,6 @@ std::string ZoneDefinitions(const std::vector<UsedZone>& zones) {
     }
     return text;
 }
-
-}  // namespace
-
-namespace Ical {
 
 const char* ItemKindName(const ItemSpan& span) {
     const ItemForm* form = FormOf(span);
@@ -615,6 +609,7 @@ BuiltItem BuildItem(const std::uint8_t* data, const ItemSpan& span, bool stamp,
     if (stamp) writer.AddStamp();
     item.losses = writer.TakeLosses();
     built.instance = writer.Instance();
+    built.zones = writer.Zones();
     return built;
 }
 

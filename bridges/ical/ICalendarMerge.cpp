@@ -550,11 +550,6 @@ struct Edit {
     std::string text;
 };
 
-void Fail(MergedItem& item, std::string why) {
-    item.outcome = MergedItem::Outcome::Failed;
-    item.diagnostics.push_back(Diagnostic{0, std::move(why)});
-}
-
 }  // namespace
 
 MergeResult MergeICalendar(const char* original, std::size_t originalSize, const std::uint8_t* data,
@@ -591,6 +586,19 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
     const std::vector<std::string> zones = DefinedZones(original, originalSize);
     std::vector<Edit> edits;
     std::string added;
+    // Zones the added items name that the original defines no VTIMEZONE
+    // for: written from the time-zone database as a plain export writes
+    // them (one it does not know stays in the item's losses). A changed
+    // item keeps the original's form, with or without its zones' VTIMEZONEs.
+    std::vector<UsedZone> newZones;
+    const auto useZones = [&zones, &newZones](const std::vector<UsedZone>& used) {
+        for (const UsedZone& z : used) {
+            const auto same = [&z](const UsedZone& n) { return n.tzid == z.tzid; };
+            if (z.zone != nullptr && std::find(zones.begin(), zones.end(), z.tzid) == zones.end() &&
+                std::none_of(newZones.begin(), newZones.end(), same))
+                newZones.push_back(z);
+        }
+    };
     result.items.reserve(spans.size());
     for (const ItemSpan& span : spans) {
         MergedItem item;
@@ -643,6 +651,7 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
                                     component.end());
                 }
                 added += component;
+                useZones(written.zones);
                 item.outcome = MergedItem::Outcome::Added;
             }
             result.items.push_back(std::move(item));
@@ -676,6 +685,10 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
         result.text.assign(original, originalSize);
         return result;
     }
+    std::string defined = ZoneDefinitions(newZones);
+    if (server.map.lfOnly)
+        defined.erase(std::remove(defined.begin(), defined.end(), '\r'), defined.end());
+    added.insert(0, defined);
     if (!added.empty()) {
         edits.push_back(Edit{server.map.calendarEnd, server.map.calendarEnd, std::move(added)});
     }

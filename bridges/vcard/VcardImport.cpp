@@ -396,10 +396,8 @@ void Importer::NonStandard(const ContentLine& line) {
 void Importer::Property(const ContentLine& line) {
     m_line = line.line;
     if (line.fallback != nullptr) {
-        std::string from = "from ";
-        for (const char* c = line.fallback; *c != '\0'; ++c)
-            from += *c >= 'A' && *c <= 'Z' ? static_cast<char>(*c - 'A' + 'a') : *c;
-        m_losses.Add(line.name, m_line, Loss::Kind::Converted, std::move(from));
+        m_losses.Add(line.name, m_line, Loss::Kind::Converted,
+                     std::string("from ") + line.fallback);
     }
     if (m_agentPending) {
         m_agentPending = false;

@@ -51,13 +51,13 @@ struct Card {
     std::string uid;  // empty when none
     std::vector<Unit> units;
     bool keyed = false;  // keys computed
-    bool matched = false;
 };
 
 struct Text {
     const char* data = nullptr;
     std::size_t size = 0;
     std::vector<Card> cards;
+    ComponentMatcher matcher;  // over cards, filled by Scan
 };
 
 // The cards of text and where their lines are; false with error and line for
@@ -88,6 +88,7 @@ bool Scan(Text& text, std::string& error, unsigned int& errorLine) {
             continue;  // text outside any card stays as it is
         }
         if (line.name == "END"sv && vcard) {
+            text.matcher.Add(card->uid);
             card->endLine = start;
             card->end = reader.Position();
             card = nullptr;
@@ -179,7 +180,6 @@ class Merger {
         if (!writer) writer = std::make_unique<CardWriter>(version);
         return *writer;
     }
-    static int Match(std::vector<Card>& cards, const CardLines& item);
     void Keys(const Text& text, Card& card, Version version);
     std::vector<std::string> Target(const Card& original, const Card& base,
                                     const std::vector<std::string>& device, MergedItem& report);
@@ -193,22 +193,6 @@ class Merger {
     std::array<std::unique_ptr<CardWriter>, 3> m_writers;
     CardLines m_lines;
 };
-
-// The card an item belongs to (see Merge.h), or -1 when none.
-int Merger::Match(std::vector<Card>& cards, const CardLines& item) {
-    const auto instance = static_cast<std::size_t>(item.instance);
-    if (!item.uid.empty()) {
-        if (instance < cards.size() && !cards[instance].matched && cards[instance].uid == item.uid)
-            return static_cast<int>(instance);
-        for (std::size_t i = 0; i < cards.size(); ++i) {
-            if (!cards[i].matched && cards[i].uid == item.uid) return static_cast<int>(i);
-        }
-        return -1;
-    }
-    if (instance < cards.size() && !cards[instance].matched && cards[instance].uid.empty())
-        return static_cast<int>(instance);
-    return -1;
-}
 
 // Each line of the card on its own through import and export, written as
 // lines of version.
@@ -293,14 +277,11 @@ std::vector<std::string> Merger::Target(const Card& original, const Card& base,
     std::vector<std::string> target;
     for (const std::string& n : names) {
         if (n == "REV") continue;
-        const bool deviceChanged = !same(d[n], b[n]);
-        const bool originalChanged = !same(o[n], b[n]);
-        bool takeDevice = deviceChanged && !originalChanged;
-        if (deviceChanged && originalChanged && !same(d[n], o[n])) {
-            takeDevice = m_options.preferDevice;
-            report.conflicts.push_back({n, takeDevice});
-        }
-        for (std::string& line : takeDevice ? d[n] : o[n]) target.push_back(std::move(line));
+        const MergeDecision decision =
+            Decide(!same(d[n], b[n]), !same(o[n], b[n]), same(d[n], o[n]), m_options.preferDevice);
+        if (decision.conflict) report.conflicts.push_back({n, decision.takeDevice});
+        for (std::string& line : decision.takeDevice ? d[n] : o[n])
+            target.push_back(std::move(line));
     }
     return target;
 }
@@ -428,22 +409,21 @@ MergeResult Merger::Run(const std::uint8_t* data, std::size_t size) {
             report.diagnostics = m_lines.item.diagnostics;
             report.losses = m_lines.item.losses;
             if (report.malformed) {  // a stream cut short would remove what it lost
-                report.outcome = MergedItem::Outcome::Failed;
+                Fail(report, "its stream is malformed; the original is left as it was");
                 return true;
             }
-            const int at = Match(m_original.cards, m_lines);
-            if (at < 0) {
+            const std::size_t at = m_original.matcher.Match(m_lines.uid, m_lines.instance);
+            if (at == ComponentMatcher::kNone) {
                 report.outcome = MergedItem::Outcome::Added;
                 appended.append("BEGIN:VCARD").append(m_eol).append("VERSION:3.0").append(m_eol);
                 for (const OutLine& line : m_lines.lines) EmitLine(appended, line, m_eol);
                 appended.append("END:VCARD").append(m_eol);
                 return true;
             }
-            Card& card = m_original.cards[static_cast<std::size_t>(at)];
-            card.matched = true;
-            replaced[static_cast<std::size_t>(at)] = true;
-            std::string& out = merged[static_cast<std::size_t>(at)];
-            const ImportedItem& own = imported.items[static_cast<std::size_t>(at)];
+            Card& card = m_original.cards[at];
+            replaced[at] = true;
+            std::string& out = merged[at];
+            const ImportedItem& own = imported.items[at];
             const bool threeWay = m_options.base != nullptr;
             if (!threeWay && own.size == span.size &&
                 std::memcmp(stream, imported.streams.data() + own.offset, span.size) == 0) {
@@ -456,10 +436,9 @@ MergeResult Merger::Run(const std::uint8_t* data, std::size_t size) {
             std::vector<std::string> device;
             for (OutLine& line : m_lines.lines) device.push_back(std::move(line.text));
             if (threeWay) {
-                const int b = Match(m_base.cards, m_lines);
-                if (b >= 0) {
-                    Card& base = m_base.cards[static_cast<std::size_t>(b)];
-                    base.matched = true;
+                const std::size_t b = m_base.matcher.Match(m_lines.uid, m_lines.instance);
+                if (b != ComponentMatcher::kNone) {
+                    Card& base = m_base.cards[b];
                     Keys(m_base, base, card.version);
                     device = Target(card, base, device, report);
                 }

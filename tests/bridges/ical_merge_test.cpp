@@ -169,6 +169,54 @@ TEST(IcalMerge, NewItemsAreAddedAndUnmatchedComponentsStay) {
     EXPECT_EQ(r.text.rfind(end), r.text.size() - end.size()) << r.text;
 }
 
+// An added item that names a zone the original defines no VTIMEZONE for gets
+// the database's definition, once, before the new components; a zone the
+// database does not know is reported, one the original defines is not added.
+TEST(IcalMerge, ZonesTheOriginalLacks) {
+    const std::string custom =
+        "BEGIN:VTIMEZONE\r\nTZID:Z\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000"
+        "\r\nTZOFFSETFROM:+0100\r\nTZOFFSETTO:+0100\r\nEND:STANDARD\r\n"
+        "END:VTIMEZONE\r\n";
+    const auto at = [](const char* uid, const char* tzid) {
+        return std::string("BEGIN:VEVENT\r\nUID:") + uid + "\r\nDTSTART;TZID=" + tzid +
+               ":20250105T100000\r\nEND:VEVENT\r\n";
+    };
+    struct Case {
+        const char* name;
+        std::string device;             // after the original's event u1, as it was
+        std::string zones;              // the TZIDs of the VTIMEZONEs added, in order
+        std::vector<std::string> lost;  // losses of the second item
+    };
+    const Case cases[] = {
+        {"new item, known zone", at("n", "Europe/Berlin"), "Europe/Berlin", {}},
+        {"two new items, one zone",
+         at("n", "Europe/Berlin") + at("m", "Europe/Berlin"),
+         "Europe/Berlin",
+         {}},
+        {"new item, unknown zone", at("n", "Mars/Olympus"), "", {"VTIMEZONE of TZID Mars/Olympus"}},
+        {"new item, zone of the original", at("n", "Z"), "", {}},
+    };
+    const std::string original = Cal(custom + Event("SUMMARY:a\r\n"));
+    for (const Case& c : cases) {
+        const MergeResult r = Merge(original, Cal(Event("SUMMARY:a\r\n") + c.device));
+        ASSERT_TRUE(r.ok) << c.name << ": " << r.error;
+        std::string zones;
+        const std::size_t firstNew = r.text.find("BEGIN:VEVENT\r\nUID:n");
+        for (std::size_t p = r.text.find("BEGIN:VTIMEZONE"); p != std::string::npos;
+             p = r.text.find("BEGIN:VTIMEZONE", p + 1)) {
+            const std::size_t id = r.text.find("TZID:", p) + 5;
+            const std::string tzid = r.text.substr(id, r.text.find_first_of("\r\n", id) - id);
+            if (tzid == "Z") continue;
+            EXPECT_LT(p, firstNew) << c.name;
+            zones += tzid;
+        }
+        EXPECT_EQ(zones, c.zones) << c.name << "\n" << r.text;
+        std::vector<std::string> lost;
+        for (const PimBridge::Loss& l : r.items.at(1).losses) lost.push_back(l.name);
+        EXPECT_EQ(lost, c.lost) << c.name;
+    }
+}
+
 // A property changed on the device, in the original since the base was
 // sent, or on both: who wins, and what the report says.
 TEST(IcalMerge, ThreeWay) {

@@ -221,6 +221,10 @@ TEST(VcardImport, WhatUsedToChangeSilentlyArrivesIntactOrIsNamed) {
          "FN:Caf\xC3\xA9"},
         {"3.0", "NOTE:\x80 5", "Note(\xE2\x82\xAC 5|-|[])", "NOTE from windows-1252",
          "NOTE:\xE2\x82\xAC 5"},
+        // A byte Windows-1252 leaves undefined reads as the control of its number,
+        // as in the other bridges, and the euro beside it stays a euro.
+        {"3.0", "NOTE:\x80\x81", "Note(\xE2\x82\xAC\xC2\x81|-|[])", "NOTE from windows-1252",
+         "NOTE:\xE2\x82\xAC\xC2\x81"},
         {"3.0", "TITLE;CHARSET=UTF-8:M\xFCller", "Title(M\xC3\xBCller|-|[])",
          "TITLE from windows-1252, TITLE;CHARSET=UTF-8", "TITLE:M\xC3\xBCller"},
         {"4.0", "N:Stevenson;John;Philip,Paul;Dr.;Jr.,M.D.",

@@ -28,25 +28,11 @@ std::vector<std::uint8_t> Streams(const std::string& deviceText) {
     return r.streams;
 }
 
-// "unchanged", "added", or "changed ~FN -TEL +NOTE", items separated by " | ";
-// conflicts as "!NAME(device|original)".
+// The report in the words the tool prints, items separated by " | ".
 std::string Report(const MergeResult& r) {
     std::string s;
-    for (const MergedItem& item : r.items) {
-        if (!s.empty()) s += " | ";
-        using O = MergedItem::Outcome;
-        s += item.outcome == O::Unchanged ? "unchanged"
-             : item.outcome == O::Changed ? "changed"
-             : item.outcome == O::Added   ? "added"
-                                          : "failed";
-        for (const PimBridge::PropertyChange& c : item.changes) {
-            using K = PimBridge::PropertyChange::Kind;
-            s += c.kind == K::Added ? " +" : c.kind == K::Removed ? " -" : " ~";
-            s += c.name;
-        }
-        for (const PimBridge::Conflict& c : item.conflicts)
-            s += " !" + c.name + (c.deviceWon ? "(device)" : "(original)");
-    }
+    for (const MergedItem& item : r.items)
+        (s += s.empty() ? "" : " | ") += PimBridge::Describe(item);
     return s;
 }
 
@@ -91,27 +77,27 @@ TEST_F(VcardMerge, EachRuleOnOneCardInEachVersion) {
          {"FN:A", "GENDER:F", "TEL:1", "TEL:2", "ANNIVERSARY:20000101", "REV:20200101T000000Z"},
          {"FN:B", "TEL:2", "NOTE:new"},
          {"FN:B", "GENDER:F", "TEL:2", "ANNIVERSARY:20000101", kRev, "NOTE:new"},
-         "changed ~FN -TEL +NOTE"},
+         "changed: FN changed, TEL removed, NOTE added"},
         {"the group and parameters the contact cannot carry stay on a changed line",
          "3.0",
          {"FN:A", "URL;TYPE=work:http://a", "item2.EMAIL;PID=1:a@b.c"},
          {"FN:A", "URL:http://b", "EMAIL:c@d.e"},
          {"FN:A", "URL;TYPE=work:http://b", "item2.EMAIL;PID=1:c@d.e", kRev},
-         "changed ~URL ~EMAIL"},
+         "changed: URL changed, EMAIL changed"},
         {"2.1 stays 2.1: bare types, quoted-printable UTF-8",
          "2.1",
          {"FN:A", "TEL;HOME;VOICE:1", "NOTE:x"},
          {"FN:A", "TEL;TYPE=home,voice:1", "NOTE:M\xC3\xBCller\\nzwei"},
          {"FN:A", "TEL;HOME;VOICE:1",
           "NOTE;ENCODING=QUOTED-PRINTABLE;CHARSET=UTF-8:M=C3=BCller=0D=0Azwei", kRev},
-         "changed ~NOTE"},
+         "changed: NOTE changed"},
         {"4.0 stays 4.0: PREF, tel: URIs, data: URIs",
          "4.0",
          {"FN:A", "TEL;VALUE=uri;TYPE=cell;PREF=1:tel:+491", "KIND:individual"},
          {"FN:A", "TEL;TYPE=cell,pref;VALUE=uri:tel:+492", "PHOTO;ENCODING=b;TYPE=image/png:AAEC"},
          {"FN:A", "TEL;TYPE=cell;PREF=1;VALUE=uri:tel:+492", "KIND:individual",
           "PHOTO:data:image/png;base64,AAEC", kRev},
-         "changed ~TEL +PHOTO"},
+         "changed: TEL changed, PHOTO added"},
     };
     for (const Rule& rule : rules) {
         const std::string original = Card(rule.version, rule.original);
@@ -133,7 +119,7 @@ TEST_F(VcardMerge, ItemsFindTheirCardsByUidThenPosition) {
                                Card("3.0", {"UID:u9", "FN:New"});
     const MergeResult r = Merge(original, device);
     // By UID whatever the position; the card without UID by its position (2).
-    EXPECT_EQ(Report(r), "unchanged | changed ~FN | changed ~FN | added");
+    EXPECT_EQ(Report(r), "unchanged | changed: FN changed | changed: FN changed | added");
     EXPECT_EQ(r.text, "X-OUTSIDE:before\r\n" + Card("3.0", {"UID:u1", "FN:One!", kRev}) +
                           Card("3.0", {"UID:u2", "FN:Two"}) + Card("3.0", {"FN:Three!", kRev}) +
                           Card("3.0", {"UID:u9", "FN:New"}) + "X-OUTSIDE:after\r\n");
@@ -156,12 +142,13 @@ TEST_F(VcardMerge, ThreeWayTakesEachSidesChangesAndResolvesConflicts) {
     options.base = base.data();
     options.baseSize = base.size();
     const MergeResult serverWins = Merge(original, device, options);
-    EXPECT_EQ(Report(serverWins), "changed ~FN !TITLE(original)");
+    EXPECT_EQ(Report(serverWins), "changed: FN changed; conflict: TITLE, server's value kept");
     EXPECT_EQ(serverWins.text, Card("3.0", {"UID:u", "FN:B", "NOTE:server", "TITLE:server", kRev}));
 
     options.preferDevice = true;
     const MergeResult deviceWins = Merge(original, device, options);
-    EXPECT_EQ(Report(deviceWins), "changed ~FN ~TITLE !TITLE(device)");
+    EXPECT_EQ(Report(deviceWins),
+              "changed: FN changed, TITLE changed; conflict: TITLE, device's value taken");
     EXPECT_EQ(deviceWins.text, Card("3.0", {"UID:u", "FN:B", "NOTE:server", "TITLE:device", kRev}));
 
     // What the device sent back unchanged changes nothing, whatever the server did.
@@ -196,7 +183,7 @@ TEST_F(VcardMerge, BadInputIsAClearErrorOrAFailedItem) {
     cut[2] = static_cast<std::uint8_t>(cut[2] - 1);
     r = MergeVcard(original.data(), original.size(), cut.data(), cut.size());
     ASSERT_TRUE(r.ok) << r.error;
-    EXPECT_EQ(Report(r), "failed");
+    EXPECT_EQ(Report(r), "failed: its stream is malformed; the original is left as it was");
     EXPECT_EQ(r.text, original);
 }
 

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "bridges/common/Bridge.h"
 #include "bridges/common/ItemStreams.h"
@@ -20,11 +22,22 @@ struct ComponentDeleter {
 };
 using ComponentPtr = std::unique_ptr<icalcomponent, ComponentDeleter>;
 
-struct BuiltItem {
-    ComponentPtr component;      // null when the stream is no event, task or note
-    const char* kind = nullptr;  // "event", "task", "note"
-    unsigned int instance = 0;   // as the stream gives it
+// A zone an item's time names, and whether the time-zone database knows it.
+struct UsedZone {
+    std::string tzid;
+    icaltimezone* zone;
 };
+
+struct BuiltItem {
+    ComponentPtr component;       // null when the stream is no event, task or note
+    const char* kind = nullptr;   // "event", "task", "note"
+    unsigned int instance = 0;    // as the stream gives it
+    std::vector<UsedZone> zones;  // the zones its times name, in order of first use
+};
+
+// A VTIMEZONE for every zone of zones that the time-zone database knows, from
+// its definition there, under the very TZID the items use.
+std::string ZoneDefinitions(const std::vector<UsedZone>& zones);
 
 // "event", "task" or "note" for an item iCalendar holds, else null.
 const char* ItemKindName(const ItemSpan& span);

@@ -11,8 +11,6 @@
 namespace PimBridge {
 namespace mime {
 
-const char* const kFallbackCharset = "windows-1252";
-
 std::string Unreadable(const std::string& charset, std::string_view bytes, bool partial) {
     iconv_t cd = g_mime_iconv_open("UTF-8", charset.c_str());
     if (cd == reinterpret_cast<iconv_t>(-1)) return "unknown charset " + charset;

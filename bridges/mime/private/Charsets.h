@@ -11,11 +11,10 @@
 #include <string>
 #include <string_view>
 
+#include "bridges/common/Charset.h"
+
 namespace PimBridge {
 namespace mime {
-
-// The charset every byte reads in, for text whose own charset fails.
-extern const char* const kFallbackCharset;
 
 // Why bytes do not read in charset ("unknown charset x-foo", "bytes not
 // valid in utf-8"), or empty. A value cut into pieces may end inside a

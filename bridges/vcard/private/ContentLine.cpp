@@ -1,5 +1,7 @@
 #include "bridges/vcard/private/ContentLine.h"
 
+#include "bridges/common/Charset.h"
+
 #include <iconv.h>
 
 #include <array>
@@ -90,23 +92,6 @@ bool ValidUtf8(std::string_view s) {
         i += len;
     }
     return true;
-}
-
-// Every byte as the character of the same number: the last resort for bytes
-// that are no text of any charset tried before.
-void Latin1ToUtf8(std::string& text) {
-    std::string out;
-    out.reserve(text.size() * 2);
-    for (char ch : text) {
-        const auto c = static_cast<unsigned char>(ch);
-        if (c < 0x80) {
-            out += ch;
-        } else {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    text.swap(out);
 }
 
 // Converts text from charset to UTF-8; false (text unchanged) when the charset
@@ -333,11 +318,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
             // knows: old writers meant Windows-1252 (Latin-1 with printable
             // characters where Latin-1 has control codes). The caller reports
             // the conversion.
+            std::string converted;
+            AppendWindows1252AsUtf8(out.value.data(), out.value.size(), converted);
+            out.value.swap(converted);
             out.fallback = kFallbackCharset;
-            if (!ConvertCharset(kFallbackCharset, out.value)) {
-                out.fallback = "ISO-8859-1";
-                Latin1ToUtf8(out.value);
-            }
         }
         if (out.value.find('\0') != std::string::npos) {  // =00, or a charset's U+0000
             error = "a NUL character in the decoded value";

@@ -17,9 +17,6 @@
 
 namespace PimBridge::Vcard {
 
-// What 8-bit text without a (known) charset is read as.
-inline constexpr const char* kFallbackCharset = "WINDOWS-1252";
-
 struct Param {
     std::string name;                 // upper case
     std::vector<std::string> values;  // quotes removed; a bare 2.1 parameter is one TYPE value
