@@ -7,10 +7,6 @@
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "platform/PalExport.h"
 
-namespace PimShared {
-class CTLVCreatorFrame;
-}
-
 namespace ParserCreatorCollection {
 
 // Builds one TLV stream from nested NodeBegin / leaf / NodeEnd calls. Nothing
@@ -67,11 +63,14 @@ class PIMTLV_API CTLVCreator final : private ITLV {
     // stream through it.
     ITLV& AsTarget() noexcept { return *this; }
 
+    /// The writing engine behind this creator.
     class CTLVCreatorImpl;
+    /// The engine, through which the library's item creators write without a
+    /// call per element. Its definition is internal to the library: outside
+    /// it, this is an opaque handle.
+    CTLVCreatorImpl* Engine() noexcept { return m_impl.get(); }
 
   private:
-    // The library's item creators write through the engine directly.
-    friend class PimShared::CTLVCreatorFrame;
     std::unique_ptr<CTLVCreatorImpl> m_impl;
 };
 
