@@ -34,6 +34,24 @@ class PIMTLV_API ICallstackReceiver {
     ICallstackReceiver& operator=(const ICallstackReceiver&) = default;
 };
 
+// A ICallstackReceiver that answers true to every call and keeps nothing: derive
+// from it and override only the calls you need.
+class CCallstackReceiverBase : public ICallstackReceiver {
+  public:
+    bool Begin(const unsigned int& /*kind*/, const unsigned int& /*instance*/) override {
+        return true;
+    }
+    bool End() override { return true; }
+    bool CallByte(const unsigned char& /*value*/) override { return true; }
+    bool CallText1(const char* /*text*/) override { return true; }
+    bool CallText2(const char* /*text*/) override { return true; }
+    bool CallText3(const char* /*text*/) override { return true; }
+    bool CallText4(const char* /*text*/) override { return true; }
+    bool CallText5(const char* /*text*/) override { return true; }
+    bool CallFlag(const bool& /*value*/) override { return true; }
+    bool TraceMessage(const int& /*code*/, const char* /*text*/) override { return true; }
+};
+
 }  // namespace PimShared
 
 #endif

@@ -94,12 +94,13 @@ class PIMTLV_API ISMSAttributes {
     virtual bool TimestampLocal(const char* text) = 0;
     virtual bool Priority(const ePriority& priority) = 0;
 
-    virtual ~ISMSAttributes() = default;
-
   protected:
     ISMSAttributes() = default;
     ISMSAttributes(const ISMSAttributes&) = default;
     ISMSAttributes& operator=(const ISMSAttributes&) = default;
+    // Not virtual: the creator and the receiver that derive from this put
+    // their own calls right after the attributes, and own the destructor.
+    ~ISMSAttributes() = default;
 };
 
 }  // namespace PimShared

@@ -14,6 +14,7 @@ class PIMTLV_API ISMSCreator : public ISMSAttributes {
     // The finished stream; the bytes stay owned by the creator until the next
     // GetData, Reset or its destruction.
     virtual bool GetData(const void*& data, unsigned int& length) = 0;
+    virtual ~ISMSCreator() = default;
 };
 
 }  // namespace PimShared

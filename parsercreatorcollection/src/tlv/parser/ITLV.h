@@ -56,6 +56,43 @@ class PIMTLV_API ITLV {
 // "Node Begin" for 8), or null for 11 to 15.
 PIMTLV_API const char* ClassDisplayName(unsigned int elementClass) noexcept;
 
+// An ITLV that answers true to every event and keeps nothing: derive from it
+// and override only the events you need.
+class CTLVBase : public ITLV {
+  public:
+    bool Unknown(const eClass& /*elementClass*/, const unsigned int& /*typeId*/,
+                 const void* /*value*/, const unsigned int& /*length*/) override {
+        return true;
+    }
+    bool NodeBegin(const unsigned int& /*typeId*/) override { return true; }
+    bool NodeEnd(const unsigned int& /*typeId*/) override { return true; }
+    bool LeafInt8(const unsigned int& /*typeId*/, const signed char& /*value*/) override {
+        return true;
+    }
+    bool LeafInt16(const unsigned int& /*typeId*/, const short& /*value*/) override { return true; }
+    bool LeafUInt8(const unsigned int& /*typeId*/, const unsigned char& /*value*/) override {
+        return true;
+    }
+    bool LeafUInt16(const unsigned int& /*typeId*/, const unsigned short& /*value*/) override {
+        return true;
+    }
+    bool LeafBitfield8(const unsigned int& /*typeId*/, const unsigned char& /*value*/) override {
+        return true;
+    }
+    bool LeafBitfield16(const unsigned int& /*typeId*/, const unsigned short& /*value*/) override {
+        return true;
+    }
+    bool LeafString(const unsigned int& /*typeId*/, const char* /*text*/) override { return true; }
+    bool LeafByteStream(const unsigned int& /*typeId*/, const void* /*data*/,
+                        const unsigned int& /*length*/) override {
+        return true;
+    }
+    bool LeafUInt32(const unsigned int& /*typeId*/, const unsigned int& /*value*/) override {
+        return true;
+    }
+    bool LeafInt32(const unsigned int& /*typeId*/, const int& /*value*/) override { return true; }
+};
+
 }  // namespace ParserCreatorCollection
 
 #endif
