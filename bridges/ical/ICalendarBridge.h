@@ -14,21 +14,21 @@
 
 namespace PimBridge {
 
-// One stream per VEVENT, VTODO and VJOURNAL, in the order of the text, each
-// given its VCALENDAR's PRODID and VERSION; the instance number is the item's
-// position among them, counted from 0. What an item cannot carry is listed in
-// its losses; what belongs to no item (the calendar's own properties and
-// components, such as VTIMEZONE) in the result's. Never throws: text that is
-// no iCalendar at all gives !ok with the line concerned.
+/// One stream per VEVENT, VTODO and VJOURNAL, in the order of the text, each
+/// given its VCALENDAR's PRODID and VERSION; the instance number is the item's
+/// position among them, counted from 0. What an item cannot carry is listed in
+/// its losses; what belongs to no item (the calendar's own properties and
+/// components, such as VTIMEZONE) in the result's. Never throws: text that is
+/// no iCalendar at all gives !ok with the line concerned.
 PIMTLV_BRIDGE_API ImportResult ImportICalendar(const char* text, std::size_t size);
 
-// One VCALENDAR with one component per item stream (events, tasks, notes; any
-// other item makes the export fail). What the item parsers report is passed
-// on per item. Never throws.
+/// One VCALENDAR with one component per item stream (events, tasks, notes; any
+/// other item makes the export fail). What the item parsers report is passed
+/// on per item. Never throws.
 PIMTLV_BRIDGE_API ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size);
 
-// Whether text starts like iCalendar: "BEGIN:VCALENDAR" after an optional
-// byte order mark and blank lines.
+/// Whether text starts like iCalendar: "BEGIN:VCALENDAR" after an optional
+/// byte order mark and blank lines.
 PIMTLV_BRIDGE_API bool LooksLikeICalendar(const char* text, std::size_t size);
 
 }  // namespace PimBridge

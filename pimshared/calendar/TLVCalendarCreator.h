@@ -8,14 +8,18 @@
 
 namespace PimShared {
 
-// Writes one calendar event: node 1 { node 103 { UInt32 10 = instance,
-// property nodes in call order } }. The operations it shares with tasks and
-// notes come from the family's writers; the end times are the event's own.
-// InstanceName writes nothing and answers false.
+/// Writes one calendar event: node 1 { node 103 { UInt32 10 = instance,
+/// property nodes in call order } }. The operations it shares with tasks and
+/// notes come from the family's writers; the end times are the event's own.
+/// InstanceName writes nothing and answers false.
 class PIMTLV_API CTLVCalendarCreator
     : public TEventTaskCreator<ICalendarCreator, TypeIdObjTypeCalendarTask, TypeIdCompTypeVevent> {
   public:
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     CTLVCalendarCreator() = default;
+    /// @}
     ~CTLVCalendarCreator() override;
 
     bool DateTimeEnd(const PAL::CDateAndTime& dateTime, const char* timeZone,

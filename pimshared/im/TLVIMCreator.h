@@ -7,16 +7,20 @@
 
 namespace PimShared {
 
-// Writes one instant message as a TLV stream: node 2 { UInt32 10, node 900 {
-// the message's properties, one node 900 per nested entity } }. Call Begin,
-// the properties and entities, End, then GetData; Reset before the next one.
+/// Writes one instant message as a TLV stream: node 2 { UInt32 10, node 900 {
+/// the message's properties, one node 900 per nested entity } }. Call Begin,
+/// the properties and entities, End, then GetData; Reset before the next one.
 class PIMTLV_API CTLVIMCreator : public TMimeMessageCreator<IIMCreator> {
   public:
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     CTLVIMCreator() noexcept;
+    /// @}
     ~CTLVIMCreator() override;
 
-    // The client is written, before the texts, unless it is NotGiven; the
-    // texts only when given.
+    /// The client is written, before the texts, unless it is NotGiven; the
+    /// texts only when given.
     bool Mailbox(const eMailboxFieldType& fieldType, eUCIClient client, const char* displayName,
                  const char* address) override;
     bool Direction(const eDirection& direction) override;

@@ -8,19 +8,23 @@
 
 namespace PimShared {
 
-// Reads an instant-message stream and calls the receiver once per property,
-// exactly as CTLVEmailParser does for an e-mail, plus the conversation,
-// owner, participant and extended-data properties. Texts and bytes point into
-// the caller's buffer and are valid only during Parse.
+/// Reads an instant-message stream and calls the receiver once per property,
+/// exactly as CTLVEmailParser does for an e-mail, plus the conversation,
+/// owner, participant and extended-data properties. Texts and bytes point into
+/// the caller's buffer and are valid only during Parse.
 class PIMTLV_API CTLVIMParser {
   public:
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     explicit CTLVIMParser(IIMReceiver& receiver);
     virtual ~CTLVIMParser();
     CTLVIMParser(const CTLVIMParser&) = delete;
     CTLVIMParser& operator=(const CTLVIMParser&) = delete;
+    /// @}
 
-    // False without any receiver call for null data (errorText empty); false
-    // after TraceMessage(3, errorText) for a broken stream.
+    /// False without any receiver call for null data (errorText empty); false
+    /// after TraceMessage(3, errorText) for a broken stream.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
 

@@ -8,13 +8,17 @@
 
 namespace PimShared {
 
-// Writes one task: node 1 { node 104 { UInt32 10 = instance, property nodes
-// in call order } }. The root is the event's; only the component tells the
-// two apart. Every shared property is written exactly as an event writes it.
+/// Writes one task: node 1 { node 104 { UInt32 10 = instance, property nodes
+/// in call order } }. The root is the event's; only the component tells the
+/// two apart. Every shared property is written exactly as an event writes it.
 class PIMTLV_API CTLVTaskCreator
     : public TEventTaskCreator<ITaskCreator, TypeIdObjTypeCalendarTask, TypeIdCompTypeVtodo> {
   public:
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     CTLVTaskCreator() = default;
+    /// @}
     ~CTLVTaskCreator() override;
 
     bool DateTimeDueLocal(const PAL::CDateAndTime& dateTime,
