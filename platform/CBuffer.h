@@ -14,8 +14,7 @@ class PIMTLV_API CBuffer {
   public:
     /// size: initial byte count (zero-filled); growBy: minimum allocation step.
     explicit CBuffer(unsigned int size = 0, unsigned int growBy = 1024);
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     CBuffer(const CBuffer& other);
     CBuffer(CBuffer&& other) noexcept;
@@ -42,10 +41,13 @@ class PIMTLV_API CBuffer {
     /// Empties the buffer and frees its memory.
     void release() noexcept;
 
+    /// The bytes in use, the bytes held, and where they are (null while nothing is held).
+    /// @{
     unsigned int getSize() const noexcept { return m_size; }
     unsigned int getCapacity() const noexcept { return m_capacity; }
     const unsigned char* getData() const noexcept { return m_data.get(); }
     unsigned char* getData() noexcept { return m_data.get(); }
+    /// @}
 
   private:
     bool grow(unsigned long long needed);

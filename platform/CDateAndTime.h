@@ -10,8 +10,7 @@ namespace PAL {
 /// attached: zones travel beside the value as text where the format has one.
 class PIMTLV_API CDateAndTime {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     CDateAndTime() = default;
     CDateAndTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour = 0,
@@ -19,6 +18,8 @@ class PIMTLV_API CDateAndTime {
                  unsigned int microseconds = 0) noexcept;
     /// @}
 
+    /// The fields as set; all 0 for the unset date-time.
+    /// @{
     unsigned int getYear() const noexcept { return m_year; }
     unsigned int getMonth() const noexcept { return m_month; }
     unsigned int getDay() const noexcept { return m_day; }
@@ -26,13 +27,20 @@ class PIMTLV_API CDateAndTime {
     unsigned int getMinute() const noexcept { return m_minute; }
     unsigned int getSecond() const noexcept { return m_second; }
     unsigned int getMicroseconds() const noexcept { return m_microseconds; }
+    /// @}
 
+    /// Set some fields, unchecked, leaving the others.
+    /// @{
     void setDate(unsigned int year, unsigned int month, unsigned int day) noexcept;
     void setTime(unsigned int hour, unsigned int minute, unsigned int second) noexcept;
     void setMicroseconds(unsigned int microseconds) noexcept { m_microseconds = microseconds; }
+    /// @}
 
+    /// Equal when every field is.
+    /// @{
     bool operator==(const CDateAndTime& other) const noexcept;
     bool operator!=(const CDateAndTime& other) const noexcept { return !(*this == other); }
+    /// @}
 
   private:
     unsigned int m_year = 0;
@@ -64,8 +72,8 @@ enum eDateTimeFormat : unsigned int {
 /// An offset from UTC. The codec always passes a default (zero) offset; this
 /// host implementation does not shift times by it.
 struct STimeZoneOffset {
-    int hours = 0;
-    int minutes = 0;
+    int hours = 0;    ///< whole hours, signed
+    int minutes = 0;  ///< further minutes
 };
 
 /// Returns the text form, or the empty text for a format other than 1.

@@ -18,8 +18,7 @@ namespace PAL {
 /// already held is inline and allocation-free.
 class PIMTLV_API CString {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     CString() noexcept = default;
     CString(const char* text);  ///< NOLINT(google-explicit-constructor): texts convert freely
@@ -34,6 +33,7 @@ class PIMTLV_API CString {
     /// printf-like formatting; replaces the text. False (text unchanged) on a
     /// format error or allocation failure.
     bool format(const char* fmt, ...) __attribute__((format(printf, 2, 3)));
+    /// format with a va_list.
     bool vformat(const char* fmt, va_list args);
 
     /// Replaces the text with length bytes of text (null text: empty). text may
@@ -46,6 +46,7 @@ class PIMTLV_API CString {
         m_length = length;
         return true;
     }
+    /// Replaces the text with a zero-terminated text (null: empty).
     bool assign(const char* text) { return assign(text, text == nullptr ? 0 : std::strlen(text)); }
     /// Makes the text length bytes long, for the caller to write at once, and
     /// returns where they go; null (text unchanged) when memory runs out. The
@@ -56,13 +57,20 @@ class PIMTLV_API CString {
         m_length = length;
         return m_data.get();
     }
+    /// Appends length bytes of text, a zero-terminated text, or one character; false (text
+    /// unchanged) when memory runs out.
+    /// @{
     bool append(const char* text, std::size_t length);
     bool append(const char* text) { return append(text, text == nullptr ? 0 : std::strlen(text)); }
     bool append(char c) { return append(&c, 1); }
+    /// @}
 
+    /// The zero-terminated text (never null), its length in bytes, whether it is empty.
+    /// @{
     const char* c_str() const noexcept { return m_data ? m_data.get() : ""; }
     std::size_t length() const noexcept { return m_length; }
     bool isEmpty() const noexcept { return m_length == 0; }
+    /// @}
 
     /// Keeps the first length bytes (no-op when the text is shorter).
     void truncate(std::size_t length) noexcept {
@@ -74,11 +82,14 @@ class PIMTLV_API CString {
     /// Empties the text and releases its memory.
     void clear() noexcept;
 
+    /// Byte-wise comparison; a null text compares equal to the empty text.
+    /// @{
     bool operator==(const CString& other) const noexcept {
         return m_length == other.m_length && std::memcmp(c_str(), other.c_str(), m_length) == 0;
     }
     bool operator!=(const CString& other) const noexcept { return !(*this == other); }
     bool operator==(const char* other) const noexcept;
+    /// @}
 
   private:
     /// Makes room for capacity bytes (terminator included), keeping the text

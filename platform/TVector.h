@@ -12,14 +12,14 @@ namespace PAL {
 template <typename T>
 class TVector {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
-    /// @{
+    /// An empty array.
     TVector() = default;
+    /// An array of these items, in order.
     TVector(std::initializer_list<T> items) : m_items(items) {}
-    /// @}
 
+    /// The number of elements.
     unsigned int size() const noexcept { return static_cast<unsigned int>(m_items.size()); }
+    /// Whether there are no elements.
     bool isEmpty() const noexcept { return m_items.empty(); }
 
     /// Appends a copy of item; false (array unchanged) when memory runs out.
@@ -32,6 +32,7 @@ class TVector {
         }
     }
 
+    /// Makes room for count elements; false when memory runs out.
     bool reserve(unsigned int count) noexcept {
         try {
             m_items.reserve(count);
@@ -51,11 +52,13 @@ class TVector {
     const T* at(unsigned int index) const noexcept {
         return index < m_items.size() ? &m_items[index] : nullptr;
     }
+    /// Pointer to element index, or null when out of range.
     T* at(unsigned int index) noexcept {
         return index < m_items.size() ? &m_items[index] : nullptr;
     }
     /// Pointer to the last element, or null when empty.
     T* last() noexcept { return m_items.empty() ? nullptr : &m_items.back(); }
+    /// Pointer to the last element, or null when empty.
     const T* last() const noexcept { return m_items.empty() ? nullptr : &m_items.back(); }
 
     /// Removes the last element; false when empty.
@@ -67,12 +70,18 @@ class TVector {
     /// Removes every element; the capacity is kept for reuse.
     void clear() noexcept { m_items.clear(); }
 
+    /// The first element, for range loops.
     const T* begin() const noexcept { return m_items.data(); }
+    /// One past the last element.
     const T* end() const noexcept { return m_items.data() + m_items.size(); }
+    /// The first element, for range loops.
     T* begin() noexcept { return m_items.data(); }
+    /// One past the last element.
     T* end() noexcept { return m_items.data() + m_items.size(); }
 
+    /// Equal when the elements are, in order.
     bool operator==(const TVector& other) const { return m_items == other.m_items; }
+    /// Different when an element is.
     bool operator!=(const TVector& other) const { return m_items != other.m_items; }
 
   private:

@@ -36,12 +36,15 @@ PIMTLV_API int Velmor_UTF8_rfc3629_purge_string(char* text, unsigned int length,
 
 /// One trace record. Levels: 0 debug, 1 info, 2 warning, 3 error.
 typedef struct VelmorTraceRecord {
+    /// Level, module, flags, the source file and module ID of the call, and its line.
+    /// @{
     int level;
     const char* moduleName;
     unsigned int flags;
     const char* sourcePath;
     const char* moduleId;
     int line;
+    /// @}
     const char* message;  ///< may be null
 } VelmorTraceRecord;
 

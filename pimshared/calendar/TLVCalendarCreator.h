@@ -15,17 +15,19 @@ namespace PimShared {
 class PIMTLV_API CTLVCalendarCreator
     : public TEventTaskCreator<ICalendarCreator, TypeIdObjTypeCalendarTask, TypeIdCompTypeVevent> {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVCalendarCreator() = default;
     /// @}
     ~CTLVCalendarCreator() override;
 
+    /// Writes the event's end, with or without its zone, as ICalendarAttributes describes it.
+    /// @{
     bool DateTimeEnd(const PAL::CDateAndTime& dateTime, const char* timeZone,
                      const PAL::TVector<tXParam>& xParams) override;
     bool DateTimeEndLocal(const PAL::CDateAndTime& dateTime,
                           const PAL::TVector<tXParam>& xParams) override;
+    /// @}
 };
 
 }  // namespace PimShared

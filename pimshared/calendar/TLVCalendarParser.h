@@ -14,8 +14,7 @@ namespace PimShared {
 /// element and for every irregularity. The parser never owns the stream.
 class PIMTLV_API CTLVCalendarParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVCalendarParser(ICalendarReceiver& receiver);
     virtual ~CTLVCalendarParser();

@@ -37,14 +37,12 @@ class PIMTLV_API CTLVCallstackParser : public ParserCreatorCollection::ITLV,
         StateEntry = 2,     ///< in an entry node
     };
 
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVCallstackParser(ICallstackReceiver& receiver);
     /// @}
     ~CTLVCallstackParser() override;
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     CTLVCallstackParser(const CTLVCallstackParser&) = delete;
     CTLVCallstackParser& operator=(const CTLVCallstackParser&) = delete;

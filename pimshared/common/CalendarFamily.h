@@ -19,6 +19,8 @@ enum eRsvpType : unsigned int {
 /// One leaf value as the parsers of the calendar family receive it. Which
 /// member is set depends on the element class of the leaf.
 union uTlvValue {
+    /// The value, by element class: the numbers, a text, or a byte stream's data and length.
+    /// @{
     signed char int8;
     short int16;
     unsigned char uint8;
@@ -27,9 +29,13 @@ union uTlvValue {
     int int32;
     const char* text;
     struct {
+        /// A byte stream's bytes and their count.
+        /// @{
         const void* data;
         unsigned int length;
+        /// @}
     } bytes;
+    /// @}
 };
 
 namespace CalendarFamily {

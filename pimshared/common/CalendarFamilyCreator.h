@@ -24,8 +24,7 @@ namespace PimShared {
 /// GetData refuses the half-written item instead of shipping it.
 class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
   protected:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CCalendarFamilyCreator() = default;
     /// @}

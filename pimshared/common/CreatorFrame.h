@@ -21,8 +21,7 @@ using TlvWriter = ParserCreatorCollection::CTLVCreator::CTLVCreatorImpl;
 /// I<Item>Creator interface and from this frame.
 class PIMTLV_API CTLVCreatorFrame {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVCreatorFrame();
     virtual ~CTLVCreatorFrame();

@@ -21,11 +21,13 @@ namespace PimShared {
 /// name.
 class PIMTLV_API IMimeMessageAttributes {
   public:
+    /// Whether the message has attachments on the device.
     enum eAttachmentAvailable : unsigned int {
         eAttachmentAvailableNo = 0,
         eAttachmentAvailableYes = 1,
         eAttachmentAvailableUnknown = 2,
     };
+    /// The transfer encoding of an entity's content.
     enum eContentTransferEncoding : unsigned int {
         eContentTransferEncodingNone = 0,
         eContentTransferEncoding7Bit = 1,
@@ -34,12 +36,14 @@ class PIMTLV_API IMimeMessageAttributes {
         eContentTransferEncodingQuotedPrintable = 4,
         eContentTransferEncodingBase64 = 5,
     };
+    /// What the user has done with the message.
     enum eReadStatus : unsigned int {
         eReadStatusUnread = 0,
         eReadStatusRead = 1,
         eReadStatusReplied = 2,
         eReadStatusForwarded = 3,
     };
+    /// How much of the message is on the device.
     enum eDownloadState : unsigned int {
         eDownloadStateNone = 0,
         eDownloadStateHeadersOnly = 1,
@@ -67,12 +71,14 @@ class PIMTLV_API IMimeMessageAttributes {
         eBodyCharsetUtf16 = 4,
         eBodyCharsetWindows1252 = 5,
     };
+    /// Whether an entity is shown inline or as an attachment.
     enum eContentDispositionType : unsigned int {
         eContentDispositionTypeUnknown = 0,
         eContentDispositionTypeExtension = 1,
         eContentDispositionTypeInline = 2,
         eContentDispositionTypeAttachment = 3,
     };
+    /// The named parameters of a content disposition.
     enum eContentDispositionParamName : unsigned int {
         eContentDispositionParamNameUnknown = 0,
         eContentDispositionParamNameExtension = 1,
@@ -82,6 +88,7 @@ class PIMTLV_API IMimeMessageAttributes {
         eContentDispositionParamNameReadDate = 5,
         eContentDispositionParamNameSize = 6,
     };
+    /// The subtype of an entity's content type.
     enum eContentSubtype : unsigned int {
         eContentSubtypeUnknown = 0,
         eContentSubtypeExtension = 1,
@@ -97,6 +104,7 @@ class PIMTLV_API IMimeMessageAttributes {
         eContentSubtypePdf = 11,
         eContentSubtypeRfc822 = 12,
     };
+    /// The top-level type of an entity's content.
     enum eContentType : unsigned int {
         eContentTypeUnknown = 0,
         eContentTypeExtension = 1,
@@ -108,6 +116,7 @@ class PIMTLV_API IMimeMessageAttributes {
         eContentTypeMultipart = 7,
         eContentTypeMessage = 8,
     };
+    /// The named parameters of a content type.
     enum eContentParamName : unsigned int {
         eContentParamNameUnknown = 0,
         eContentParamNameExtension = 1,
@@ -116,6 +125,7 @@ class PIMTLV_API IMimeMessageAttributes {
         eContentParamNameName = 4,
         eContentParamNameFormat = 5,
     };
+    /// The named values of a content-type parameter.
     enum eContentParamValue : unsigned int {
         eContentParamValueUnknown = 0,
         eContentParamValueExtension = 1,
@@ -134,6 +144,7 @@ class PIMTLV_API IMimeMessageAttributes {
         eMailboxFieldTypeCc = 4,
         eMailboxFieldTypeBcc = 5,
     };
+    /// The priority a sender gave the message.
     enum ePriority : unsigned int {
         ePriorityNormal = 0,
         ePriorityLow = 1,

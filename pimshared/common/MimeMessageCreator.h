@@ -19,8 +19,7 @@ namespace PimShared {
 /// lenient exception (see WriteGroup).
 class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     explicit CTLVMimeMessageFrame(const MimeMessageIds& ids) noexcept : m_ids(ids) {}
     /// @}
@@ -89,8 +88,7 @@ class TMimeMessageCreator : public ICreator, protected CTLVMimeMessageFrame {
   public:
     using A = IMimeMessageAttributes;
 
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     virtual ~TMimeMessageCreator() = default;
     /// @}
@@ -174,8 +172,7 @@ class TMimeMessageCreator : public ICreator, protected CTLVMimeMessageFrame {
     }
 
   protected:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     explicit TMimeMessageCreator(const MimeMessageIds& ids) noexcept : CTLVMimeMessageFrame(ids) {}
     /// @}

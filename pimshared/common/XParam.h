@@ -7,8 +7,8 @@ namespace PimShared {
 /// Attributes interface that carries extension parameters names this record
 /// as its own nested tXParam.
 struct tXParam {
-    const char* name;
-    const char* value;
+    const char* name;   ///< the parameter's name, X- prefix included
+    const char* value;  ///< its value
 };
 
 }  // namespace PimShared

@@ -14,6 +14,7 @@ namespace PimShared {
 /// operation answers true when it took effect.
 class PIMTLV_API IContactAttributes {
   public:
+    /// An extension parameter: name and value.
     using tXParam = PimShared::tXParam;
 
     /// Opens the item; instance is its number among the items of a sync.

@@ -11,14 +11,12 @@ namespace PimShared {
 /// no component node, one node per property call, in call order.
 class PIMTLV_API CTLVContactCreator : public IContactCreator, public CTLVCreatorFrame {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVContactCreator() = default;
     /// @}
     ~CTLVContactCreator() override = default;
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVContactCreator(const CTLVContactCreator&) = delete;
     CTLVContactCreator& operator=(const CTLVContactCreator&) = delete;

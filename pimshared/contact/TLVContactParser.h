@@ -23,8 +23,7 @@ namespace PimShared {
 /// One parser object can read any number of streams, one after another.
 class PIMTLV_API CTLVContactParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVContactParser(IContactReceiver& receiver);
     ~CTLVContactParser();

@@ -16,9 +16,12 @@ class PIMTLV_API IEmailAttributes : public IMimeMessageAttributes {
   public:
     /// One address of a header field. Borrows its texts.
     struct tMailbox {
+        /// The header field, the display name (may be null) and the address.
+        /// @{
         eMailboxFieldType fieldType;
         const char* displayName;
         const char* address;
+        /// @}
     };
 
     using IMimeMessageAttributes::Priority;

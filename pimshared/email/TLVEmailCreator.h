@@ -12,8 +12,7 @@ namespace PimShared {
 /// properties and entities, End, then GetData; Reset before the next e-mail.
 class PIMTLV_API CTLVEmailCreator : public TMimeMessageCreator<IEmailCreator> {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVEmailCreator() noexcept;
     /// @}

@@ -15,8 +15,7 @@ namespace PimShared {
 /// only during Parse.
 class PIMTLV_API CTLVEmailParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVEmailParser(IEmailReceiver& receiver);
     virtual ~CTLVEmailParser();

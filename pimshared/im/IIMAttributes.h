@@ -30,6 +30,7 @@ class PIMTLV_API IIMAttributes : public IMimeMessageAttributes {
         eChatStateGone = 4,
         eChatStateNotGiven = 0xFFFFFFFFu,
     };
+    /// Presence of a conversation's owner or participant.
     enum ePresenceAvailability : unsigned int {
         ePresenceAvailabilityAvailable = 0,
         ePresenceAvailabilityAway = 1,
@@ -39,10 +40,12 @@ class PIMTLV_API IIMAttributes : public IMimeMessageAttributes {
         ePresenceAvailabilityInvisible = 5,
         ePresenceAvailabilityNotGiven = 0xFFFFFFFFu,
     };
+    /// Whether the message came in or went out.
     enum eDirection : unsigned int {
         eDirectionIncoming = 0,
         eDirectionOutgoing = 1,
     };
+    /// What the entry is: a message, a file transfer or a notice of the service.
     enum eEntityType : unsigned int {
         eEntityTypeMessage = 0,
         eEntityTypeFileTransfer = 1,
@@ -58,15 +61,18 @@ class PIMTLV_API IIMAttributes : public IMimeMessageAttributes {
 
     /// One address of a header field and its client. Borrows its texts.
     struct tMailbox {
+        /// The header field, the client, the display name (may be null) and the address.
+        /// @{
         eMailboxFieldType fieldType;
         eUCIClient client;
         const char* displayName;
         const char* address;
+        /// @}
     };
     /// One key and value of extended data; the key travels as one byte.
     struct tExtendedData {
-        eExtendedDataKey key;
-        int value;
+        eExtendedDataKey key;  ///< what the number counts
+        int value;             ///< the number
     };
 
     using IMimeMessageAttributes::Priority;

@@ -12,8 +12,7 @@ namespace PimShared {
 /// the properties and entities, End, then GetData; Reset before the next one.
 class PIMTLV_API CTLVIMCreator : public TMimeMessageCreator<IIMCreator> {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVIMCreator() noexcept;
     /// @}
@@ -23,6 +22,8 @@ class PIMTLV_API CTLVIMCreator : public TMimeMessageCreator<IIMCreator> {
     /// texts only when given.
     bool Mailbox(const eMailboxFieldType& fieldType, eUCIClient client, const char* displayName,
                  const char* address) override;
+    /// Writes the property as IIMAttributes describes it; false when it was not written.
+    /// @{
     bool Direction(const eDirection& direction) override;
     bool EntityType(const eEntityType& entityType) override;
     bool ExtendedData(const PAL::TVector<tExtendedData>& data) override;
@@ -39,6 +40,7 @@ class PIMTLV_API CTLVIMCreator : public TMimeMessageCreator<IIMCreator> {
                                  eChatState chatState, const char* text3, const char* text4,
                                  const char* text5, ePresenceAvailability availability,
                                  const char* text6, const unsigned char& flags) override;
+    /// @}
 };
 
 }  // namespace PimShared

@@ -14,8 +14,7 @@ namespace PimShared {
 /// the caller's buffer and are valid only during Parse.
 class PIMTLV_API CTLVIMParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVIMParser(IIMReceiver& receiver);
     virtual ~CTLVIMParser();

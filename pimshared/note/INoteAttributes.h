@@ -15,6 +15,7 @@ namespace PimShared {
 /// answers true when it took effect.
 class PIMTLV_API INoteAttributes {
   public:
+    /// An extension parameter: name and value.
     using tXParam = PimShared::tXParam;
     /// eRsvpFalse, eRsvpTrue, or eRsvpNotGiven (0xFFFFFFFF: no setting).
     using eRsvpType = PimShared::eRsvpType;

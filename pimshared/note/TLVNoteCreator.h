@@ -14,8 +14,7 @@ namespace PimShared {
 class PIMTLV_API CTLVNoteCreator
     : public TCalendarFamilyCreator<INoteCreator, TypeIdObjTypeNote, TypeIdCompTypeVJournal> {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVNoteCreator() = default;
     /// @}

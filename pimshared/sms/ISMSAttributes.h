@@ -57,6 +57,7 @@ class PIMTLV_API ISMSAttributes {
         StorageTypeMemoryCard = 2,
     };
 
+    /// How urgent the sender marked the message.
     enum ePriority : unsigned int {
         PriorityLow = 0,
         PriorityNormal = 1,

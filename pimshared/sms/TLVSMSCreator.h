@@ -19,14 +19,12 @@ namespace PimShared {
 /// (OriginatorName); see their comments.
 class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVSMSCreator() = default;
     /// @}
     ~CTLVSMSCreator() override = default;
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVSMSCreator(const CTLVSMSCreator&) = delete;
     CTLVSMSCreator& operator=(const CTLVSMSCreator&) = delete;

@@ -25,14 +25,12 @@ namespace PimShared {
 class PIMTLV_API CTLVSMSParser : public ParserCreatorCollection::ITLV,
                                  public ParserCreatorCollection::CTLVParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     explicit CTLVSMSParser(ISMSReceiver& receiver);
     /// @}
     ~CTLVSMSParser() override;
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a parser that reports to receiver, which must outlive it; parsers are not copied.
     /// @{
     CTLVSMSParser(const CTLVSMSParser&) = delete;
     CTLVSMSParser& operator=(const CTLVSMSParser&) = delete;

@@ -14,6 +14,7 @@ namespace PimShared {
 /// every operation answers true when it took effect.
 class PIMTLV_API ITaskAttributes {
   public:
+    /// An extension parameter: name and value.
     using tXParam = PimShared::tXParam;
     /// eRsvpFalse, eRsvpTrue, or eRsvpNotGiven (0xFFFFFFFF: no setting).
     using eRsvpType = PimShared::eRsvpType;

@@ -14,13 +14,13 @@ namespace PimShared {
 class PIMTLV_API CTLVTaskCreator
     : public TEventTaskCreator<ITaskCreator, TypeIdObjTypeCalendarTask, TypeIdCompTypeVtodo> {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVTaskCreator() = default;
     /// @}
     ~CTLVTaskCreator() override;
 
+    /// Writes the task's due date-time as ITaskAttributes describes it.
     bool DateTimeDueLocal(const PAL::CDateAndTime& dateTime,
                           const PAL::TVector<tXParam>& xParams) override;
 };

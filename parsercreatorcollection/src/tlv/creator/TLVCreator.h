@@ -30,14 +30,12 @@ namespace ParserCreatorCollection {
 /// creator.
 class PIMTLV_API CTLVCreator final : private ITLV {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVCreator();
     /// @}
     ~CTLVCreator() override;
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes an empty creator; creators are not copied.
     /// @{
     CTLVCreator(const CTLVCreator&) = delete;
     CTLVCreator& operator=(const CTLVCreator&) = delete;

@@ -18,8 +18,7 @@ class CTLVObjNode;
 /// CTLVObjNode::Add.
 class PIMTLV_API CTLVObject {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     explicit CTLVObject(const unsigned int& typeId) noexcept : m_typeId(typeId) {}
     virtual ~CTLVObject();
@@ -27,7 +26,9 @@ class PIMTLV_API CTLVObject {
     CTLVObject& operator=(const CTLVObject&) = delete;
     /// @}
 
+    /// The element's class.
     virtual eClass GetClass() const = 0;
+    /// The element's type ID.
     virtual unsigned int GetType() const { return m_typeId; }
     /// Total encoded size: header word, length field and value.
     virtual unsigned int GetLength() const;
@@ -35,6 +36,7 @@ class PIMTLV_API CTLVObject {
     /// False, with nothing written, when the buffer cannot grow or the element
     /// is too large for the format.
     virtual bool WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset);
+    /// The length of the value alone.
     virtual unsigned int GetValueLength() const = 0;
 
     /// Largest value length the format carries: a length field has at most three
@@ -53,8 +55,10 @@ class PIMTLV_API CTLVObject {
     /// REQUIRES: length >= 0x80.
     static unsigned int WriteLongLengthField(unsigned int length, unsigned char* out) noexcept;
     /// Host order to wire order (big-endian), asking the platform for the host's.
+    /// @{
     static unsigned short HostToTLV16(const unsigned short& value) noexcept;
     static unsigned int HostToTLV32(const unsigned int& value) noexcept;
+    /// @}
 
   protected:
     /// Each element class names its class once, at construction.
@@ -94,12 +98,9 @@ class PIMTLV_API CTLVObject {
 /// however deep the tree. Destroying and writing a tree never recurse.
 class PIMTLV_API CTLVObjNode : public CTLVObject {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
-    /// @{
+    /// A node with this type ID and no children.
     explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {
         SetClass(Node);
-        /// @}
     }
     ~CTLVObjNode() override;
 
@@ -112,6 +113,7 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
     /// length is counted when it is added, so add a node once it is complete.
     virtual bool Add(CTLVObject* child);
 
+    /// How many children were added.
     unsigned int GetChildCount() const noexcept { return m_childCount; }
     /// Content length without the 32-bit clamp of GetValueLength.
     unsigned long long GetContentLength() const noexcept { return m_contentLength; }
@@ -137,16 +139,14 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
 template <eClass Class, typename Value, unsigned int Width>
 class PIMTLV_API CTLVObjNumber : public CTLVObject {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
-    /// @{
+    /// A leaf with this type ID and value.
     CTLVObjNumber(const unsigned int& typeId, const Value& value) noexcept
         : CTLVObject(typeId), m_value(value) {
         SetClass(Class);
-        /// @}
     }
     eClass GetClass() const override { return Class; }
     unsigned int GetValueLength() const override { return Width; }
+    /// The number.
     const Value& GetValue() const noexcept { return m_value; }
 
   protected:
@@ -178,13 +178,13 @@ extern template class PIMTLV_API CTLVObjNumber<Int32, int, 4>;
 /// the empty text. Writing releases the text.
 class PIMTLV_API CTLVObjString : public CTLVObject {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     CTLVObjString(const unsigned int& typeId, const char* text);
     /// @}
     eClass GetClass() const override { return String; }
     unsigned int GetValueLength() const override { return m_textLength + 1; }
+    /// The text, as stored (repaired when it was not UTF-8).
     const char* GetText() const noexcept { return m_text; }
 
   protected:
@@ -199,13 +199,13 @@ class PIMTLV_API CTLVObjString : public CTLVObject {
 /// A byte-stream leaf: the bytes as given, no terminator.
 class PIMTLV_API CTLVObjByteStream : public CTLVObject {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Construction, copying and destruction.
     /// @{
     CTLVObjByteStream(const unsigned int& typeId, const void* data, const unsigned int& length);
     /// @}
     eClass GetClass() const override { return ByteStream; }
     unsigned int GetValueLength() const override { return m_count; }
+    /// The bytes.
     const void* GetBytes() const noexcept { return m_bytes; }
 
   protected:

@@ -23,8 +23,7 @@ namespace ParserCreatorCollection {
 /// (one small frame per open node, kept between parses), never call stack.
 class PIMTLV_API CTLVParser {
   public:
-    /// Special members; an interface is made and copied only as part of the class
-    /// that implements it.
+    /// Makes a walker that reports to target, which must outlive it; walkers are not copied.
     /// @{
     explicit CTLVParser(ITLV& target);
     virtual ~CTLVParser();
@@ -47,9 +46,11 @@ class PIMTLV_API CTLVParser {
     /// Each reader takes bytes at the position and advances it only on success.
     /// REQUIRES: size is the declared value length; fails unless it is exactly
     /// 1, 2 or 4 respectively, and unless that many bytes are left.
+    /// @{
     bool readU8(const unsigned int& size, unsigned char& value);
     bool readU16(const unsigned int& size, unsigned short& value);
     bool readU32(const unsigned int& size, unsigned int& value);
+    /// @}
     /// Reads a length field. Fails on the first byte 0x80 or a truncated field.
     bool readL(unsigned int& length, unsigned int& fieldSize);
     /// Reads a header word and its length field; on failure the position is
@@ -76,11 +77,14 @@ class PIMTLV_API CTLVParser {
         return limitEnd > m_position ? limitEnd - m_position : 0;
     }
 
+    /// The stream, its length, the read position, the event target and the last error text.
+    /// @{
     const unsigned char* m_data = nullptr;
     unsigned int m_length = 0;
     unsigned int m_position = 0;
     ITLV& m_target;
     char m_errorText[ErrorTextSize] = {};
+    /// @}
 
   private:
     struct Frame {
