@@ -59,7 +59,17 @@ for pc in "$libdir"/pkgconfig/*.pc; do
     fail "$name.pc: library directory $lflag is not $libdir"
 done
 
-[ -f "$prefix/share/man/man1/pimtlv.1" ] || fail "man page not installed"
+# The man page: installed, for this version, naming every command the tool has.
+man="$prefix/share/man/man1/pimtlv.1"
+[ -f "$man" ] || fail "man page not installed"
+version=$("$prefix/bin/pimtlv" --version | grep -o '[0-9][0-9.]*' | head -1)
+grep -q "^\.TH PIMTLV 1 .*pimtlv $version" "$man" || fail "man page is not for version $version"
+for command in $("$prefix/bin/pimtlv" --help | sed -n '/^Subcommands:/,/^$/p' | awk 'NR > 1 && NF {print $1}'); do
+  grep -q "^\.B pimtlv $command" "$man" || fail "man page does not show 'pimtlv $command'"
+done
+if command -v groff >/dev/null; then
+  [ -z "$(groff -man -ww -z "$man" 2>&1)" ] || fail "man page: $(groff -man -ww -z "$man" 2>&1 | head -1)"
+fi
 
 if [ "$consumer" = 1 ]; then
   cmake -S examples/consumer -B "$prefix/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
