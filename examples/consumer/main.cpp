@@ -5,6 +5,7 @@
 #include <string>
 
 #include <pimtlv/bridges/vcard/Vcard.h>
+#include <pimtlv/contact/TLVContactParser.h>
 #include <pimtlv/tlv/TLVCreator.h>
 #ifdef PIMTLV_CONSUMER_ICAL
 #include <pimtlv/bridges/ical/ICalendarBridge.h>
@@ -14,6 +15,15 @@
 #endif
 
 namespace {
+
+// A receiver that overrides one call; the base answers true to the others.
+struct FormattedNames : PimShared::CContactReceiverBase {
+    std::string names;
+    bool FormattedName(const char* text, const char*, const PAL::TVector<tXParam>&) override {
+        names += text != nullptr ? text : "";
+        return true;
+    }
+};
 
 bool BridgesWork() {
 #ifdef PIMTLV_CONSUMER_ICAL
@@ -37,6 +47,13 @@ bool BridgesWork() {
     const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ann Lee\r\nEND:VCARD\r\n";
     const PimBridge::ImportResult contact = PimBridge::ImportVcard(card.data(), card.size());
     if (!contact.ok || contact.items.size() != 1) return false;
+    FormattedNames receiver;
+    PimShared::CTLVContactParser parser(receiver);
+    const char* errorText = nullptr;
+    unsigned int consumed = 0;
+    const auto size = static_cast<unsigned int>(contact.streams.size());
+    if (!parser.Parse(contact.streams.data(), size, errorText, consumed)) return false;
+    if (receiver.names != "Ann Lee") return false;
     const PimBridge::ExportResult vcf =
         PimBridge::ExportVcard(contact.streams.data(), contact.streams.size());
     if (!vcf.ok || vcf.text != card) return false;
