@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_CALENDAR_ICALENDARRECEIVER_H
 
 #include "pimshared/calendar/ICalendarAttributes.h"
+#include "pimshared/common/ReceiverBases.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {
@@ -26,41 +27,14 @@ class PIMTLV_API ICalendarReceiver : public ICalendarAttributes {
 
 /// A ICalendarReceiver that answers true to every call and keeps nothing: derive
 /// from it and override only the calls you need.
-class CCalendarReceiverBase : public ICalendarReceiver {
+class CCalendarReceiverBase : public TCalendarFamilyReceiverBase<ICalendarReceiver> {
   public:
-    bool Begin(const unsigned int& /*instance*/) override { return true; }
-    bool End() override { return true; }
-    bool ProductIdentifier(const char* /*text*/,
-                           const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Version(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Categories(const PAL::TVector<const char*>& /*categories*/, const char* /*language*/,
-                    const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Classification(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Description(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                     const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
     bool Location(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
                   const PAL::TVector<tXParam>& /*xParams*/) override {
         return true;
     }
     bool Priority(const unsigned char& /*priority*/,
                   const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Status(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Summary(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                 const PAL::TVector<tXParam>& /*xParams*/) override {
         return true;
     }
     bool DateTimeStart(const PAL::CDateAndTime& /*dateTime*/, const char* /*timeZone*/,
@@ -79,38 +53,6 @@ class CCalendarReceiverBase : public ICalendarReceiver {
                           const PAL::TVector<tXParam>& /*xParams*/) override {
         return true;
     }
-    bool UniqueIdentifier(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeCreated(const PAL::CDateAndTime& /*dateTime*/,
-                         const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool LastModified(const PAL::CDateAndTime& /*dateTime*/,
-                      const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool SequenceNumber(const unsigned short& /*number*/,
-                        const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Attendee(const char* /*address*/, const char* /*cuType*/,
-                  const PAL::TVector<const char*>& /*members*/, const char* /*role*/,
-                  const char* /*partStat*/, const eRsvpType& /*rsvp*/,
-                  const PAL::TVector<const char*>& /*delegatedTo*/,
-                  const PAL::TVector<const char*>& /*delegatedFrom*/, const char* /*sentBy*/,
-                  const char* /*commonName*/, const char* /*directory*/, const char* /*language*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Organizer(const char* /*address*/, const char* /*sentBy*/, const char* /*commonName*/,
-                   const char* /*directory*/, const char* /*language*/,
-                   const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool SendStatus(unsigned char /*status*/) override { return true; }
-    bool InstanceName(const char* /*name*/) override { return true; }
-    bool TraceMessage(const int& /*code*/, const char* /*text*/) override { return true; }
 };
 
 }  // namespace PimShared

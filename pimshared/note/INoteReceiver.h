@@ -1,6 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 #define PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 
+#include "pimshared/common/ReceiverBases.h"
 #include "pimshared/note/INoteAttributes.h"
 #include "platform/PalExport.h"
 
@@ -26,67 +27,8 @@ class PIMTLV_API INoteReceiver : public INoteAttributes {
 
 /// A INoteReceiver that answers true to every call and keeps nothing: derive
 /// from it and override only the calls you need.
-class CNoteReceiverBase : public INoteReceiver {
+class CNoteReceiverBase : public TCalendarFamilyReceiverBase<INoteReceiver> {
   public:
-    bool Begin(const unsigned int& /*instance*/) override { return true; }
-    bool End() override { return true; }
-    bool ProductIdentifier(const char* /*text*/,
-                           const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Version(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Categories(const PAL::TVector<const char*>& /*categories*/, const char* /*language*/,
-                    const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Classification(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Description(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                     const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Status(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Summary(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                 const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool UniqueIdentifier(const char* /*text*/, const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeCreated(const PAL::CDateAndTime& /*dateTime*/,
-                         const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool LastModified(const PAL::CDateAndTime& /*dateTime*/,
-                      const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool SequenceNumber(const unsigned short& /*number*/,
-                        const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Attendee(const char* /*address*/, const char* /*cuType*/,
-                  const PAL::TVector<const char*>& /*members*/, const char* /*role*/,
-                  const char* /*partStat*/, const eRsvpType& /*rsvp*/,
-                  const PAL::TVector<const char*>& /*delegatedTo*/,
-                  const PAL::TVector<const char*>& /*delegatedFrom*/, const char* /*sentBy*/,
-                  const char* /*commonName*/, const char* /*directory*/, const char* /*language*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Organizer(const char* /*address*/, const char* /*sentBy*/, const char* /*commonName*/,
-                   const char* /*directory*/, const char* /*language*/,
-                   const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool SendStatus(unsigned char /*status*/) override { return true; }
-    bool InstanceName(const char* /*name*/) override { return true; }
-    bool TraceMessage(const int& /*code*/, const char* /*text*/) override { return true; }
 };
 
 }  // namespace PimShared
