@@ -10,7 +10,7 @@
 // version ...) name elements of other items too.
 
 namespace PimShared {
-namespace ContactIds {
+namespace ContactTypeIds {
 
 /// Property nodes. Properties sit directly in the object node: a contact has
 /// no component node. 411 and 417 are not used.
@@ -106,7 +106,7 @@ constexpr unsigned int TypeIdValTypeNonStandardName = 1011;
 constexpr unsigned int TypeIdValTypeNonStandardValue = 1012;
 constexpr unsigned int TypeIdValTypeHandle = 1017;
 
-}  // namespace ContactIds
+}  // namespace ContactTypeIds
 }  // namespace PimShared
 
 #endif

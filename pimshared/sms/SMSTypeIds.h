@@ -9,7 +9,7 @@
 /// kept in their own namespace so that they never collide with the e-mail's,
 /// the instant message's or the contact's spelling of the same numbers.
 namespace PimShared {
-namespace SmsTypeIds {
+namespace SMSTypeIds {
 
 using PimShared::TypeIdObjTypeMessage;
 using PimShared::TypeIdValTypeInstance;
@@ -53,7 +53,7 @@ constexpr unsigned int TypeIdValTypeNamePart3 = 510;
 constexpr unsigned int TypeIdValTypeNamePart4 = 511;
 constexpr unsigned int TypeIdValTypeNamePart5 = 512;
 
-}  // namespace SmsTypeIds
+}  // namespace SMSTypeIds
 }  // namespace PimShared
 
 #endif

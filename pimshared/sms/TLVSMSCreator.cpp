@@ -5,7 +5,7 @@
 
 namespace PimShared {
 
-using namespace SmsTypeIds;
+using namespace SMSTypeIds;
 
 bool CTLVSMSCreator::Begin(const unsigned int& instance) {
     auto* tlv = Writer();

@@ -5,7 +5,7 @@
 
 namespace PimShared {
 
-using namespace SmsTypeIds;
+using namespace SMSTypeIds;
 using ParserCreatorCollection::ClassDisplayName;
 using ParserCreatorCollection::eClass;
 

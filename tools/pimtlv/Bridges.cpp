@@ -6,7 +6,7 @@
 
 #include "Input.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const std::vector<const FormatAdapter*>& Formats() {
     static const std::vector<const FormatAdapter*> formats = {
@@ -173,4 +173,4 @@ int Export(const BridgeOptions& options, std::ostream& err) {
     return reported ? kExitProblem : 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -8,7 +8,7 @@
 #include "Input.h"
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -687,9 +687,9 @@ int Encode(const Options& options, std::ostream& err) {
     return refused ? kExitProblem : 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 int ListOps(const std::string& item, std::ostream& out) {
     for (const OpEntry& op : AdapterFor(NamedKind(item))->ops) {
@@ -705,4 +705,4 @@ int ListOps(const std::string& item, std::ostream& out) {
     return 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

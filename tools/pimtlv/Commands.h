@@ -7,7 +7,7 @@
 
 #include "Items.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 struct Options {
     std::string input;   // file name, "-" or empty for standard input
@@ -44,6 +44,6 @@ int ListOps(const std::string& item, std::ostream& out);
 // Appends one dump line (without its newline) to line.
 void DumpLine(std::string& line, const Element& element, const char* name, bool color);
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

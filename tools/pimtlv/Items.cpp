@@ -2,7 +2,7 @@
 
 #include "pimshared/common/TypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const std::vector<const ItemAdapter*>& Adapters() {
     // The one registry: an item's adapter is listed here and built when the
@@ -166,4 +166,4 @@ void ReplayCall(const std::vector<OpEntry>& ops, const Json& call, std::size_t i
     }
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -8,7 +8,7 @@
 #include "Json.h"
 #include "Stream.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // The name of a type ID in an item's context. parent is the enclosing node
 // the meaning holds in, or kNoParent for anywhere in the item.
@@ -129,6 +129,6 @@ ParseRun DecodeWith(ByteView data, Recorder& recorder) {
     return run;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -6,7 +6,7 @@
 
 #include "Input.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 void ThrowArgError(const ArgPlace& place, const std::string& what) {
     throw UsageError("call " + std::to_string(place.call) + " (" + place.op + "): argument '" +
@@ -183,4 +183,4 @@ const OpEntry& Recorder::Find(const void* key) const {
     throw std::logic_error("receiver operation missing from the item's table");
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -4,7 +4,7 @@
 
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using namespace ParserCreatorCollection;
 
@@ -211,4 +211,4 @@ StreamFrame ReadFrame(ByteView data) {
     return frame;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -9,7 +9,7 @@
 #include "Tool.h"
 #include "bridges/common/ItemStreams.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 constexpr unsigned int kNoParent = 0xFFFFFFFFu;
 
@@ -72,6 +72,6 @@ struct StreamFrame {
 };
 StreamFrame ReadFrame(ByteView data);
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -14,7 +14,7 @@
 #include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/TypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // The reply-wanted setting: null when not given, else its number.
 template <>
@@ -170,6 +170,6 @@ constexpr const char* kCalendarAsymmetries =
     "without properties comes back without its End (the parser reports its "
     "closing nodes).";
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -11,7 +11,7 @@
 #include "Items.h"
 #include "pimshared/common/IMimeMessageAttributes.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace mime {
 
@@ -161,6 +161,6 @@ class MimeCommonRecorder : public R {
         c, false, kNoParent, #c                  \
     }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -5,7 +5,7 @@
 #include "pimshared/callstack/CallstackTypeIds.h"
 #include "pimshared/callstack/TLVCallstackParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -109,4 +109,4 @@ const ItemAdapter kCallListItem = {
     "instance leaf is missing or comes after it is written back with its instance first.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

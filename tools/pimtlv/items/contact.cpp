@@ -4,7 +4,7 @@
 #include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/contact/TLVContactParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -154,7 +154,7 @@ class ContactRecorder : public PimShared::IContactReceiver {
 
 std::vector<TypeName> ContactNames() {
     using namespace PimShared;
-    using namespace PimShared::ContactIds;
+    using namespace PimShared::ContactTypeIds;
 #define NODE(c)                \
     TypeName {                 \
         c, true, kNoParent, #c \
@@ -279,4 +279,4 @@ const ItemAdapter kContactItem = {
     "only what the layout has room for.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -4,7 +4,7 @@
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using EmailMailbox = PimShared::IEmailAttributes::tMailbox;
 
@@ -112,4 +112,4 @@ const ItemAdapter kEmailItem = {
     "are not written; a body with both content and link is reported, not delivered.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

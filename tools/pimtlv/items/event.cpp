@@ -3,7 +3,7 @@
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -42,4 +42,4 @@ const ItemAdapter kEventItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

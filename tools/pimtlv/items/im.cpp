@@ -4,7 +4,7 @@
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/im/TLVIMParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using ImMailbox = PimShared::IIMAttributes::tMailbox;
 using ImExtendedData = PimShared::IIMAttributes::tExtendedData;
@@ -190,4 +190,4 @@ const ItemAdapter kImItem = {
     "not-given enumerations and a 0xFF flag byte are not written.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

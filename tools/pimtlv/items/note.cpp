@@ -3,7 +3,7 @@
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/note/TLVNoteParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const ItemAdapter kNoteItem = {
     "note",
@@ -14,4 +14,4 @@ const ItemAdapter kNoteItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -4,7 +4,7 @@
 #include "pimshared/sms/TLVSMSCreator.h"
 #include "pimshared/sms/TLVSMSParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -80,7 +80,7 @@ class SmsRecorder : public PimShared::ISMSReceiver {
 };
 
 std::vector<TypeName> SmsNames() {
-    using namespace PimShared::SmsTypeIds;
+    using namespace PimShared::SMSTypeIds;
 #define NODE(c)                \
     TypeName {                 \
         c, true, kNoParent, #c \
@@ -136,4 +136,4 @@ const ItemAdapter kSmsItem = {
     "not carried, and OriginatorFName and DestinationFName refuse empty texts.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -3,7 +3,7 @@
 #include "pimshared/task/TLVTaskCreator.h"
 #include "pimshared/task/TLVTaskParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -36,4 +36,4 @@ const ItemAdapter kTaskItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
