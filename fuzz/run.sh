@@ -64,7 +64,7 @@ fuzz_one() {
   local real
   case "$t" in
     ical_import) real=ics ;;
-    vcard_import) real=vcf ;;
+    vcard_import|vcard_merge) real=vcf ;;
     mime_import) real=eml ;;
     *) real="" ;;
   esac

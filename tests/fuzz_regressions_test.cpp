@@ -23,6 +23,9 @@
 #ifdef PIMTLV_REPLAY_VCARD
 #include "fuzz/VcardChecks.h"
 #endif
+#ifdef PIMTLV_REPLAY_MIME
+#include "fuzz/MimeChecks.h"
+#endif
 
 namespace {
 
@@ -113,6 +116,11 @@ constexpr Target kTargets[] = {
 #ifdef PIMTLV_REPLAY_VCARD
     {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},
     {"vcard_export", ReplayItem<PimTlvFuzz::CheckVcardExport>, false},
+    {"vcard_merge", ReplayItem<PimTlvFuzz::CheckVcardMerge>, false},
+#endif
+#ifdef PIMTLV_REPLAY_MIME
+    {"mime_import", ReplayItem<PimTlvFuzz::CheckMimeImport>, false},
+    {"mime_export", ReplayItem<PimTlvFuzz::CheckMimeExport>, false},
 #endif
 };
 constexpr Target kOtherTarget = {"", ReplayWalk, false};

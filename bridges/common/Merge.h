@@ -29,61 +29,67 @@
 
 namespace PimBridge {
 
+/// How a merge treats the original: two-way, or three-way against the text
+/// the device was sent.
 struct MergeOptions {
-    // The text that was sent to the device, when the service has it: the
-    // merge is then three-way. A property changed only on the device takes
-    // the device's value, one changed only in the original keeps the
-    // original's, one changed on both sides is a conflict.
+    /// The text that was sent to the device, when the service has it: the
+    /// merge is then three-way. A property changed only on the device takes
+    /// the device's value, one changed only in the original keeps the
+    /// original's, one changed on both sides is a conflict.
     const char* base = nullptr;
-    std::size_t baseSize = 0;
-    // How a conflict is resolved: the original (the server) wins unless this
-    // is set.
+    std::size_t baseSize = 0;  ///< the length of base in bytes
+    /// How a conflict is resolved: the original (the server) wins unless this
+    /// is set.
     bool preferDevice = false;
 };
 
-// One property (or parameter, or component) that differs between the
-// original and the merged item, by the name it has in the text format.
+/// One property (or parameter, or component) that differs between the
+/// original and the merged item, by the name it has in the text format.
 struct PropertyChange {
+    /// Whether the merged item added, removed or changed it.
     enum class Kind { Added, Removed, Changed };
-    std::string name;  // "SUMMARY", "ATTENDEE", "TEL"
-    Kind kind = Kind::Changed;
+    std::string name;           ///< "SUMMARY", "ATTENDEE", "TEL"
+    Kind kind = Kind::Changed;  ///< added, removed or changed
 };
 
-// A property changed on both sides in a three-way merge.
+/// A property changed on both sides in a three-way merge.
 struct Conflict {
-    std::string name;
-    bool deviceWon = false;  // whose value the merged text has
+    std::string name;        ///< the property, by its name in the text format
+    bool deviceWon = false;  ///< whose value the merged text has
 };
 
+/// What the merge did with one item.
 struct MergedItem {
+    /// Whether the item changed its counterpart, was added or failed.
     enum class Outcome {
-        Unchanged,  // the item carries what the original's component carried
-        Changed,    // the component was updated from the item: see changes
-        Added,      // no counterpart: written as a plain export writes it
-        Failed,     // the item could not be read or placed: see diagnostics
+        Unchanged,  ///< the item carries what the original's component carried
+        Changed,    ///< the component was updated from the item: see changes
+        Added,      ///< no counterpart: written as a plain export writes it
+        Failed,     ///< the item could not be read or placed: see diagnostics
     };
-    std::string kind;           // "event", "task", "note", "contact"
-    std::size_t offset = 0;     // where its stream starts in the streams given
-    std::string uid;            // the item's unique identifier, empty when none
-    unsigned int instance = 0;  // the item's instance number
-    Outcome outcome = Outcome::Unchanged;
-    std::vector<PropertyChange> changes;  // in text order; empty unless Changed
-    std::vector<Conflict> conflicts;      // three-way merges only
-    bool malformed = false;               // its parser stopped early
-    std::vector<Diagnostic> diagnostics;  // what its parser reported
-    std::vector<Loss> losses;             // what the text format has no place for
+    std::string kind;                      ///< "event", "task", "note", "contact"
+    std::size_t offset = 0;                ///< where its stream starts in the streams given
+    std::string uid;                       ///< the item's unique identifier, empty when none
+    unsigned int instance = 0;             ///< the item's instance number
+    Outcome outcome = Outcome::Unchanged;  ///< what the merge did with it
+    std::vector<PropertyChange> changes;   ///< in text order; empty unless Changed
+    std::vector<Conflict> conflicts;       ///< three-way merges only
+    bool malformed = false;                ///< its parser stopped early
+    std::vector<Diagnostic> diagnostics;   ///< what its parser reported
+    std::vector<Loss> losses;              ///< what the text format has no place for
 };
 
+/// What a merge gives: the merged text and, per item, what it did.
 struct MergeResult {
-    bool ok = false;
-    // When !ok: why, in one line, and the 1-based line of the original (or the
-    // base) it concerns, 0 when none. text is then empty.
+    bool ok = false;  ///< false when no merged text could be written
+    /// When !ok: why, in one line, and the 1-based line of the original (or the
+    /// base) it concerns, 0 when none. text is then empty.
     std::string error;
-    unsigned int errorLine = 0;
-    std::string text;               // the merged text
-    std::vector<MergedItem> items;  // in stream order
+    unsigned int errorLine = 0;     ///< see error
+    std::string text;               ///< the merged text
+    std::vector<MergedItem> items;  ///< in stream order
 
-    // Whether the service may skip the write: every item unchanged.
+    /// Whether the service may skip the write: every item unchanged.
     bool Unchanged() const {
         for (const MergedItem& item : items) {
             if (item.outcome != MergedItem::Outcome::Unchanged) return false;

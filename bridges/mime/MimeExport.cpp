@@ -4,9 +4,9 @@
 // transfer encodings are all GMime's.
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,6 +14,7 @@
 #include "bridges/common/LossCollector.h"
 #include "bridges/mime/MimeBridge.h"
 #include "bridges/mime/private/GMime.h"
+#include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
 #include "pimshared/email/TLVEmailParser.h"
 
@@ -106,7 +107,8 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         if (m_current == nullptr) return true;
         if (m_skipped > 0 || m_depth == kMaxDepth) {
             if (m_skipped++ == 0) {
-                m_losses.Add("Entity nested deeper than 1024", 0);
+                m_losses.Add("Entity", 0, Loss::Kind::Limit,
+                             "nested deeper than 1024 levels, with all it holds");
                 m_resume = m_current;
                 m_current = &m_sink;
             }
@@ -277,7 +279,18 @@ class Builder {
 
     Ref<GMimeMessage> Message(const Entity& e) {
         Ref<GMimeMessage> message(g_mime_message_new(FALSE));
-        for (const Address& a : e.addresses) AddAddress(message.get(), a);
+        // A message re-encodes an address field each time its list changes:
+        // the addresses are gathered apart and handed over once per field,
+        // or a message with many would take time quadratic in them.
+        Ref<InternetAddressList> lists[std::size(kAddressFields)];
+        for (auto& list : lists) list.reset(internet_address_list_new());
+        for (const Address& a : e.addresses) AddAddress(lists, a);
+        for (std::size_t i = 0; i < std::size(kAddressFields); ++i) {
+            if (internet_address_list_length(lists[i].get()) > 0)
+                internet_address_list_append(
+                    g_mime_message_get_addresses(message.get(), kAddressFields[i].type),
+                    lists[i].get());
+        }
         for (const auto& text : e.texts) {
             if (!text.first->content)
                 g_mime_object_append_header(GMIME_OBJECT(message.get()), text.first->header,
@@ -289,14 +302,14 @@ class Builder {
     }
 
   private:
-    void AddAddress(GMimeMessage* message, const Address& a) {
+    void AddAddress(Ref<InternetAddressList>* lists, const Address& a) {
         const AddressField* field =
             a.members.empty() ? nullptr : AddressFieldOf(a.members.front().field);
         if (field == nullptr) {
             m_losses.Add(a.group ? "Group" : "Mailbox", 0);
             return;
         }
-        InternetAddressList* list = g_mime_message_get_addresses(message, field->type);
+        InternetAddressList* list = lists[field - kAddressFields].get();
         if (!a.group) {
             const Mailbox& m = a.members.front();
             Ref<InternetAddress> mailbox(internet_address_mailbox_new(
@@ -320,7 +333,7 @@ class Builder {
         Ref<GMimeContentType> type(g_mime_content_type_new(
             e.type != nullptr ? e.type : (nested ? "multipart" : "text"),
             e.subtype != nullptr ? e.subtype : (nested ? "mixed" : "plain")));
-        for (const Param& p : e.params)
+        for (const Param& p : Bounded(e.params, "ContentTypeParam"))
             g_mime_content_type_set_parameter(type.get(), p.name.c_str(), p.value.c_str());
         // A charset told only beside the body becomes the parameter that says it.
         const char* charset = BodyCharsetToken(e.bodyCharset);
@@ -329,10 +342,18 @@ class Builder {
             g_mime_content_type_get_parameter(type.get(), "charset") == nullptr)
             g_mime_content_type_set_parameter(type.get(), "charset", charset);
         Ref<GMimeObject> object(g_mime_object_new(nullptr, type.get()));
+        if (e.hasBody && !nested &&
+            (GMIME_IS_MULTIPART(object.get()) || GMIME_IS_MESSAGE_PART(object.get()))) {
+            // A multipart or message kept as one body (import keeps what is
+            // nested deeper than GMime reads that way) is written as it came:
+            // its body is its parts' text.
+            object.reset(GMIME_OBJECT(g_object_new(GMIME_TYPE_PART, nullptr)));
+            g_mime_object_set_content_type(object.get(), type.get());
+        }
         if (e.disposition != nullptr) {
             Ref<GMimeContentDisposition> disposition(g_mime_content_disposition_new());
             g_mime_content_disposition_set_disposition(disposition.get(), e.disposition);
-            for (const Param& p : e.dispositionParams)
+            for (const Param& p : Bounded(e.dispositionParams, "ContentDispositionTypeParam"))
                 g_mime_content_disposition_set_parameter(disposition.get(), p.name.c_str(),
                                                          p.value.c_str());
             g_mime_object_set_content_disposition(object.get(), disposition.get());
@@ -387,7 +408,45 @@ class Builder {
         if (!e.children.empty()) m_losses.Add("Entity inside a single part", 0);
     }
 
+    // The parameters GMime is given. It looks each one up by name as it is
+    // set, so their number is bounded; and it splits a long value into
+    // continuations whose room shrinks with the name's length, so that a
+    // name near a line's width makes it write without end. Real names are
+    // short MIME tokens; others are left out and said.
+    const std::vector<Param>& Bounded(const std::vector<Param>& params, const char* what) {
+        bool fits = params.size() <= kMaxParams;
+        for (std::size_t i = 0; fits && i < params.size(); ++i) fits = IsParamName(params[i].name);
+        if (fits) return params;
+        m_kept.clear();
+        for (const Param& p : params) {
+            if (!IsParamName(p.name)) {
+                m_losses.Add(std::string(what) + " name", 0, Loss::Kind::Limit,
+                             "a name that is no MIME token of at most " +
+                                 std::to_string(kMaxParamName) + " bytes");
+            } else if (m_kept.size() == kMaxParams) {
+                m_losses.Add(what, 0, Loss::Kind::Limit,
+                             "more than " + std::to_string(kMaxParams) + " parameters in a field");
+            } else {
+                m_kept.push_back(p);
+            }
+        }
+        return m_kept;
+    }
+
+    static bool IsParamName(const std::string& name) {
+        if (name.empty() || name.size() > kMaxParamName) return false;
+        for (char c : name) {
+            if (c <= ' ' || c >= 127 || std::strchr("()<>@,;:\\\"/[]?=", c) != nullptr)
+                return false;
+        }
+        return true;
+    }
+
+    static constexpr std::size_t kMaxParams = 512;
+    static constexpr std::size_t kMaxParamName = 40;
+
     LossCollector& m_losses;
+    std::vector<Param> m_kept;
 };
 
 // The mbox separator line: "From", the sender and the date in the fixed
@@ -413,28 +472,20 @@ std::string MboxFromLine(GMimeMessage* message) {
     return "From " + sender + " " + date + "\n";
 }
 
-void Write(GMimeMessage* message, bool mbox, GMimeStream* out, const std::string& text) {
+void Write(GMimeMessage* message, bool mbox, GMimeStream* out, std::string& text) {
     if (!mbox) {
         g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
         return;
     }
-    // A blank line before each separator but the first: GMime's reader
-    // takes it for the separator's, and the last message's own end stays its.
-    const std::string from = (g_mime_stream_tell(out) > 0 ? "\n" : "") + MboxFromLine(message);
+    const std::string from = MboxFromLine(message);
     g_mime_stream_write(out, from.data(), from.size());
-    // Most messages have no line that starts with "From ": each is written
-    // as it is, and written again through the escaping filter only when it
-    // has one.
-    const gint64 start = g_mime_stream_tell(out);
+    const std::size_t start = text.size();
     g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, out);
-    const std::string_view written = std::string_view(text).substr(static_cast<std::size_t>(start));
-    if (written.rfind("From ", 0) != 0 && written.find("\nFrom ") == std::string_view::npos) return;
-    g_mime_stream_seek(out, start, GMIME_STREAM_SEEK_SET);  // drops the message
-    Ref<GMimeStream> filtered(g_mime_stream_filter_new(out));
-    Ref<GMimeFilter> escape(g_mime_filter_from_new(GMIME_FILTER_FROM_MODE_ESCAPE));
-    g_mime_stream_filter_add(GMIME_STREAM_FILTER(filtered.get()), escape.get());
-    g_mime_object_write_to_stream(GMIME_OBJECT(message), nullptr, filtered.get());
-    g_mime_stream_flush(filtered.get());
+    QuoteFromLines(text, start);
+    // An empty line after each message: the reader takes it for the
+    // container's, so the message keeps its own end.
+    text += text.back() == '\n' ? "\n" : "\n\n";
+    g_mime_stream_seek(out, 0, GMIME_STREAM_SEEK_END);  // the stream learns the new length
 }
 
 // Message items share root node 2 and differ by their component node, which

@@ -2,12 +2,19 @@
 // what it made and writes each message with CTLVEmailCreator: the message's
 // header fields, then its MIME part, then one nested entity per part of a
 // multipart and one for the message inside a message/rfc822 part.
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "bridges/common/LossCollector.h"
 #include "bridges/mime/MimeBridge.h"
+#include "bridges/mime/private/Charsets.h"
 #include "bridges/mime/private/GMime.h"
+#include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "platform/TVector.h"
@@ -18,18 +25,26 @@ namespace {
 
 using namespace mime;
 
-// The 1-based line of a byte offset. GMime's offsets mostly grow as the walk
-// goes on, so counting on from the last answer keeps each question cheap.
+// The 1-based line of a byte offset of one message's text, counted from
+// the line the message starts on in the input. GMime's offsets mostly grow
+// as the walk goes on, so counting on from the last answer keeps each
+// question cheap.
 class LineCounter {
   public:
-    LineCounter(const char* text, std::size_t size) : m_text(text), m_size(size) {}
+    void Reset(const char* text, std::size_t size, unsigned int firstLine) {
+        m_text = text;
+        m_size = size;
+        m_first = firstLine;
+        m_pos = 0;
+        m_line = firstLine;
+    }
 
     unsigned int LineAt(gint64 offset) {
         const std::size_t target =
             offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset), m_size);
         if (target < m_pos) {
             m_pos = 0;
-            m_line = 1;
+            m_line = m_first;
         }
         const char* p = m_text + m_pos;
         const char* end = m_text + target;
@@ -44,8 +59,9 @@ class LineCounter {
     }
 
   private:
-    const char* m_text;
-    std::size_t m_size;
+    const char* m_text = nullptr;
+    std::size_t m_size = 0;
+    unsigned int m_first = 1;
     std::size_t m_pos = 0;
     unsigned int m_line = 1;
 };
@@ -71,48 +87,89 @@ bool HasText(const char* text) {
 
 class Importer {
   public:
-    Importer(const char* text, std::size_t size)
-        : m_text(text), m_size(size), m_lines(text, size) {}
+    ImportResult Eml(const char* text, std::size_t size) {
+        Start(size);
+        if (!Read(text, size, 1, 1) && m_result.error.empty()) {
+            m_result.error = "no message: GMime reads none from this text";
+            m_result.errorLine = 1;
+        }
+        m_result.ok = m_result.error.empty();
+        return std::move(m_result);
+    }
 
-    ImportResult Run(bool mbox) {
+    ImportResult Mbox(const char* text, std::size_t size) {
+        Start(size);
+        const std::vector<MboxMessage> messages = SplitMbox(text, size);
+        if (messages.empty()) {
+            m_result.error = "no message: an mbox starts with a \"From \" line";
+            m_result.errorLine = 1;
+            return std::move(m_result);
+        }
+        for (const MboxMessage& m : messages) {
+            const char* at = text + m.offset;
+            // Body lines quoted so as not to read as separators get their
+            // text back; the lines stay where they were.
+            const std::string unquoted =
+                HasQuotedFromLine(at, m.size) ? UnquoteFromLines(at, m.size) : std::string();
+            const bool read = unquoted.empty()
+                                  ? Read(at, m.size, m.line + 1, m.line)
+                                  : Read(unquoted.data(), unquoted.size(), m.line + 1, m.line);
+            if (!m_result.error.empty()) return std::move(m_result);
+            if (read && m.lookalikes > 0) {
+                m_result.items.back().losses.push_back(
+                    Loss{"From line", m.lookalikes, m.lookalikeLine, Loss::Kind::Converted,
+                         "a separator without an empty line before it, read as body text"});
+            }
+            if (!read)
+                m_result.losses.push_back(Loss{
+                    "(message GMime reads nothing of)", 1, m.line, Loss::Kind::NotCarried, {}});
+        }
+        m_result.ok = true;
+        return std::move(m_result);
+    }
+
+  private:
+    void Start(std::size_t size) {
         EnsureGMime();
+        // 8-bit header text without a charset: UTF-8 where it is valid, else
+        // windows-1252, which reads every byte (reported as converted).
+        m_options.reset(g_mime_parser_options_new());
+        const char* fallback[] = {"utf-8", kFallbackCharset, nullptr};
+        g_mime_parser_options_set_fallback_charsets(m_options.get(), fallback);
         m_decoded.reset(g_mime_stream_mem_new());
-        ImportResult result;
         // Bodies travel decoded, so the streams are seldom larger than the
         // text: room for them at once spares copying them as they grow.
-        result.streams.reserve(m_size + 64);
-        Ref<GMimeStream> stream = MemoryStream(m_text, m_size);
+        m_result.streams.reserve(size + 64);
+    }
+
+    // One message's text, which starts on line firstLine of the input; the
+    // item is said to start on itemLine. Each item's instance is its
+    // position in the file, from 0. False when GMime read no message (or
+    // the codec failed: then the result's error says why).
+    bool Read(const char* text, std::size_t size, unsigned int firstLine, unsigned int itemLine) {
+        m_lines.Reset(text, size, firstLine);
+        m_text = text;
+        m_size = size;
+        Ref<GMimeStream> stream = MemoryStream(text, size);
         Ref<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-        g_mime_parser_set_format(parser.get(), mbox ? GMIME_FORMAT_MBOX : GMIME_FORMAT_MESSAGE);
-        do {
-            Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), nullptr));
-            if (!message) {
-                if (result.items.empty()) {
-                    result.error = mbox ? "no message: an mbox starts with a \"From \" line"
-                                        : "no message: GMime reads none from this text";
-                    result.errorLine = 1;
-                    return result;
-                }
-                break;
-            }
-            const gint64 start = mbox ? g_mime_parser_get_mbox_marker_offset(parser.get()) : 0;
-            if (!Item(message.get())) {
-                result.error = "the e-mail codec refused a value of this message";
-                result.errorLine = m_lines.LineAt(start);
-                return result;
-            }
-            const void* data = nullptr;
-            unsigned int length = 0;
-            if (!m_creator.GetData(data, length)) {
-                result.error = "the e-mail codec could not finish this message";
-                result.errorLine = m_lines.LineAt(start);
-                return result;
-            }
-            result.AddItem("email", m_lines.LineAt(start), data, length, m_losses.Take());
-            m_creator.Reset();
-        } while (mbox && !g_mime_parser_eos(parser.get()));
-        result.ok = true;
-        return result;
+        g_mime_parser_set_format(parser.get(), GMIME_FORMAT_MESSAGE);
+        Ref<GMimeMessage> message(g_mime_parser_construct_message(parser.get(), m_options.get()));
+        if (!message) return false;
+        if (!Item(message.get(), static_cast<unsigned int>(m_result.items.size()))) {
+            m_result.error = "the e-mail codec refused a value of this message";
+            m_result.errorLine = itemLine;
+            return false;
+        }
+        const void* data = nullptr;
+        unsigned int length = 0;
+        if (!m_creator.GetData(data, length)) {
+            m_result.error = "the e-mail codec could not finish this message";
+            m_result.errorLine = itemLine;
+            return false;
+        }
+        m_result.AddItem("email", itemLine, data, length, m_losses.Take());
+        m_creator.Reset();
+        return true;
     }
 
   private:
@@ -123,9 +180,9 @@ class Importer {
 
     void Lose(const char* name, gint64 offset) { m_losses.Add(name, m_lines.LineAt(offset)); }
 
-    bool Item(GMimeMessage* message) {
+    bool Item(GMimeMessage* message, unsigned int instance) {
         m_ok = true;
-        Put(m_creator.Begin(0));
+        Put(m_creator.Begin(instance));
         Message(message);
         Put(m_creator.End());
         return m_ok;
@@ -133,8 +190,17 @@ class Importer {
 
     // A message's own header fields, then its content.
     void Message(GMimeMessage* message) {
+        GMimeHeaderList* headers = g_mime_object_get_header_list(GMIME_OBJECT(message));
         for (const AddressField& field : kAddressFields) {
             InternetAddressList* list = g_mime_message_get_addresses(message, field.type);
+            // A field in one header whose encoded words GMime cannot read is
+            // read again relabelled in the fallback charset.
+            Ref<InternetAddressList> relabelled;
+            const std::string text = Relabelled(headers, field.header);
+            if (!text.empty() && OnlyHeader(headers, field.header)) {
+                relabelled.reset(internet_address_list_parse(m_options.get(), text.c_str()));
+                if (relabelled) list = relabelled.get();
+            }
             const int count = list != nullptr ? internet_address_list_length(list) : 0;
             for (int i = 0; i < count; ++i)
                 Address(field.member, internet_address_list_get_address(list, i));
@@ -191,18 +257,48 @@ class Importer {
         for (int i = 0; i < count; ++i) {
             GMimeHeader* header = g_mime_header_list_get_header_at(headers, i);
             const char* name = g_mime_header_get_name(header);
+            // A part's content fields are its own: its pass looks at them.
+            const bool content = g_ascii_strncasecmp(name, "Content-", 8) == 0;
+            const CharsetTrouble trouble =
+                message && content ? CharsetTrouble()
+                                   : FindCharsetTrouble(g_mime_header_get_raw_value(header));
+            const TextField* field = TextFieldOf(name);
+            if (!trouble.what.empty()) {
+                // Texts and content fields are read again relabelled (below,
+                // and in Content()); for the rest GMime's reading stands.
+                const bool relabelled =
+                    (field != nullptr && field->unstructured) ||
+                    (message && IsAddressHeader(name) && OnlyHeader(headers, name)) ||
+                    g_ascii_strcasecmp(name, "Content-Type") == 0 ||
+                    g_ascii_strcasecmp(name, "Content-Disposition") == 0;
+                m_losses.Add(name, m_lines.LineAt(g_mime_header_get_offset(header)),
+                             Loss::Kind::Converted,
+                             trouble.what + (relabelled || trouble.fallsBack
+                                                 ? std::string(", read as ") + kFallbackCharset
+                                                 : ", its bytes dropped or read as '?'"));
+            }
             if (message && IsAddressHeader(name)) continue;
             if (g_ascii_strcasecmp(name, "Content-Type") == 0 ||
                 g_ascii_strcasecmp(name, "Content-Disposition") == 0 ||
                 g_ascii_strcasecmp(name, "Content-Transfer-Encoding") == 0)
                 continue;
-            const TextField* field = TextFieldOf(name);
             if (field == nullptr) {
                 Lose(name, g_mime_header_get_offset(header));
                 continue;
             }
             version = version || field->op == &A::MimeVersion;
-            const std::string value = Trimmed(g_mime_header_get_value(header));
+            const std::string value =
+                trouble.what.empty() || !field->unstructured
+                    ? Trimmed(g_mime_header_get_value(header))
+                    : Trimmed(
+                          GText(
+                              g_mime_utils_header_decode_text(
+                                  m_options.get(),
+                                  GText(g_mime_utils_header_unfold(
+                                            WithFallbackCharset(g_mime_header_get_raw_value(header))
+                                                .c_str()))
+                                      .get()))
+                              .get());
             Put((m_creator.*(field->op))(value.c_str()));
         }
         return version;
@@ -210,35 +306,110 @@ class Importer {
 
     // One MIME part: its content fields, then its body or its entities.
     void Content(GMimeObject* object, bool ofMessage) {
-        ContentType(g_mime_object_get_content_type(object));
+        GMimeHeaderList* headers = g_mime_object_get_header_list(object);
+        const std::string typeText = Relabelled(headers, "Content-Type");
+        if (!typeText.empty()) {
+            Ref<GMimeContentType> type(
+                g_mime_content_type_parse(m_options.get(), typeText.c_str()));
+            ContentType(type.get());
+        } else {
+            ContentType(g_mime_object_get_content_type(object));
+        }
+        const std::string dispositionText = Relabelled(headers, "Content-Disposition");
         GMimeContentDisposition* disposition = g_mime_object_get_content_disposition(object);
-        if (disposition != nullptr) Disposition(disposition);
+        if (!dispositionText.empty()) {
+            Ref<GMimeContentDisposition> relabelled(
+                g_mime_content_disposition_parse(m_options.get(), dispositionText.c_str()));
+            Disposition(relabelled.get());
+        } else if (disposition != nullptr) {
+            Disposition(disposition);
+        }
         Headers(object, false);
+        GMimeHeader* type =
+            g_mime_header_list_get_header(g_mime_object_get_header_list(object), "Content-Type");
+        const gint64 typeAt = type != nullptr ? g_mime_header_get_offset(type) : 0;
         if (GMIME_IS_MULTIPART(object)) {
             GMimeMultipart* multipart = GMIME_MULTIPART(object);
+            const int count = g_mime_multipart_get_count(multipart);
+            const char* prologue = g_mime_multipart_get_prologue(multipart);
+            if (count == 0 && m_depth >= kGMimeDepth && HasText(prologue)) {
+                // GMime reads no parts this deep and keeps their text as the
+                // preamble: it travels as the body, which export writes
+                // back as it came.
+                DepthLimit(typeAt);
+                Put(m_creator.Body(A::eBodyEncoding7Bit, A::eBodyCharsetUnknown, prologue,
+                                   static_cast<unsigned int>(std::strlen(prologue))));
+                return;
+            }
             // Text around the parts is for readers without MIME; the item has
             // no place for it.
-            GMimeHeader* type = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
-                                                              "Content-Type");
-            const gint64 at = type != nullptr ? g_mime_header_get_offset(type) : 0;
-            if (HasText(g_mime_multipart_get_prologue(multipart))) Lose("(preamble)", at);
-            if (HasText(g_mime_multipart_get_epilogue(multipart))) Lose("(epilogue)", at);
-            const int count = g_mime_multipart_get_count(multipart);
+            if (HasText(prologue)) Lose("(preamble)", BodyStart(typeAt));
+            if (HasText(g_mime_multipart_get_epilogue(multipart))) Lose("(epilogue)", typeAt);
             for (int i = 0; i < count && m_ok; ++i) {
-                Put(m_creator.BeginEntity());
-                Content(g_mime_multipart_get_part(multipart, i), false);
-                Put(m_creator.EndEntity());
+                Nested([&] { Content(g_mime_multipart_get_part(multipart, i), false); });
             }
         } else if (GMIME_IS_MESSAGE_PART(object)) {
             GMimeMessage* inner = g_mime_message_part_get_message(GMIME_MESSAGE_PART(object));
-            if (inner != nullptr) {
-                Put(m_creator.BeginEntity());
-                Message(inner);
-                Put(m_creator.EndEntity());
-            }
+            if (inner != nullptr) Nested([&] { Message(inner); });
         } else if (GMIME_IS_PART(object)) {
+            // A multipart or message this deep GMime keeps as one body of
+            // its text, which travels and is written back as it came.
+            GMimeContentType* contentType = g_mime_object_get_content_type(object);
+            if (m_depth >= kGMimeDepth &&
+                (g_mime_content_type_is_type(contentType, "multipart", "*") ||
+                 g_mime_content_type_is_type(contentType, "message", "*")))
+                DepthLimit(typeAt);
             Body(GMIME_PART(object), ofMessage);
         }
+    }
+
+    static bool OnlyHeader(GMimeHeaderList* headers, const char* name) {
+        int found = 0;
+        const int count = g_mime_header_list_get_count(headers);
+        for (int i = 0; i < count && found < 2; ++i) {
+            found += g_ascii_strcasecmp(
+                         g_mime_header_get_name(g_mime_header_list_get_header_at(headers, i)),
+                         name) == 0;
+        }
+        return found == 1;
+    }
+
+    // The unfolded value of the field, relabelled in the fallback charset,
+    // when its charsets are in trouble; else empty.
+    static std::string Relabelled(GMimeHeaderList* headers, const char* name) {
+        GMimeHeader* header = g_mime_header_list_get_header(headers, name);
+        const char* raw = header != nullptr ? g_mime_header_get_raw_value(header) : nullptr;
+        if (FindCharsetTrouble(raw).what.empty()) return std::string();
+        return GText(g_mime_utils_header_unfold(WithFallbackCharset(raw).c_str())).get();
+    }
+
+    template <typename Walk>
+    void Nested(Walk&& walk) {
+        Put(m_creator.BeginEntity());
+        ++m_depth;
+        walk();
+        --m_depth;
+        Put(m_creator.EndEntity());
+    }
+
+    void DepthLimit(gint64 offset) {
+        m_losses.Add("(parts)", m_lines.LineAt(offset), Loss::Kind::Limit,
+                     "nested deeper than GMime reads (1024 levels, a message part counting "
+                     "two): kept as one body, as it was sent");
+    }
+
+    // Where the body of the part whose header field starts at offset
+    // begins: after the first empty line.
+    gint64 BodyStart(gint64 offset) const {
+        const std::size_t from =
+            offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset), m_size);
+        for (std::size_t i = from; i + 1 < m_size; ++i) {
+            if (m_text[i] != '\n') continue;
+            if (m_text[i + 1] == '\n') return static_cast<gint64>(i + 2);
+            if (m_text[i + 1] == '\r' && i + 2 < m_size && m_text[i + 2] == '\n')
+                return static_cast<gint64>(i + 3);
+        }
+        return static_cast<gint64>(from);
     }
 
     void ContentType(GMimeContentType* type) {
@@ -342,11 +513,41 @@ class Importer {
             }
         }
         const unsigned int length = bytes->len;
+        const std::string_view text(reinterpret_cast<const char*>(bytes->data), length);
+        // Text in a charset no reader can decode travels as sent, and is said;
+        // so does 8-bit text that names no charset (the item calls it unknown).
+        std::string fault;
+        if (g_mime_content_type_is_type(g_mime_object_get_content_type(object), "text", "*")) {
+            if (charsetName != nullptr) {
+                fault = Unreadable(charsetName, text, false);
+            } else if (std::any_of(text.begin(), text.end(),
+                                   [](char c) { return (c & 0x80) != 0; })) {
+                fault = "8-bit text without a charset";
+                charset = A::eBodyCharsetUnknown;
+            }
+        }
+        if (!fault.empty()) {
+            GMimeHeader* at = g_mime_header_list_get_header(g_mime_object_get_header_list(object),
+                                                            "Content-Type");
+            m_losses.Add("Body", m_lines.LineAt(at != nullptr ? g_mime_header_get_offset(at) : 0),
+                         Loss::Kind::Converted, fault + ": kept as sent, undecoded");
+        }
         Put(m_creator.Body(bodyEncoding, charset, bytes->data, length));
     }
 
-    const char* m_text;
-    std::size_t m_size;
+    // GMime reads parts nested 1,024 levels deep, a message part counting
+    // two (itself and its message); below, at least this many entities are
+    // open.
+    static constexpr unsigned int kGMimeDepth = 512;
+
+    ImportResult m_result;
+    struct FreeOptions {
+        void operator()(GMimeParserOptions* options) const { g_mime_parser_options_free(options); }
+    };
+    std::unique_ptr<GMimeParserOptions, FreeOptions> m_options;
+    const char* m_text = nullptr;  // the message being read
+    std::size_t m_size = 0;
+    unsigned int m_depth = 0;  // entities open
     LineCounter m_lines;
     PimShared::CTLVEmailCreator m_creator;
     LossCollector m_losses;
@@ -357,11 +558,11 @@ class Importer {
 }  // namespace
 
 ImportResult ImportEml(const char* text, std::size_t size) {
-    return Importer(text, size).Run(false);
+    return Importer().Eml(text, size);
 }
 
 ImportResult ImportMbox(const char* text, std::size_t size) {
-    return Importer(text, size).Run(true);
+    return Importer().Mbox(text, size);
 }
 
 }  // namespace PimBridge

@@ -24,6 +24,22 @@ bool StartsWithName(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && SameName(text.substr(0, prefix.size()), prefix);
 }
 
+// A geo: URI of two or three decimal coordinates. Anything else after "geo:"
+// is text as it stands, so that such a value reads back as itself.
+bool IsGeoUri(std::string_view v) {
+    if (!StartsWithName(v, "geo:")) return false;
+    v = v.substr(4, v.find(';') == std::string_view::npos ? v.npos : v.find(';') - 4);
+    std::size_t coordinates = 0;
+    ForEachListItem(v, [&coordinates](std::string_view) { ++coordinates; });
+    if (coordinates < 2 || coordinates > 3 || v.front() == ',' || v.back() == ',' ||
+        v.find(",,") != std::string_view::npos)
+        return false;
+    for (char c : v) {
+        if (!((c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == ',')) return false;
+    }
+    return true;
+}
+
 // Each non-empty item of a parameter's values, every value split at its
 // commas: TYPE="work,voice" of vCard 4.0 is a list all the same.
 template <typename OnValue>
@@ -45,7 +61,7 @@ struct Params {
 
 class Importer {
   public:
-    Importer(const char* text, std::size_t size) : text_(text), reader_(text, size) {}
+    Importer(const char* text, std::size_t size) : m_text(text), m_reader(text, size) {}
     ImportResult Run();
 
   private:
@@ -60,13 +76,13 @@ class Importer {
     void Lose(std::string_view property, std::string_view detail = {}) {
         std::string name(property);
         if (!detail.empty()) (name += ';') += detail;
-        losses_.Add(name, line_);
+        m_losses.Add(name, m_line);
     }
     void Check(bool ok, const ContentLine& line) {
         if (!ok) Lose(line.name);
     }
     const char* Part(std::size_t i) const {
-        return i < parts_.size() && !parts_[i].empty() ? parts_[i].c_str() : nullptr;
+        return i < m_parts.size() && !m_parts[i].empty() ? m_parts[i].c_str() : nullptr;
     }
     bool AgentCard(std::size_t start, bool keep, std::string& error);
     bool NoParts(std::size_t count) const {
@@ -77,58 +93,71 @@ class Importer {
     }
     // A name, an address or categories without any value keep no parameters.
     void LoseParams(const ContentLine& line) {
-        if (params_.language != nullptr) Lose(line.name, "LANGUAGE");
-        for (const IContactAttributes::tXParam& x : params_.xParams) Lose(line.name, x.name);
+        if (m_params.language != nullptr) Lose(line.name, "LANGUAGE");
+        for (const IContactAttributes::tXParam& x : m_params.xParams) Lose(line.name, x.name);
+    }
+    // A comma in a component of N or ADR separates the component's values;
+    // an escaped one meant a comma inside a value, which the contact cannot
+    // tell from a separator: said as a conversion.
+    void CommaValues(const ContentLine& line) {
+        for (std::size_t i = 0; i + 1 < line.value.size(); ++i) {
+            if (line.value[i] != '\\') continue;
+            if (line.value[++i] == ',') {
+                m_losses.Add(line.name, line.line, Loss::Kind::Converted,
+                             "an escaped comma reads as a separator of values");
+                return;
+            }
+        }
     }
     void TypeValues(const ContentLine& line, const PropertyInfo& info,
                     const std::vector<std::string>& values, std::string& unknown);
     // The value as text: the line's own when nothing is escaped in it.
     const char* Text(const ContentLine& line) {
         if (line.value.find('\\') == std::string::npos) return line.value.c_str();
-        Unescape(line.value, value_);
-        return value_.c_str();
+        Unescape(line.value, m_value);
+        return m_value.c_str();
     }
 
-    const char* text_;
-    Reader reader_;
-    ImportResult result_;
-    PimShared::CTLVContactCreator creator_;
-    LossCollector losses_;
-    bool inCard_ = false;
-    bool agentPending_ = false;  // an empty AGENT: its card may follow
-    bool version4_ = false;      // the card says VERSION:4.0
-    unsigned int cardLine_ = 0;
-    unsigned int line_ = 0;
-    Params params_;
-    std::deque<std::string> joined_;  // x-parameter values of the current property (stay put)
-    std::vector<std::string> parts_;
-    std::string value_, data_;
-    PAL::TVector<const char*> list_;
+    const char* m_text;
+    Reader m_reader;
+    ImportResult m_result;
+    PimShared::CTLVContactCreator m_creator;
+    LossCollector m_losses;
+    bool m_inCard = false;
+    bool m_agentPending = false;  // an empty AGENT: its card may follow
+    bool m_version4 = false;      // the card says VERSION:4.0
+    unsigned int m_cardLine = 0;
+    unsigned int m_line = 0;
+    Params m_params;
+    std::deque<std::string> m_joined;  // x-parameter values of the current property (stay put)
+    std::vector<std::string> m_parts;
+    std::string m_value, m_data;
+    PAL::TVector<const char*> m_list;
 };
 
 void Importer::AddXParam(const char* name, const std::vector<std::string>& values) {
-    std::string& v = joined_.emplace_back();
+    std::string& v = m_joined.emplace_back();
     for (const std::string& part : values) {
         if (!v.empty() || &part != &values.front()) v += ',';
         v += part;
     }
-    params_.xParams.pushBack({name, v.c_str()});
+    m_params.xParams.pushBack({name, v.c_str()});
 }
 
 void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
-    params_.language = nullptr;
-    params_.bits = 0;
-    params_.valueText = params_.valueUri = params_.valueOffset = false;
-    params_.mediaType.clear();
-    params_.hasMediaType = false;
-    params_.xParams.clear();
-    joined_.clear();
+    m_params.language = nullptr;
+    m_params.bits = 0;
+    m_params.valueText = m_params.valueUri = m_params.valueOffset = false;
+    m_params.mediaType.clear();
+    m_params.hasMediaType = false;
+    m_params.xParams.clear();
+    m_joined.clear();
     const bool xParams = info == nullptr || info->xParams;
     if (!line.group.empty()) {
         // The group prefix (item1.TEL) travels as a parameter of its own name;
         // carried parameters are otherwise all X- ones, so it cannot clash.
         if (xParams) {
-            params_.xParams.pushBack({"GROUP", line.group.c_str()});
+            m_params.xParams.pushBack({"GROUP", line.group.c_str()});
         } else {
             Lose(line.name, "GROUP");
         }
@@ -145,25 +174,26 @@ void Importer::ReadParams(const ContentLine& line, const PropertyInfo* info) {
         }
         const bool media = info->shape == Shape::Media || info->shape == Shape::Key;
         if (p.name == "VALUE"sv) {
-            params_.valueText = SameName(p.values.front(), "text");
-            params_.valueUri =
+            m_params.valueText = SameName(p.values.front(), "text");
+            m_params.valueUri =
                 SameName(p.values.front(), "uri") || SameName(p.values.front(), "url");
+            m_params.valueOffset = SameName(p.values.front(), "utc-offset");
         } else if (p.name == "LANGUAGE"sv && info->language) {
-            params_.language = p.values.front().c_str();
+            m_params.language = p.values.front().c_str();
         } else if (p.name == "TYPE"sv && info->types != TypeSet::None) {
             // Values without a bit stay together, as one TYPE parameter.
-            std::string& unknown = joined_.emplace_back();
+            std::string& unknown = m_joined.emplace_back();
             TypeValues(line, *info, p.values, unknown);
-            if (!unknown.empty()) params_.xParams.pushBack({"TYPE", unknown.c_str()});
+            if (!unknown.empty()) m_params.xParams.pushBack({"TYPE", unknown.c_str()});
         } else if (p.name == "PREF"sv && info->types != TypeSet::None) {
-            params_.bits |= Types(info->types).pref;
+            m_params.bits |= Types(info->types).pref;
         } else if (media && (p.name == "TYPE"sv || p.name == "MEDIATYPE"sv)) {
-            if (!params_.hasMediaType || p.name == "TYPE"sv) {
-                params_.mediaType.clear();
+            if (!m_params.hasMediaType || p.name == "TYPE"sv) {
+                m_params.mediaType.clear();
                 ForEachListValue(p.values, [this](std::string_view v) {
-                    (params_.mediaType += params_.mediaType.empty() ? "" : ",") += v;
+                    (m_params.mediaType += m_params.mediaType.empty() ? "" : ",") += v;
                 });
-                params_.hasMediaType = !params_.mediaType.empty();  // TYPE= says nothing
+                m_params.hasMediaType = !m_params.mediaType.empty();  // TYPE= says nothing
             }
         } else if (info->xParams && StartsWithName(p.name, "X-")) {
             AddXParam(p.name.c_str(), p.values);
@@ -179,7 +209,7 @@ void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info,
     ForEachListValue(values, [&](std::string_view v) {
         const unsigned int bit = BitOf(table, v);
         if (bit != 0) {
-            params_.bits |= bit;
+            m_params.bits |= bit;
         } else if (info.xParams) {
             // A value without a bit (iPhone, main) travels as it stands.
             (unknown += unknown.empty() ? "" : ",") += v;
@@ -189,12 +219,12 @@ void Importer::TypeValues(const ContentLine& line, const PropertyInfo& info,
     });
 }
 
-// Inline bytes into data_ (true), or the URI or text form into uri (false).
+// Inline bytes into m_data (true), or the URI or text form into uri (false).
 bool Importer::Media(const ContentLine& line, std::string& uri) {
     if (line.base64) {
-        if (DecodeBase64(line.value, data_)) return true;
+        if (DecodeBase64(line.value, m_data)) return true;
         Lose(line.name, "ENCODING");
-        data_.clear();
+        m_data.clear();
         return true;
     }
     // data:image/png;base64,.... written inline by vCard 4.0
@@ -204,10 +234,10 @@ bool Importer::Media(const ContentLine& line, std::string& uri) {
         const std::string_view head = std::string_view(uri).substr(5, comma - 5);
         const std::size_t b64 = head.rfind(";base64");
         if (comma != std::string::npos && b64 != std::string_view::npos &&
-            DecodeBase64(std::string_view(uri).substr(comma + 1), data_)) {
-            if (!params_.hasMediaType && b64 > 0) {
-                params_.mediaType.assign(head.substr(0, b64));
-                params_.hasMediaType = true;
+            DecodeBase64(std::string_view(uri).substr(comma + 1), m_data)) {
+            if (!m_params.hasMediaType && b64 > 0) {
+                m_params.mediaType.assign(head.substr(0, b64));
+                m_params.hasMediaType = true;
             }
             return true;
         }
@@ -217,11 +247,11 @@ bool Importer::Media(const ContentLine& line, std::string& uri) {
 
 void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
     ReadParams(line, &info);
-    const Params& p = params_;
+    const Params& p = m_params;
     const XParams& x = p.xParams;
     const auto bits8 = static_cast<unsigned char>(p.bits);
     const auto bits16 = static_cast<unsigned short>(p.bits);
-    IContactAttributes& c = creator_;
+    IContactAttributes& c = m_creator;
     switch (info.shape) {
         case Shape::Text:
             Check((c.*info.text)(Text(line), p.language, x), line);
@@ -230,18 +260,20 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             Check((c.*info.plain)(Text(line)), line);
             break;
         case Shape::Version:
-            version4_ = line.value == "4.0"sv;
-            reader_.Version21(line.value == "2.1"sv);
+            m_version4 = line.value == "4.0"sv;
+            m_reader.Version21(line.value == "2.1"sv);
             break;  // written once, at the start of the contact
         case Shape::Name:
-            SplitUnescaped(line.value, ';', parts_);
-            if (parts_.size() > 5) Lose(line.name, "COMPONENTS");
+            CommaValues(line);
+            SplitUnescaped(line.value, ';', m_parts);
+            if (m_parts.size() > 5) Lose(line.name, "COMPONENTS");
             if (NoParts(5)) LoseParams(line);
             Check(c.Name(Part(0), Part(1), Part(2), Part(3), Part(4), p.language, x), line);
             break;
         case Shape::Address:
-            SplitUnescaped(line.value, ';', parts_);
-            if (parts_.size() > 7) Lose(line.name, "COMPONENTS");
+            CommaValues(line);
+            SplitUnescaped(line.value, ';', m_parts);
+            if (m_parts.size() > 7) Lose(line.name, "COMPONENTS");
             if (NoParts(7)) LoseParams(line);
             Check(c.Address(Part(0), Part(1), Part(2), Part(3), Part(4), Part(5), Part(6), bits8,
                             p.language, x),
@@ -250,37 +282,44 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         case Shape::List:
         case Shape::Organization: {
             const bool org = info.shape == Shape::Organization;
-            SplitUnescaped(line.value, org ? ';' : ',', parts_);
-            list_.clear();
-            for (std::size_t i = org ? 1 : 0; i < parts_.size(); ++i) {
-                if (org || !parts_[i].empty()) list_.pushBack(parts_[i].c_str());
+            SplitUnescaped(line.value, org ? ';' : ',', m_parts);
+            m_list.clear();
+            for (std::size_t i = org ? 1 : 0; i < m_parts.size(); ++i) {
+                if (org || !m_parts[i].empty()) m_list.pushBack(m_parts[i].c_str());
             }
             if (org) {
-                Check(c.Organization(parts_.front().c_str(), list_), line);
+                Check(c.Organization(m_parts.front().c_str(), m_list), line);
             } else if (line.name == "NICKNAME"sv) {
-                Check(c.Nickname(list_, p.language, x), line);
+                Check(c.Nickname(m_list, p.language, x), line);
             } else {
-                if (list_.isEmpty()) LoseParams(line);
-                Check(c.Categories(list_, p.language, x), line);
+                if (m_list.isEmpty()) LoseParams(line);
+                Check(c.Categories(m_list, p.language, x), line);
             }
             break;
         }
         case Shape::Label:
             Check(c.Label(Text(line), bits8, p.language, x), line);
             break;
-        case Shape::Telephone:
-            Check(c.Telephone(Text(line), bits16, 0, 0, nullptr, x), line);
+        case Shape::Telephone: {
+            // A tel: URI carries the number; the URI form travels as VALUE=uri.
+            const char* number = Text(line);
+            if (p.valueUri) {
+                if (StartsWithName(number, "tel:")) number += 4;
+                m_params.xParams.pushBack({"VALUE", "uri"});
+            }
+            Check(c.Telephone(number, bits16, 0, 0, nullptr, x), line);
             break;
+        }
         case Shape::Email:
             Check(c.Email(Text(line), bits8), line);
             break;
         case Shape::Media:
         case Shape::Key: {
-            data_.clear();
-            const bool inline_ = Media(line, value_);
-            const char* uri = inline_ ? nullptr : value_.c_str();
-            const void* data = inline_ ? data_.data() : nullptr;
-            const auto length = static_cast<unsigned int>(inline_ ? data_.size() : 0);
+            m_data.clear();
+            const bool isInline = Media(line, m_value);
+            const char* uri = isInline ? nullptr : m_value.c_str();
+            const void* data = isInline ? m_data.data() : nullptr;
+            const auto length = static_cast<unsigned int>(isInline ? m_data.size() : 0);
             const char* type = p.hasMediaType ? p.mediaType.c_str() : nullptr;
             if (info.shape == Shape::Key) {
                 Check(c.Key(uri, type, data, length), line);
@@ -303,20 +342,22 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
             // A time zone is a UTC offset unless it says otherwise; in vCard
             // 4.0 it is a text (a zone name) unless it says otherwise.
             if (info.shape == Shape::Timezone)
-                second = p.valueText || p.valueUri || (version4_ && !p.valueOffset);
+                second = p.valueText || p.valueUri || (m_version4 && !p.valueOffset);
             if (info.shape == Shape::Agent) second = !p.valueUri;
             Check((c.*info.pair)(second ? nullptr : v, second ? v : nullptr), line);
             break;
         }
         case Shape::Geo: {
-            std::string_view v(line.value);
-            char sep = ';';
-            if (StartsWithName(v, "geo:")) {  // geo:lat,lon;u=... of vCard 4.0
+            // geo:lat,lon;u=... of vCard 4.0, its comma escaped by some writers.
+            Unescape(line.value, m_value);
+            if (IsGeoUri(m_value)) {
+                std::string_view v(m_value);
                 v = v.substr(4, v.find(';') == std::string_view::npos ? v.npos : v.find(';') - 4);
-                sep = ',';
+                SplitUnescaped(v, ',', m_parts);
+            } else {
+                SplitUnescaped(line.value, ';', m_parts);
             }
-            SplitUnescaped(v, sep, parts_);
-            if (parts_.size() > 2) Lose(line.name, "COMPONENTS");
+            if (m_parts.size() > 2) Lose(line.name, "COMPONENTS");
             Check(c.GeographicPosition(Part(0), Part(1)), line);
             break;
         }
@@ -327,43 +368,49 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
 // is its owner's), with line breaks in the escaped form of vCard 3.0.
 void Importer::NonStandard(const ContentLine& line) {
     ReadParams(line, nullptr);
-    IContactAttributes& c = creator_;
+    IContactAttributes& c = m_creator;
     if (line.base64) {
-        if (!DecodeBase64(line.value, data_)) {
+        if (!DecodeBase64(line.value, m_data)) {
             Lose(line.name, "ENCODING");
             return;
         }
-        Check(c.NonStandardProperty(line.name.c_str(), nullptr, data_.data(),
-                                    static_cast<unsigned int>(data_.size()), params_.xParams),
+        Check(c.NonStandardProperty(line.name.c_str(), nullptr, m_data.data(),
+                                    static_cast<unsigned int>(m_data.size()), m_params.xParams),
               line);
         return;
     }
-    value_.clear();
+    m_value.clear();
     for (std::size_t i = 0; i < line.value.size(); ++i) {
         const char ch = line.value[i];
         if (ch == '\r' || ch == '\n') {
-            value_ += "\\n";
+            m_value += "\\n";
             if (ch == '\r' && i + 1 < line.value.size() && line.value[i + 1] == '\n') ++i;
         } else {
-            value_ += ch;
+            m_value += ch;
         }
     }
-    Check(c.NonStandardProperty(line.name.c_str(), value_.c_str(), nullptr, 0, params_.xParams),
+    Check(c.NonStandardProperty(line.name.c_str(), m_value.c_str(), nullptr, 0, m_params.xParams),
           line);
 }
 
 void Importer::Property(const ContentLine& line) {
-    line_ = line.line;
-    if (agentPending_) {
-        agentPending_ = false;
-        Check(creator_.Agent(nullptr, ""), line);
+    m_line = line.line;
+    if (line.fallback != nullptr) {
+        std::string from = "from ";
+        for (const char* c = line.fallback; *c != '\0'; ++c)
+            from += *c >= 'A' && *c <= 'Z' ? static_cast<char>(*c - 'A' + 'a') : *c;
+        m_losses.Add(line.name, m_line, Loss::Kind::Converted, std::move(from));
+    }
+    if (m_agentPending) {
+        m_agentPending = false;
+        Check(m_creator.Agent(nullptr, ""), line);
     }
     if (const PropertyInfo* info = FindProperty(line.name)) {
         if (info->shape == Shape::Agent && line.value.empty()) {
             ReadParams(line, info);
             // vCard 2.1 writes the agent's card on the lines that follow.
-            agentPending_ = !params_.valueUri;
-            if (agentPending_) return;
+            m_agentPending = !m_params.valueUri;
+            if (m_agentPending) return;
         }
         Mapped(line, *info);
     } else if (StartsWithName(line.name, "X-")) {
@@ -376,47 +423,47 @@ void Importer::Property(const ContentLine& line) {
 // The agent's card of vCard 2.1, nested in the card: its lines as text, with
 // line breaks as LF so that the text survives an escaped round trip.
 bool Importer::AgentCard(std::size_t start, bool keep, std::string& error) {
-    agentPending_ = false;
+    m_agentPending = false;
     ContentLine line;
     unsigned int depth = 1;
     std::size_t end = start;
     while (depth > 0) {
-        const Reader::Result r = reader_.Next(line, error);
+        const Reader::Result r = m_reader.Next(line, error);
         if (r == Reader::Result::End) error = "the card has no END:VCARD line";
         if (r != Reader::Result::Line) return false;
-        end = reader_.Position();
+        end = m_reader.Position();
         if (line.name == "BEGIN"sv) ++depth;
         if (line.name == "END"sv) --depth;
     }
     if (!keep) return true;
     std::string card;
     for (std::size_t i = start; i < end; ++i) {
-        if (text_[i] != '\r') card += text_[i];
+        if (m_text[i] != '\r') card += m_text[i];
     }
     while (!card.empty() && card.back() == '\n') card.pop_back();
-    Check(creator_.Agent(nullptr, card.c_str()), line);
+    Check(m_creator.Agent(nullptr, card.c_str()), line);
     return true;
 }
 
 bool Importer::StartCard(const ContentLine& line) {
-    inCard_ = true;
-    version4_ = false;
-    reader_.Version21(false);
-    cardLine_ = line.line;
-    const auto instance = static_cast<unsigned int>(result_.items.size());
-    return creator_.Reset() && creator_.Begin(instance) && creator_.Version(kContactVersion);
+    m_inCard = true;
+    m_version4 = false;
+    m_reader.Version21(false);
+    m_cardLine = line.line;
+    const auto instance = static_cast<unsigned int>(m_result.items.size());
+    return m_creator.Reset() && m_creator.Begin(instance) && m_creator.Version(kContactVersion);
 }
 
 bool Importer::FinishCard() {
-    inCard_ = false;
-    if (agentPending_) {
-        agentPending_ = false;
-        Check(creator_.Agent(nullptr, ""), ContentLine());
+    m_inCard = false;
+    if (m_agentPending) {
+        m_agentPending = false;
+        Check(m_creator.Agent(nullptr, ""), ContentLine());
     }
     const void* data = nullptr;
     unsigned int length = 0;
-    if (!creator_.End() || !creator_.GetData(data, length)) return false;
-    result_.AddItem("contact", cardLine_, data, length, losses_.Take());
+    if (!m_creator.End() || !m_creator.GetData(data, length)) return false;
+    m_result.AddItem("contact", m_cardLine, data, length, m_losses.Take());
     return true;
 }
 
@@ -424,38 +471,38 @@ ImportResult Importer::Run() {
     ContentLine line;
     std::string error;
     const auto fail = [this](std::string why, unsigned int where) {
-        result_.ok = false;
-        result_.error = std::move(why);
-        result_.errorLine = where;
-        return std::move(result_);
+        m_result.ok = false;
+        m_result.error = std::move(why);
+        m_result.errorLine = where;
+        return std::move(m_result);
     };
     for (;;) {
-        const std::size_t start = reader_.Position();
-        const Reader::Result r = reader_.Next(line, error);
+        const std::size_t start = m_reader.Position();
+        const Reader::Result r = m_reader.Next(line, error);
         if (r == Reader::Result::End) break;
-        if (r == Reader::Result::Malformed) return fail(error, reader_.LineNumber());
+        if (r == Reader::Result::Malformed) return fail(error, m_reader.LineNumber());
         const bool frame = line.name == "BEGIN"sv || line.name == "END"sv;
         const bool vcard = frame && SameName(line.value, "VCARD");
         if (line.name == "BEGIN"sv && vcard) {
-            if (!inCard_) {
+            if (!m_inCard) {
                 if (!StartCard(line)) return fail("the contact could not be started", line.line);
             } else {
                 // A card nested for no AGENT is skipped whole.
-                if (!agentPending_) losses_.Add("VCARD", line.line);
-                if (!AgentCard(start, agentPending_, error))
-                    return fail(error, reader_.LineNumber());
+                if (!m_agentPending) m_losses.Add("VCARD", line.line);
+                if (!AgentCard(start, m_agentPending, error))
+                    return fail(error, m_reader.LineNumber());
             }
-        } else if (line.name == "END"sv && vcard && inCard_) {
+        } else if (line.name == "END"sv && vcard && m_inCard) {
             if (!FinishCard()) return fail("the contact could not be written", line.line);
-        } else if (inCard_) {
+        } else if (m_inCard) {
             Property(line);
         }
         // Lines outside any card belong to no contact and are skipped.
     }
-    if (inCard_) return fail("the card has no END:VCARD line", cardLine_);
-    if (result_.items.empty()) return fail("no BEGIN:VCARD in the input", 0);
-    result_.ok = true;
-    return std::move(result_);
+    if (m_inCard) return fail("the card has no END:VCARD line", m_cardLine);
+    if (m_result.items.empty()) return fail("no BEGIN:VCARD in the input", 0);
+    m_result.ok = true;
+    return std::move(m_result);
 }
 
 }  // namespace

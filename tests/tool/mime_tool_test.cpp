@@ -22,6 +22,13 @@ TEST(MimeTool, ImportTellsTheFormatAndReportsLosses) {
     EXPECT_EQ(strict.status, 1);
     EXPECT_TRUE(strict.out.empty());
 
+    // Text read by the fallback charset is said, and --strict refuses it.
+    const std::string latin1 = "From: ann@example.org\nSubject: Caf\xE9\n\nx\n";
+    EXPECT_EQ(Tool("import -", latin1).err,
+              "warning: <stdin>:2: email 1: Subject converted (8-bit text without a charset, read "
+              "as windows-1252)\n");
+    EXPECT_EQ(Tool("import - --strict", latin1).status, 1);
+
     const std::string mbox = "From a Mon Mar  3 09:00:00 2025\n" + kMessage +
                              "\nFrom b Mon Mar  3 09:00:00 2025\n" + kMessage;
     const Result two = Tool("import -", mbox);  // "From " first: mbox

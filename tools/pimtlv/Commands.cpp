@@ -88,9 +88,14 @@ std::string ItemName(const ItemPlace& place) {
     return "item " + std::to_string(place.index + 1) + " at offset " + std::to_string(place.offset);
 }
 
-// Tells a person where the item's stream breaks.
-void ReportFault(const Fault& fault, std::ostream& err) {
-    err << "error: malformed stream at offset " << fault.offset << ": " << fault.reason << '\n';
+// The sentence that tells a person where the item's stream breaks.
+StreamError FaultError(const Fault& fault) {
+    return {true, fault.offset,
+            "malformed stream at offset " + std::to_string(fault.offset) + ": " + fault.reason};
+}
+
+void ReportError(const StreamError& error, std::ostream& err) {
+    err << "error: " << error.sentence << '\n';
 }
 
 // The kind of an item: forced by --item, else told by its frame. Null for a
@@ -107,39 +112,47 @@ const Kind* ItemKind(const Options& options, ByteView data, const ItemPlace& pla
                (frame.hasComponent ? ", first inner node " + std::to_string(frame.component)
                                    : ", no inner node");
     }
-    throw UsageError("cannot tell the item" +
-                     (place.offset > 0 ? " at offset " + std::to_string(place.offset) : "") +
-                     " from the stream (" + seen + "); name it with --item");
+    throw UnknownItemError(
+        "cannot tell the item" +
+            (place.offset > 0 ? " at offset " + std::to_string(place.offset) : "") +
+            " from the stream (" + seen + "); name it with --item",
+        place.offset);
 }
 
-// Says why an item did not parse, or could not be cut from the file.
-void ReportItemFailure(ByteView data, const ItemPlace& place, const Kind* kind, const ParseRun* run,
-                       std::ostream& err) {
+// Why an item did not parse, or could not be cut from the file.
+StreamError ItemFailure(ByteView data, const ItemPlace& place, const Kind* kind,
+                        const ParseRun* run) {
     const Fault fault = WalkStream(data, nullptr, place.offset, place.offset + place.size);
-    if (fault.present) {
-        ReportFault(fault, err);
-    } else if (!place.cut) {
-        err << "error: malformed stream at offset " << place.offset << ": " << place.why << '\n';
-    } else if (run != nullptr) {
-        err << "error: the " << kind->title << " parser stopped at offset "
-            << place.offset + run->consumed << '\n';
+    if (fault.present) return FaultError(fault);
+    if (!place.cut) {
+        return {true, place.offset,
+                "malformed stream at offset " + std::to_string(place.offset) + ": " + place.why};
     }
+    if (run == nullptr) return {};
+    const std::size_t at = place.offset + run->consumed;
+    return {true, at,
+            std::string("the ") + kind->title + " parser stopped at offset " + std::to_string(at)};
 }
 
 // Runs the parser of every item in turn, with listener hearing each parse
 // and calls (null: only counted) receiving its calls' JSON. begin(place,
 // kind) comes before an item's parse, end(place, kind, recorder, run) after
-// it. Stops at the first item that does not parse; returns false then.
+// it. Stops at the first item that does not parse; returns false then, with
+// why on err and in error (when not null).
 template <typename Begin, typename End>
 bool ParseItems(const Options& options, ByteView data, ParseListener& listener, TextOut* calls,
-                Begin&& begin, End&& end, std::ostream& err) {
+                Begin&& begin, End&& end, std::ostream& err, StreamError* error = nullptr) {
+    const auto fail = [&](const StreamError& why) {
+        if (why.present) ReportError(why, err);
+        if (error != nullptr) *error = why;
+    };
     Progress progress(data.size);
     bool ok = true;
     ForEachItemOf(data, [&](const ItemPlace& place) {
         progress.At(place.offset);
         const Kind* kind = ItemKind(options, data, place);
         if (kind == nullptr) {
-            ReportItemFailure(data, place, kind, nullptr, err);
+            fail(ItemFailure(data, place, kind, nullptr));
             ok = false;
             return false;
         }
@@ -149,7 +162,7 @@ bool ParseItems(const Options& options, ByteView data, ParseListener& listener, 
         const ParseRun run = adapter->decode(data.Sub(place.offset, place.size), recorder);
         end(place, *kind, recorder, run);
         if (!run.ok || !place.cut) {
-            ReportItemFailure(data, place, kind, &run, err);
+            fail(ItemFailure(data, place, kind, &run));
             ok = false;
         }
         return ok;
@@ -183,23 +196,56 @@ void WithJsonErrors(Parse&& parse, Locate&& locate) {
 
 }  // namespace
 
+Fault WalkItems(ByteView data, const std::string& forcedItem, NamedElementSink& sink) {
+    const Kind* forced = forcedItem.empty() ? nullptr : &NamedKind(forcedItem);
+    class Naming : public ElementSink {
+      public:
+        explicit Naming(NamedElementSink& s) : m_sink(s) {}
+        void OnElement(const Element& e) override {
+            const bool node = e.header.elementClass == ParserCreatorCollection::Node;
+            m_sink.OnElement(e, NameOf(item, node, e.parentId, e.header.typeId, e.depth));
+        }
+        const ItemAdapter* item = nullptr;  // whose names the elements get
+
+      private:
+        NamedElementSink& m_sink;
+    } naming(sink);
+    // Item by item, each named in its own kind; what cannot be cut into
+    // items (elements outside any root node, say) is walked as it stands.
+    Fault fault;
+    ForEachItemOf(data, [&](const ItemPlace& place) {
+        const Kind* kind = forced;
+        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
+        naming.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
+        fault = WalkStream(data, &naming, place.offset, place.offset + place.size);
+        return !fault.present;
+    });
+    return fault;
+}
+
+std::vector<std::size_t> ItemOffsets(ByteView data) {
+    std::vector<std::size_t> offsets;
+    ForEachItemOf(data, [&](const ItemPlace& place) {
+        offsets.push_back(place.offset);
+        return true;
+    });
+    return offsets;
+}
+
 int Dump(const Options& options, std::ostream& out, std::ostream& err) {
     const Stream stream(options);
     const ByteView data = stream.View();
-    const Kind* forced = ForcedKind(options);
-    class Sink : public ElementSink {
+    class Sink : public NamedElementSink {
       public:
         Sink(std::size_t size, bool color, std::ostream& o)
             : m_color(color), m_out(o), m_progress(size) {}
-        void OnElement(const Element& e) override {
-            const bool node = e.header.elementClass == ParserCreatorCollection::Node;
+        void OnElement(const Element& e, const char* name) override {
             std::string& text = m_out.Text();
-            DumpLine(text, e, NameOf(item, node, e.parentId, e.header.typeId, e.depth), m_color);
+            DumpLine(text, e, name, m_color);
             text += '\n';
             m_out.Drain();
             m_progress.At(e.offset);
         }
-        const ItemAdapter* item = nullptr;  // whose names the lines show
         TextOut& Out() { return m_out; }
 
       private:
@@ -207,20 +253,11 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err) {
         TextOut m_out;
         Progress m_progress;
     } sink(data.size, options.color, out);
-    // Item by item, each named in its own kind; what cannot be cut into
-    // items (elements outside any root node, say) is shown as it stands.
-    Fault fault;
-    ForEachItemOf(data, [&](const ItemPlace& place) {
-        const Kind* kind = forced;
-        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
-        sink.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
-        fault = WalkStream(data, &sink, place.offset, place.offset + place.size);
-        return !fault.present;
-    });
+    const Fault fault = WalkItems(data, options.item, sink);
     sink.Out().Flush();
     out.flush();
     if (!fault.present) return 0;
-    ReportFault(fault, err);
+    ReportError(FaultError(fault), err);
     return kExitProblem;
 }
 
@@ -283,7 +320,8 @@ class DecodeWriter : public ParseListener {
 
 }  // namespace
 
-int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::ostream& err) {
+int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::ostream& err,
+                 StreamError* error) {
     ForcedKind(options);  // an unknown --item is refused even when there are no items
     // One item: its document. Several (or none): a JSON array of them.
     const bool single = SingleItem(data);
@@ -303,7 +341,7 @@ int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::
             if (single) text.Text() += "\n";
             text.Flush();
         },
-        err);
+        err, error);
     if (!single) text.Text() += any ? "\n]\n" : "]\n";
     text.Flush();
     out.flush();

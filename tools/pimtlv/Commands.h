@@ -24,9 +24,45 @@ int Dump(const Options& options, std::ostream& out, std::ostream& err);
 int Decode(const Options& options, std::ostream& out, std::ostream& err);
 int Encode(const Options& options, std::ostream& err);
 
+// Why a command stopped short of the end of a stream: the offset of the
+// element (or item) that could not be read and the sentence err shows after
+// "error: ".
+struct StreamError {
+    bool present = false;
+    std::size_t offset = 0;
+    std::string sentence;
+};
+
+// Thrown for a well-formed item whose kind the stream does not tell: where
+// it starts, for callers that report places rather than lines.
+class UnknownItemError : public UsageError {
+  public:
+    UnknownItemError(const std::string& what, std::size_t at) : UsageError(what), offset(at) {}
+    std::size_t offset;
+};
+
 // Decode of a stream already read: the document of its item, or a JSON
 // array of the documents of its items when it holds several (or none).
-int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::ostream& err);
+// error (when not null) receives what err is told of a malformed stream.
+int DecodeStream(const Options& options, ByteView data, std::ostream& out, std::ostream& err,
+                 StreamError* error = nullptr);
+
+// Where each item of a file starts, in file order (a rest that is no complete
+// item counts as one).
+std::vector<std::size_t> ItemOffsets(ByteView data);
+
+// Hears every element of a walk with the name of its type ID in its item's
+// context (null when none is known).
+class NamedElementSink {
+  public:
+    virtual ~NamedElementSink() = default;
+    virtual void OnElement(const Element& element, const char* name) = 0;
+};
+
+// The walk of dump: every element of every item, each item named in its own
+// kind, or in forcedItem's when that is not empty (an unknown one throws
+// UsageError). Returns the fault that ended it, if any.
+Fault WalkItems(ByteView data, const std::string& forcedItem, NamedElementSink& sink);
 
 // What encode makes of one JSON document's text: the item named and the stream
 // its creator wrote, with the calls the creator refused. Throws UsageError

@@ -92,6 +92,8 @@ bool ValidUtf8(std::string_view s) {
     return true;
 }
 
+// Every byte as the character of the same number: the last resort for bytes
+// that are no text of any charset tried before.
 void Latin1ToUtf8(std::string& text) {
     std::string out;
     out.reserve(text.size() * 2);
@@ -110,7 +112,7 @@ void Latin1ToUtf8(std::string& text) {
 // Converts text from charset to UTF-8; false (text unchanged) when the charset
 // is unknown or the bytes are not in it.
 bool ConvertCharset(const std::string& charset, std::string& text) {
-    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII")) return true;
+    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII")) return ValidUtf8(text);
     iconv_t cd = iconv_open("UTF-8", charset.c_str());
     if (cd == reinterpret_cast<iconv_t>(-1)) return false;
     std::string out(text.size() * 4 + 16, '\0');
@@ -230,15 +232,15 @@ const Param* ContentLine::Find(std::string_view paramName) const {
     return nullptr;
 }
 
-Reader::Reader(const char* text, std::size_t size) : text_(text), size_(size) {
-    if (size_ >= 3 && text_[0] == '\xEF' && text_[1] == '\xBB' && text_[2] == '\xBF') pos_ = 3;
+Reader::Reader(const char* text, std::size_t size) : m_text(text), m_size(size) {
+    if (m_size >= 3 && m_text[0] == '\xEF' && m_text[1] == '\xBB' && m_text[2] == '\xBF') m_pos = 3;
 }
 
 bool Reader::PeekPhysical(std::string_view& out) const {
-    if (pos_ >= size_) return false;
+    if (m_pos >= m_size) return false;
     // Lines end at LF, CRLF or a lone CR: find the LF with memchr, then any CR before it.
-    const char* start = text_ + pos_;
-    const std::size_t left = size_ - pos_;
+    const char* start = m_text + m_pos;
+    const std::size_t left = m_size - m_pos;
     const void* lf = std::memchr(start, '\n', left);
     std::size_t end =
         lf == nullptr ? left : static_cast<std::size_t>(static_cast<const char*>(lf) - start);
@@ -250,11 +252,11 @@ bool Reader::PeekPhysical(std::string_view& out) const {
 
 bool Reader::PhysicalLine(std::string_view& out) {
     if (!PeekPhysical(out)) return false;
-    pos_ += out.size();
+    m_pos += out.size();
     // CRLF, LF or CR; some writers double the CR.
-    while (pos_ < size_ && text_[pos_] == '\r') ++pos_;
-    if (pos_ < size_ && text_[pos_] == '\n') ++pos_;
-    ++line_;
+    while (m_pos < m_size && m_text[m_pos] == '\r') ++m_pos;
+    if (m_pos < m_size && m_text[m_pos] == '\n') ++m_pos;
+    ++m_line;
     return true;
 }
 
@@ -263,32 +265,34 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     do {
         if (!PhysicalLine(first)) return Result::End;
     } while (IsBlank(first));
-    out.line = line_;
+    out.line = m_line;
     while (first.front() == ' ' || first.front() == '\t') first.remove_prefix(1);
-    scratch_.assign(first);
+    m_scratch.assign(first);
     std::string_view next;
     // Where continuation lines were joined, for quoted-printable soft breaks.
     const auto unfold = [&] {
-        folds_.clear();
+        m_folds.clear();
         while (PeekPhysical(next) && !next.empty() && (next[0] == ' ' || next[0] == '\t')) {
             PhysicalLine(next);
-            folds_.push_back(scratch_.size());
-            scratch_.append(next.substr(1));
+            m_folds.push_back({m_scratch.size(), next[0]});
+            m_scratch.append(next.substr(1));
         }
     };
-    // A quoted-printable line that ends in '=' continues on the next line,
-    // folded or not: the '=' goes. text holds scratch_ from offset base on.
+    // A quoted-printable line that ends in '=' continues on the next line as
+    // it stands: a blank there is text, not folding, so it takes the place of
+    // the '='. text holds m_scratch from offset base on.
     const auto dropSoftBreaks = [this](std::string& text, std::size_t base) {
-        for (auto f = folds_.rbegin(); f != folds_.rend(); ++f) {
-            if (*f > base && scratch_[*f - 1] == '=') text.erase(*f - 1 - base, 1);
+        for (auto f = m_folds.rbegin(); f != m_folds.rend(); ++f) {
+            if (f->offset > base && m_scratch[f->offset - 1] == '=')
+                text[f->offset - 1 - base] = f->blank;
         }
     };
     unfold();
-    if (scratch_.find('\0') != std::string::npos) {
+    if (m_scratch.find('\0') != std::string::npos) {
         error = "a NUL byte in the content line";
         return Result::Malformed;
     }
-    if (!ParseLine(scratch_, out, error)) return Result::Malformed;
+    if (!ParseLine(m_scratch, out, error)) return Result::Malformed;
 
     const Param* encoding = out.Find("ENCODING");
     const bool qp = encoding != nullptr && !encoding->values.empty() &&
@@ -297,20 +301,20 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         encoding != nullptr && !encoding->values.empty() &&
         (SameName(encoding->values.front(), "B") || SameName(encoding->values.front(), "BASE64"));
     if (qp) {
-        dropSoftBreaks(out.value, scratch_.size() - out.value.size());
+        dropSoftBreaks(out.value, m_scratch.size() - out.value.size());
         // A soft line break is '=' at the end of a line, without folding blank.
         while (!out.value.empty() && out.value.back() == '=' && PeekPhysical(next)) {
             PhysicalLine(next);
-            scratch_.assign(next);
+            m_scratch.assign(next);
             unfold();
-            std::string piece = scratch_;
+            std::string piece = m_scratch;
             dropSoftBreaks(piece, 0);
             out.value.pop_back();
             out.value += piece;
         }
-        scratch_.swap(out.value);
-        DecodeQuotedPrintable(scratch_, out.value);
-    } else if (out.base64 && version21_) {
+        m_scratch.swap(out.value);
+        DecodeQuotedPrintable(m_scratch, out.value);
+    } else if (out.base64 && m_version21) {
         // Old writers continue base64 on lines of their own, without a blank
         // in front, up to an empty line.
         while (PeekPhysical(next) && IsBase64Run(next)) {
@@ -319,13 +323,21 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
         }
     }
     out.badCharset = false;
+    out.fallback = nullptr;
     if (!out.base64) {
         const Param* charset = out.Find("CHARSET");
-        if (charset != nullptr && !charset->values.empty()) {
+        if (charset != nullptr && !charset->values.empty())
             out.badCharset = !ConvertCharset(charset->values.front(), out.value);
-        } else if (!ValidUtf8(out.value)) {
-            // Without a charset, 8-bit text of old writers is Latin-1.
-            Latin1ToUtf8(out.value);
+        if ((charset == nullptr || out.badCharset) && !ValidUtf8(out.value)) {
+            // 8-bit text that is no UTF-8 and names no charset this reader
+            // knows: old writers meant Windows-1252 (Latin-1 with printable
+            // characters where Latin-1 has control codes). The caller reports
+            // the conversion.
+            out.fallback = kFallbackCharset;
+            if (!ConvertCharset(kFallbackCharset, out.value)) {
+                out.fallback = "ISO-8859-1";
+                Latin1ToUtf8(out.value);
+            }
         }
         if (out.value.find('\0') != std::string::npos) {  // =00, or a charset's U+0000
             error = "a NUL character in the decoded value";
@@ -359,15 +371,14 @@ void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& pa
             if (n == parts.size()) parts.emplace_back();
             Unescape(raw.substr(start, i - start), parts[n++]);
             start = i + 1;
-        } else if (raw[i] == '\\') {
-            ++i;
+        } else if (raw[i] == '\\' && i + 1 < raw.size()) {
+            ++i;  // a backslash at the very end escapes nothing: the last part keeps it
         }
     }
     parts.resize(n);
 }
 
-void AppendEscaped(std::string& out, std::string_view text, bool structured) {
-    const char* special = structured ? "\\\r\n,;" : "\\\r\n";
+void AppendEscaped(std::string& out, std::string_view text, std::string_view special) {
     std::size_t start = 0;
     for (;;) {
         const std::size_t i = text.find_first_of(special, start);  // copy plain runs whole

@@ -17,6 +17,9 @@
 
 namespace PimBridge::Vcard {
 
+// What 8-bit text without a (known) charset is read as.
+inline constexpr const char* kFallbackCharset = "WINDOWS-1252";
+
 struct Param {
     std::string name;                 // upper case
     std::vector<std::string> values;  // quotes removed; a bare 2.1 parameter is one TYPE value
@@ -30,6 +33,9 @@ struct ContentLine {
     unsigned int line = 0;    // first physical line, 1-based
     bool base64 = false;      // ENCODING=b or BASE64: value is still encoded
     bool badCharset = false;  // a CHARSET this reader cannot convert; value kept as bytes
+    // The charset the value was read in by guess, because its bytes are no
+    // UTF-8 and no CHARSET said what they are; null when none was needed.
+    const char* fallback = nullptr;
 
     const Param* Find(std::string_view paramName) const;
 };
@@ -41,23 +47,27 @@ class Reader {
     // line that is no content line (error says why, line says where).
     enum class Result { Line, End, Malformed };
     Result Next(ContentLine& out, std::string& error);
-    unsigned int LineNumber() const { return line_; }
-    std::size_t Position() const { return pos_; }  // offset of the next line
+    unsigned int LineNumber() const { return m_line; }
+    std::size_t Position() const { return m_pos; }  // offset of the next line
     // vCard 2.1 lets base64 go on over lines of their own, up to an empty
     // line; later versions fold it. Only a 2.1 card reads it so.
-    void Version21(bool on) { version21_ = on; }
+    void Version21(bool on) { m_version21 = on; }
 
   private:
     bool PhysicalLine(std::string_view& out);
     bool PeekPhysical(std::string_view& out) const;
 
-    const char* text_;
-    std::size_t size_;
-    std::size_t pos_ = 0;
-    unsigned int line_ = 0;  // lines read so far
-    bool version21_ = false;
-    std::string scratch_;
-    std::vector<std::size_t> folds_;  // offsets in scratch_ where continuation lines start
+    const char* m_text;
+    std::size_t m_size;
+    std::size_t m_pos = 0;
+    unsigned int m_line = 0;  // lines read so far
+    bool m_version21 = false;
+    std::string m_scratch;
+    struct Fold {
+        std::size_t offset;  // in m_scratch, where a continuation line starts
+        char blank;          // the blank that the unfolding took away
+    };
+    std::vector<Fold> m_folds;
 };
 
 // Case-insensitive comparison for ASCII names.
@@ -80,9 +90,9 @@ void ForEachListItem(std::string_view list, OnItem&& onItem) {
 void Unescape(std::string_view raw, std::string& out);
 // Splits raw at every unescaped sep and unescapes each part.
 void SplitUnescaped(std::string_view raw, char sep, std::vector<std::string>& parts);
-// Escapes a line break as \n and a backslash as \\; with structured also
-// commas and semicolons, which separate values in text and structured values.
-void AppendEscaped(std::string& out, std::string_view text, bool structured);
+// Escapes each character of text that is in special: a line break (CR, LF
+// or CRLF) as \n, any other with a backslash in front.
+void AppendEscaped(std::string& out, std::string_view text, std::string_view special);
 
 bool DecodeBase64(std::string_view text, std::string& out);  // blanks ignored
 void AppendBase64(std::string& out, const void* data, std::size_t size);

@@ -30,6 +30,6 @@ const FormatAdapter kVcfFormat = {"vcf",
                                   LooksLikeVcard,
                                   PimBridge::ImportVcard,
                                   PimBridge::ExportVcard,
-                                  nullptr};
+                                  PimBridge::MergeVcard};
 
 }  // namespace PimTool
