@@ -63,7 +63,7 @@ fuzz_one() {
   # project (read at run time, never kept in the repository).
   local real
   case "$t" in
-    ical_import) real=ics ;;
+    ical_import|ical_merge) real=ics ;;
     vcard_import|vcard_merge) real=vcf ;;
     mime_import) real=eml ;;
     *) real="" ;;

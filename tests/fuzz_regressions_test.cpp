@@ -112,6 +112,7 @@ constexpr Target kTargets[] = {
 #ifdef PIMTLV_REPLAY_ICAL
     {"ical_import", ReplayItem<CheckIcalImport>, false},
     {"ical_export", ReplayItem<CheckIcalExport>, false},
+    {"ical_merge", ReplayItem<CheckIcalMerge>, false},
 #endif
 #ifdef PIMTLV_REPLAY_VCARD
     {"vcard_import", ReplayItem<PimTlvFuzz::CheckVcardImport>, false},

@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev doxygen
           nlohmann-json3-dev libcli11-dev
-          pkg-config libical-dev libgmime-3.0-dev
+          pkg-config libical-dev tzdata libgmime-3.0-dev
           python3-venv python3-dev python3-pip python3-setuptools python3-wheel
           pybind11-dev python3-pybind11 python3-pytest python3-hypothesis
           python3-icalendar python3-vobject)

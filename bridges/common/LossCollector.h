@@ -27,8 +27,11 @@ class LossCollector {
         losses_.push_back(Loss{name, 1, line, kind, std::move(detail)});
     }
     bool Empty() const { return losses_.empty(); }
-    // Whether name is already listed: a caller whose line is costly to find
-    // finds it only for the first occurrence.
+    // Whether name is already listed (as any kind, or as kind): a caller
+    // whose line is costly to find finds it only for the first occurrence.
+    bool Contains(const std::string& name, Loss::Kind kind) const {
+        return index_.count(Key(name, kind)) != 0;
+    }
     bool Contains(const std::string& name) const {
         for (Loss::Kind kind : {Loss::Kind::NotCarried, Loss::Kind::Regenerated,
                                 Loss::Kind::Converted, Loss::Kind::Limit}) {

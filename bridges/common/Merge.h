@@ -23,6 +23,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "bridges/common/Bridge.h"
@@ -97,6 +98,114 @@ struct MergeResult {
         return true;
     }
 };
+
+/// The matching rule above over the original's components, given in text
+/// order. Each component is matched at most once.
+class ComponentMatcher {
+  public:
+    /// What Match answers for an item without a counterpart.
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    /// The next component (its number is the count added before it); uid
+    /// empty when it has none.
+    void Add(const std::string& uid) {
+        const std::size_t number = m_matched.size();
+        m_matched.push_back(false);
+        m_hasUid.push_back(!uid.empty());
+        if (!uid.empty()) m_byUid[uid].push_back(number);
+    }
+    /// How many components were added.
+    std::size_t Size() const { return m_matched.size(); }
+    /// Whether component number has been matched.
+    bool Matched(std::size_t number) const { return m_matched[number]; }
+
+    /// The component an item with this UID and instance number matches, now
+    /// marked as matched; kNone when the item is new.
+    std::size_t Match(const std::string& uid, unsigned int instance) {
+        if (uid.empty()) {
+            if (instance < m_matched.size() && !m_hasUid[instance]) return Claim(instance);
+            return kNone;
+        }
+        const auto found = m_byUid.find(uid);
+        if (found == m_byUid.end()) return kNone;
+        for (const std::size_t n : found->second) {
+            if (n == instance && !m_matched[n]) return Claim(n);
+        }
+        for (const std::size_t n : found->second) {
+            if (!m_matched[n]) return Claim(n);
+        }
+        return kNone;
+    }
+
+    /// Marks a component matched by other means (an item whose stream is the
+    /// very one the original's component gives, UID and number included).
+    std::size_t Claim(std::size_t number) {
+        m_matched[number] = true;
+        return number;
+    }
+
+  private:
+    std::unordered_map<std::string, std::vector<std::size_t>> m_byUid;
+    std::vector<bool> m_matched;
+    std::vector<bool> m_hasUid;
+};
+
+/// The three-way decision for one property (by name): whose value the merged
+/// text takes. Two-way merges pass the original as the base, so that whatever
+/// the device changed wins.
+struct MergeDecision {
+    bool takeDevice = false;  ///< the merged text takes the device's value
+    bool conflict = false;    ///< both sides changed the property differently
+};
+
+inline MergeDecision Decide(bool deviceChanged, bool originalChanged, bool sidesAgree,
+                            bool preferDevice) {
+    MergeDecision d;
+    if (!deviceChanged || sidesAgree) return d;
+    if (!originalChanged) {
+        d.takeDevice = true;
+        return d;
+    }
+    d.conflict = true;
+    d.takeDevice = preferDevice;
+    return d;
+}
+
+/// One item of the report in words: "unchanged", "added", "changed: SUMMARY
+/// changed, LOCATION removed", each conflict after it ("conflict: SUMMARY,
+/// server's value kept"), "failed: why".
+inline std::string Describe(const MergedItem& item) {
+    std::string said;
+    switch (item.outcome) {
+        case MergedItem::Outcome::Unchanged:
+            said = "unchanged";
+            break;
+        case MergedItem::Outcome::Added:
+            said = "added";
+            break;
+        case MergedItem::Outcome::Failed:
+            said = "failed";
+            for (std::size_t i = 0; i < item.diagnostics.size(); ++i) {
+                said += (i == 0 ? ": " : "; ") + item.diagnostics[i].text;
+            }
+            break;
+        case MergedItem::Outcome::Changed:
+            said = "changed";
+            for (std::size_t i = 0; i < item.changes.size(); ++i) {
+                const PropertyChange& c = item.changes[i];
+                said += (i == 0 ? ": " : ", ") + c.name +
+                        (c.kind == PropertyChange::Kind::Added     ? " added"
+                         : c.kind == PropertyChange::Kind::Removed ? " removed"
+                                                                   : " changed");
+            }
+            break;
+    }
+    for (const Conflict& c : item.conflicts) {
+        said += "; conflict: " + c.name +
+                (c.deviceWon ? ", device's value taken" : ", server's value kept");
+    }
+    return said;
+}
 
 }  // namespace PimBridge
 

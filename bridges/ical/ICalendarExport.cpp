@@ -7,17 +7,21 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "ICalendarBridge.h"
+#include "bridges/common/Clock.h"
 #include "bridges/common/ItemStreams.h"
 #include "bridges/common/LossCollector.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
 #include "pimshared/note/TLVNoteParser.h"
 #include "pimshared/task/TLVTaskParser.h"
+#include "private/ICalendarItems.h"
 #include "private/ICalendarMapping.h"
 
 namespace PimBridge {
@@ -31,11 +35,6 @@ using Texts = PAL::TVector<const char*>;
 
 // Written when no item names a product.
 constexpr const char* kOwnProductId = "-//pimtlv//pimtlv iCalendar bridge//EN";
-
-struct ComponentDeleter {
-    void operator()(icalcomponent* c) const { icalcomponent_free(c); }
-};
-using ComponentPtr = std::unique_ptr<icalcomponent, ComponentDeleter>;
 
 // The calendar's PRODID or VERSION: the first item's that has one; an item
 // with another one loses its own.
@@ -102,11 +101,20 @@ icalparameter* MakeParam(const char* name, const char* value) {
     return param;
 }
 
+// A zone an item's time names, and whether the time-zone database knows it.
+struct UsedZone {
+    std::string tzid;
+    icaltimezone* zone;
+};
+
 // Builds the component of one item from the parser's calls.
 class ComponentWriter {
   public:
-    ComponentWriter(CalendarText& prodid, CalendarText& version)
-        : m_prodid(prodid), m_version(version) {}
+    // A position that takes any instance number as its own.
+    static constexpr std::size_t kAnyPosition = static_cast<std::size_t>(-1);
+
+    ComponentWriter(CalendarText& prodid, CalendarText& version, std::time_t now)
+        : m_prodid(prodid), m_version(version), m_now(now) {}
 
     // The next item goes into component; what it says and loses into item.
     void Start(icalcomponent* component, ExportedItem& item, std::size_t position) {
@@ -117,9 +125,13 @@ class ComponentWriter {
         m_modified = icaltime_null_time();
     }
     bool Begin(unsigned int instance) {
-        if (instance != m_position) m_losses.Add("instance number", 0);
+        m_instance = instance;
+        if (m_position != kAnyPosition && instance != m_position) {
+            m_losses.Add("instance number", 0);
+        }
         return true;
     }
+    unsigned int Instance() const { return m_instance; }
     bool Put(eOp op, const PropertyValues& v);
     void Unplaced(const char* what) { m_losses.Add(what, 0); }
     bool Trace(int code, const char* text) {
@@ -127,14 +139,20 @@ class ComponentWriter {
         return true;
     }
     std::vector<Loss> TakeLosses() { return m_losses.Take(); }
-    // RFC 5545 wants a DTSTAMP in every event, task and note; the items do
-    // not carry one, so it is made from what they do carry, the same for the
-    // same item every time: the last modification, else the creation, else
-    // the start of 1970, all in UTC.
+    // The zones the items' times named, in order of first use.
+    const std::vector<UsedZone>& Zones() const { return m_zones; }
+    // RFC 5545 wants a DTSTAMP in every event, task and note, which the
+    // items do not carry; the import notes it as written anew by rule. A
+    // calendar without METHOD, as this one, stamps each component with the
+    // time its information was last revised: the item's last modification,
+    // else its creation (so that the same item gives the same text), else,
+    // having no revision time at all, the time of the export (from
+    // PimBridge::Now, which SOURCE_DATE_EPOCH can fix). All in UTC.
     void AddStamp() {
-        icaltimetype stamp = m_modified.year != 0  ? m_modified
-                             : m_created.year != 0 ? m_created
-                                                   : icaltime_from_timet_with_zone(0, 0, nullptr);
+        icaltimetype stamp = m_modified.year != 0 ? m_modified
+                             : m_created.year != 0
+                                 ? m_created
+                                 : icaltime_from_timet_with_zone(m_now, 0, nullptr);
         stamp.is_date = 0;
         stamp.zone = icaltimezone_get_utc_timezone();
         icalcomponent_add_property(m_component, icalproperty_new_dtstamp(stamp));
@@ -145,6 +163,7 @@ class ComponentWriter {
     icalvalue* MakeValue(const PropertyRow& row, eOp op, const PropertyValues& v,
                          icalproperty* property);
     void AddParams(const PropertyRow& row, const PropertyValues& v, icalproperty* property);
+    void UseZone(const char* tzid);
 
     CalendarText& m_prodid;
     CalendarText& m_version;
@@ -152,9 +171,29 @@ class ComponentWriter {
     ExportedItem* m_item = nullptr;
     LossCollector m_losses;
     std::size_t m_position = 0;
+    unsigned int m_instance = 0;
     icaltimetype m_created = icaltime_null_time();
     icaltimetype m_modified = icaltime_null_time();
+    std::time_t m_now;
+    std::vector<UsedZone> m_zones;
+    std::unordered_map<std::string, std::size_t> m_zoneIndex;  // into m_zones, by TZID
 };
+
+// Notes a zone for its VTIMEZONE; one the time-zone database does not know
+// has no definition to write, which each item that names it reports.
+void ComponentWriter::UseZone(const char* tzid) {
+    const auto found = m_zoneIndex.emplace(tzid, m_zones.size());
+    if (found.second) {
+        icaltimezone* zone = KnownZone(tzid);
+        // libical's UTC, say, is known but has no definition to write.
+        if (zone != nullptr && icaltimezone_get_component(zone) == nullptr) zone = nullptr;
+        m_zones.push_back(UsedZone{tzid, zone});
+    }
+    if (m_zones[found.first->second].zone == nullptr) {
+        m_losses.Add(std::string("VTIMEZONE of TZID ") + tzid, 0, Loss::Kind::NotCarried,
+                     "not in the time-zone database");
+    }
+}
 
 bool ComponentWriter::PutCalendarText(CalendarText& target, const PropertyValues& v) {
     const XParams& x = *v.xParams;
@@ -221,12 +260,20 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
             if (form == eForm::Zoned) {
                 if (OneLine(tzid)) {
                     icalproperty_add_parameter(property, icalparameter_new_tzid(tzid));
+                    UseZone(tzid);
                 } else {
                     m_losses.Add(std::string(icalproperty_kind_to_string(row.kind)) + ";TZID", 0);
                 }
             }
-            if (op == eOp::DateTimeCreated) m_created = t;
-            if (op == eOp::LastModified) m_modified = t;
+            // A zoned revision time is stamped as the same instant in UTC.
+            if (op == eOp::DateTimeCreated || op == eOp::LastModified) {
+                icaltimetype instant = t;
+                icaltimezone* zone = form == eForm::Zoned ? KnownZone(tzid) : nullptr;
+                if (zone != nullptr && !date) {
+                    icaltimezone_convert_time(&instant, zone, icaltimezone_get_utc_timezone());
+                }
+                (op == eOp::LastModified ? m_modified : m_created) = instant;
+            }
             icalvalue* value = icalvalue_new_datetime(t);
             if (value != nullptr && date) icalvalue_free(value), value = icalvalue_new_date(t);
             return value;
@@ -523,7 +570,55 @@ void AddCalendarText(icalcomponent* calendar, const CalendarText& t, const char*
     icalcomponent_add_property(calendar, p);
 }
 
+// A VTIMEZONE for every zone the items name that the time-zone database
+// knows, from its definition there, under the very TZID the items use.
+std::string ZoneDefinitions(const std::vector<UsedZone>& zones) {
+    std::string text;
+    for (const UsedZone& used : zones) {
+        icalcomponent* own = used.zone != nullptr ? icaltimezone_get_component(used.zone) : nullptr;
+        if (own == nullptr) continue;
+        ComponentPtr copy(icalcomponent_new_clone(own));
+        icalproperty* tzid = icalcomponent_get_first_property(copy.get(), ICAL_TZID_PROPERTY);
+        if (tzid == nullptr) continue;
+        icalproperty_set_tzid(tzid, used.tzid.c_str());
+        char* written = icalcomponent_as_ical_string_r(copy.get());
+        if (written != nullptr) text += written;
+        std::free(written);
+    }
+    return text;
+}
+
 }  // namespace
+
+namespace Ical {
+
+const char* ItemKindName(const ItemSpan& span) {
+    const ItemForm* form = FormOf(span);
+    return form != nullptr ? form->name : nullptr;
+}
+
+BuiltItem BuildItem(const std::uint8_t* data, const ItemSpan& span, bool stamp,
+                    ExportedItem& item) {
+    BuiltItem built;
+    const ItemForm* form = FormOf(span);
+    if (form == nullptr) return built;
+    CalendarText prodid{ICAL_PRODID_PROPERTY, false, {}, {}};
+    CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
+    ComponentWriter writer(prodid, version, Now());
+    ItemReaders readers(writer);
+    item.kind = form->name;
+    item.offset = span.offset;
+    built.kind = form->name;
+    built.component.reset(icalcomponent_new(form->kind));
+    writer.Start(built.component.get(), item, ComponentWriter::kAnyPosition);
+    item.malformed = !readers.Parse(form->item, data + span.offset, span.size);
+    if (stamp) writer.AddStamp();
+    item.losses = writer.TakeLosses();
+    built.instance = writer.Instance();
+    return built;
+}
+
+}  // namespace Ical
 
 ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
     ExportResult result;
@@ -550,11 +645,17 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
         result.error = why;
         return result;
     }
+    // An iCalendar object holds at least one component: an empty VCALENDAR
+    // is refused by readers (this bridge's import among them).
+    if (spans.empty()) {
+        result.error = "no event, task or note to write, and a calendar needs at least one";
+        return result;
+    }
     // Each item's component is written by libical as soon as it is built
     // and freed at once: one small tree at a time, never the whole calendar.
     CalendarText prodid{ICAL_PRODID_PROPERTY, false, {}, {}};
     CalendarText version{ICAL_VERSION_PROPERTY, false, {}, {}};
-    ComponentWriter writer(prodid, version);
+    ComponentWriter writer(prodid, version, Now());
     ItemReaders readers(writer);
     result.items.reserve(spans.size());
     std::string body;
@@ -594,8 +695,12 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
         result.items.clear();
         return result;
     }
-    result.text.reserve(shell.size() + body.size());
-    result.text.append(shell, 0, end).append(body).append(shell, end, std::string::npos);
+    const std::string zones = ZoneDefinitions(writer.Zones());
+    result.text.reserve(shell.size() + zones.size() + body.size());
+    result.text.append(shell, 0, end)
+        .append(zones)
+        .append(body)
+        .append(shell, end, std::string::npos);
     result.ok = true;
     return result;
 }

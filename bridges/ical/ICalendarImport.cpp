@@ -25,16 +25,20 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "ICalendarBridge.h"
+#include "bridges/common/Charset.h"
 #include "bridges/common/LossCollector.h"
+#include "parsercreatorcollection/src/tlv/creator/TLVObjects.h"
 #include "pimshared/calendar/TLVCalendarCreator.h"
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/task/TLVTaskCreator.h"
+#include "platform/Utf8.h"
 #include "private/ICalendarMapping.h"
 
 namespace PimBridge {
@@ -44,6 +48,32 @@ using namespace Ical;
 namespace {
 
 constexpr const char* kLineTag = "X-PIMTLV-LINE";
+constexpr std::size_t kNoComponent = static_cast<std::size_t>(-1);
+// libical trims the blanks at both ends of a value and refuses an empty one,
+// yet both are text the items carry. A text line whose value is empty or
+// starts or ends with a blank is handed over with one letter added at each
+// end and this parameter first; the walk takes the letters off again.
+constexpr const char* kWrapTag = "X-PIMTLV-WRAP";
+constexpr char kWrapLetter = 'x';
+// The most a value of an item, and an item's stream, can hold.
+constexpr unsigned int kMaxValue = ParserCreatorCollection::CTLVObject::MaxValueLength;
+constexpr const char* kLimitText = "16 MiB";
+static_assert(kMaxValue + 1 == 16u << 20, "kLimitText names kMaxValue");
+
+// Whether a text of the property is more than a value can hold.
+bool OverLimit(const PropertyValues& v) {
+    for (const char* text : v.text) {
+        if (text != nullptr && std::strlen(text) > kMaxValue) return true;
+    }
+    for (const PAL::TVector<const char*>* list : v.list) {
+        if (list == nullptr) continue;
+        for (const char* text : *list) {
+            if (text != nullptr && std::strlen(text) > kMaxValue) return true;
+        }
+    }
+    return false;
+}
+
 // Real calendars nest three deep (VCALENDAR, VEVENT, VALARM); libical frees
 // and writes its trees by recursion, so hostile nesting stops here.
 constexpr std::size_t kMaxDepth = 64;
@@ -172,29 +202,46 @@ std::string ComponentName(icalcomponent* component) {
     return name != nullptr && name[0] != '\0' ? name : "unknown component";
 }
 
-std::string PropertyNameOf(icalproperty* property) {
-    char* name = icalproperty_get_property_name_r(property);
-    std::string out = name != nullptr ? name : "unknown property";
-    std::free(name);
-    return out;
-}
-
 // Hands libical the text one physical line at a time (longer lines in
 // pieces of the size it asks for), and remembers on which line the last
 // piece it was given starts: libical reads one line ahead to see whether the
 // next line continues the current one, so when it hands back a content line,
 // the line after it has just begun.
+//
+// libical also trims the blanks at the end of a content line, which may be
+// part of a text value: the feed notes the blanks that end each physical
+// line (in the text itself, so across pieces), and the walk asks for those of
+// a content line's last physical line.
 struct LineFeed {
-    const char* pos;
-    const char* end;
+    const char* pos = nullptr;
+    const char* end = nullptr;
     unsigned int line = 0;
     bool atLineStart = true;
+    bool exhausted = false;  // libical has asked past the end
     unsigned int lastStart = 1;
+    const char* lineBegin = nullptr;
+    struct Blanks {
+        unsigned int line;
+        const char* at;
+        std::size_t size;
+    };
+    std::vector<Blanks> blanks;  // in line order; few
+    std::size_t blanksSeen = 0;
+
+    static bool IsBlankByte(char c) {
+        return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
+    }
 
     static char* Next(char* out, std::size_t room, void* self) {
         auto* feed = static_cast<LineFeed*>(self);
-        if (feed->pos >= feed->end || room < 2) return nullptr;
-        if (feed->atLineStart) feed->lastStart = ++feed->line;
+        if (feed->pos >= feed->end || room < 2) {
+            feed->exhausted = feed->pos >= feed->end;
+            return nullptr;
+        }
+        if (feed->atLineStart) {
+            feed->lastStart = ++feed->line;
+            feed->lineBegin = feed->pos;
+        }
         std::size_t n = 0;
         const std::size_t max = room - 1;
         const std::size_t left = static_cast<std::size_t>(feed->end - feed->pos);
@@ -205,7 +252,35 @@ struct LineFeed {
         out[n] = '\0';
         feed->atLineStart = out[n - 1] == '\n';
         feed->pos += n;
+        if (feed->atLineStart || feed->pos == feed->end) feed->NoteBlanks();
         return out;
+    }
+
+    // The line that ended at pos: the blanks before its line break.
+    void NoteBlanks() {
+        const char* stop = pos;
+        if (stop > lineBegin && stop[-1] == '\n') --stop;
+        if (stop > lineBegin && stop[-1] == '\r') --stop;
+        // The blank that marks a folded line is no part of the text.
+        const bool folded = line > 1 && (lineBegin[0] == ' ' || lineBegin[0] == '\t');
+        const char* floor = folded && stop > lineBegin ? lineBegin + 1 : lineBegin;
+        const char* first = stop;
+        while (first > floor && IsBlankByte(first[-1])) --first;
+        if (first < stop) {
+            blanks.push_back(Blanks{line, first, static_cast<std::size_t>(stop - first)});
+        }
+    }
+
+    // The blanks that end the content line libical just handed back, which
+    // started on line start (empty when none).
+    std::pair<const char*, std::size_t> TrailingBlanks(unsigned int start) {
+        // libical has read the first piece of the next line, unless there is none.
+        const unsigned int last = exhausted || lastStart <= start ? lastStart : lastStart - 1;
+        while (blanksSeen < blanks.size() && blanks[blanksSeen].line < last) ++blanksSeen;
+        if (blanksSeen < blanks.size() && blanks[blanksSeen].line == last) {
+            return {blanks[blanksSeen].at, blanks[blanksSeen].size};
+        }
+        return {nullptr, 0};
     }
 };
 
@@ -227,11 +302,23 @@ class Importer {
         PAL::TVector<const char*> lists[PropertyValues::kLists];
         PAL::TVector<PimShared::tXParam> xParams;
         PAL::CDateAndTime dateTime;
+        bool wrapped = false;      // the value came with kWrapLetter at both ends
+        bool utcWithZone = false;  // a UTC time that named a TZID as well
+    };
+    struct Converted {
+        std::string name;
+        unsigned int line;
+        std::string detail;
     };
 
     bool Feed(char* line, unsigned int number);
+    char* Prepare(char* line, std::size_t length, std::size_t nameLength, unsigned int number);
     unsigned int LineOf(std::size_t component, const std::string& name) const;
-    void AddLoss(LossCollector& losses, std::size_t component, icalproperty* property) const;
+    void AddLoss(LossCollector& losses, std::size_t component, icalproperty* property,
+                 Loss::Kind kind = Loss::Kind::NotCarried) const;
+    void AddConverted(LossCollector& losses, std::size_t component) const;
+    void DurationAsEnd(icalcomponent* component, const ItemKind& kind, std::size_t index,
+                       LossCollector& losses);
     bool WalkRoot(icalcomponent* root);
     bool ImportItem(icalcomponent* component, const ItemKind& kind, std::size_t index,
                     const CalendarContext& calendar);
@@ -242,8 +329,9 @@ class Importer {
     void GatherParams(icalproperty* property, const PropertyRow& row, Gathered& g,
                       const char*& tzid);
     const char* ValueText(icalvalue* value);
+    const char* Unwrapped(const char* text);
     const char* ParamValue(icalparameter* param);
-    std::size_t SkipSubtree(icalcomponent* component);
+    std::vector<std::size_t> ChildOrder(std::size_t parent) const;
     unsigned int BeginLine(std::size_t index) const {
         return index < m_beginLines.size() ? m_beginLines[index] : 0;
     }
@@ -260,6 +348,10 @@ class Importer {
     ImportResult m_result;
     LossCollector m_fileLosses;
     std::string m_tagged;
+    std::string m_decoded;                        // a line that was not UTF-8, as UTF-8
+    std::pair<const char*, std::size_t> m_trail;  // the blanks libical trimmed off the line
+    // Per component: the lines read as Windows-1252, by property name.
+    std::unordered_map<std::size_t, std::vector<Converted>> m_converted;
     struct LineNote {
         std::size_t component;
         unsigned int line;
@@ -271,8 +363,13 @@ class Importer {
     std::vector<std::size_t> m_firstNote;    // per component: its first line note
     std::vector<std::size_t> m_endNote;      // per component: past its last one
     std::vector<unsigned int> m_beginLines;  // line of every BEGIN, in order
-    std::vector<std::size_t> m_open;         // indices of the open components
-    std::size_t m_nextComponent = 0;         // the walk's position in m_beginLines
+    // Per component (as in m_beginLines): its parent, whether it is a
+    // VTIMEZONE, and where its subtree ends in m_beginLines.
+    std::vector<std::size_t> m_parent;
+    std::vector<bool> m_isZone;
+    std::vector<std::size_t> m_subtreeEnd;
+    std::vector<std::size_t> m_open;  // indices of the open components
+    std::size_t m_nextRoot = 0;       // the walk's position in m_beginLines
     std::unordered_map<std::size_t, std::vector<unsigned int>> m_errors;  // per component
     std::unordered_map<std::size_t, std::size_t> m_errorsTaken;
     std::vector<std::unique_ptr<char, FreeDeleter>> m_owned;  // texts of one item
@@ -309,6 +406,9 @@ bool Importer::Feed(char* line, unsigned int number) {
             Fail("components nested more than " + std::to_string(kMaxDepth) + " deep", number);
             return false;
         }
+        m_parent.push_back(m_open.empty() ? kNoComponent : m_open.back());
+        m_isZone.push_back(NameIs(line + n + 1, std::strlen(line + n + 1), "VTIMEZONE"));
+        m_subtreeEnd.push_back(kNoComponent);
         m_open.push_back(m_beginLines.size());
         m_beginLines.push_back(number);
         m_firstNote.push_back(m_notes.size());
@@ -316,6 +416,7 @@ bool Importer::Feed(char* line, unsigned int number) {
     } else if (end) {
         if (!m_open.empty()) {
             m_endNote[m_open.back()] = m_notes.size();
+            m_subtreeEnd[m_open.back()] = m_beginLines.size();
             m_open.pop_back();
         }
     } else if (m_open.empty()) {
@@ -325,15 +426,25 @@ bool Importer::Feed(char* line, unsigned int number) {
     } else if (named) {
         m_notes.push_back(LineNote{m_open.back(), number, m_names.size(), n});
         m_names.append(line, n);
-        if (NameIs(line, n, "CATEGORIES")) {
-            m_tagged.assign(line, n);
-            m_tagged += ';';
-            m_tagged += kLineTag;
-            m_tagged += '=';
-            m_tagged += std::to_string(number);
-            m_tagged += line + n;
-            given = &m_tagged[0];
+    }
+    const std::size_t length = std::strlen(line);
+    if (!PAL::IsValidUtf8(line,
+                          static_cast<unsigned int>(std::min<std::size_t>(length, UINT_MAX)))) {
+        // Not UTF-8: read as the fallback charset, and said so.
+        m_decoded.clear();
+        AppendWindows1252AsUtf8(line, length, m_decoded);
+        const std::string name = named ? std::string(line, n) : std::string("line");
+        if (m_open.empty()) {
+            m_fileLosses.Add(name, number, Loss::Kind::Converted,
+                             std::string("from ") + kFallbackCharset);
+        } else {
+            m_converted[m_open.back()].push_back(
+                Converted{name, number, std::string("from ") + kFallbackCharset});
         }
+        given = &m_decoded[0];
+    }
+    if (named && !begin && !end && !m_open.empty()) {
+        given = Prepare(given, given == line ? length : m_decoded.size(), n, number);
     }
     icalcomponent* root = icalparser_add_line(m_parser, given);
     if (icalparser_get_state(m_parser) == ICALPARSER_ERROR && !m_open.empty()) {
@@ -343,6 +454,87 @@ bool Importer::Feed(char* line, unsigned int number) {
     const bool ok = WalkRoot(root);
     icalcomponent_free(root);
     return ok;
+}
+
+// Where the value of a content line starts: after the first colon outside
+// quotes, or at its end when it has none.
+std::size_t ValueStart(const char* line, std::size_t from, std::size_t length) {
+    bool quoted = false;
+    for (std::size_t i = from; i < length; ++i) {
+        if (line[i] == '"') quoted = !quoted;
+        if (line[i] == ':' && !quoted) return i + 1;
+    }
+    return length;
+}
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+// Whether libical reads the property's value as one text, whose blanks it
+// would trim (CATEGORIES and RESOURCES are lists, each value trimmed alike).
+bool IsOneText(const char* name, std::size_t length) {
+    if (length > 2 && strncasecmp(name, "X-", 2) == 0) return true;
+    const std::string own(name, length);
+    const icalproperty_kind kind = icalproperty_string_to_kind(own.c_str());
+    return kind != ICAL_CATEGORIES_PROPERTY && kind != ICAL_RESOURCES_PROPERTY &&
+           kind != ICAL_NO_PROPERTY && icalproperty_kind_to_value_kind(kind) == ICAL_TEXT_VALUE;
+}
+
+// Whether a value of a list (values apart by unescaped commas) starts or
+// ends with a blank, which libical trims.
+bool BlankAroundAValue(const char* text, std::size_t size, bool trailing) {
+    if (trailing || (size > 0 && (IsBlank(text[0]) || IsBlank(text[size - 1])))) return true;
+    for (std::size_t i = 0; i < size; ++i) {
+        if (text[i] == '\\') {
+            ++i;
+        } else if (text[i] == ',' &&
+                   ((i > 0 && IsBlank(text[i - 1])) || (i + 1 < size && IsBlank(text[i + 1])))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Tags a CATEGORIES line with its line number and wraps a text value that
+// libical would trim or refuse (see kWrapTag); other lines go as they are.
+char* Importer::Prepare(char* line, std::size_t length, std::size_t nameLength,
+                        unsigned int number) {
+    const bool categories = NameIs(line, nameLength, "CATEGORIES");
+    const std::size_t value = ValueStart(line, nameLength, length);
+    std::size_t end = length;
+    while (end > value && (line[end - 1] == '\n' || line[end - 1] == '\r')) --end;
+    // A line that names the tag itself is wrapped too, so that the first
+    // tag of a property is always the bridge's own.
+    const std::string_view params(line + nameLength, value - nameLength);
+    const bool wrap = !categories && line[value - 1] == ':' &&
+                      (end == value || IsBlank(line[value]) || IsBlank(line[end - 1]) ||
+                       m_trail.second > 0 || params.find(kWrapTag) != std::string_view::npos) &&
+                      IsOneText(line, nameLength);
+    if (categories && BlankAroundAValue(line + value, end - value, m_trail.second > 0)) {
+        m_converted[m_open.back()].push_back(
+            Converted{"CATEGORIES", number, "blanks around a category trimmed"});
+    }
+    if (!categories && !wrap) return line;
+    std::string tagged(line, nameLength);
+    tagged += ';';
+    if (categories) {
+        tagged += kLineTag;
+        tagged += '=';
+        tagged += std::to_string(number);
+        tagged.append(line + nameLength);
+    } else {
+        tagged += kWrapTag;
+        tagged += "=1";
+        tagged.append(line + nameLength, value - nameLength);
+        tagged += kWrapLetter;
+        tagged.append(line + value, end - value);
+        if (m_trail.first != nullptr) tagged.append(m_trail.first, m_trail.second);
+        tagged += kWrapLetter;
+        tagged.append(line + end);
+    }
+    m_tagged.swap(tagged);
+    return &m_tagged[0];
 }
 
 unsigned int Importer::LineOf(std::size_t component, const std::string& name) const {
@@ -358,9 +550,18 @@ unsigned int Importer::LineOf(std::size_t component, const std::string& name) co
     return 0;
 }
 
-void Importer::AddLoss(LossCollector& losses, std::size_t component, icalproperty* property) const {
+void Importer::AddLoss(LossCollector& losses, std::size_t component, icalproperty* property,
+                       Loss::Kind kind) const {
     const std::string name = PropertyNameOf(property);
-    losses.Add(name, losses.Contains(name) ? 0 : LineOf(component, name));
+    losses.Add(name, losses.Contains(name, kind) ? 0 : LineOf(component, name), kind);
+}
+
+void Importer::AddConverted(LossCollector& losses, std::size_t component) const {
+    const auto found = m_converted.find(component);
+    if (found == m_converted.end()) return;
+    for (const Converted& c : found->second) {
+        losses.Add(c.name, c.line, Loss::Kind::Converted, c.detail);
+    }
 }
 
 unsigned int Importer::NextErrorLine(std::size_t component) {
@@ -370,14 +571,26 @@ unsigned int Importer::NextErrorLine(std::size_t component) {
     return taken < found->second.size() ? found->second[taken++] : found->second.back();
 }
 
-// Counts the component and everything inside it, for the walk's position.
-std::size_t Importer::SkipSubtree(icalcomponent* component) {
-    const std::size_t index = m_nextComponent++;
-    for (icalcomponent* c = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
-         c != nullptr; c = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT)) {
-        SkipSubtree(c);
+// The positions (in m_beginLines) of the children of parent, in the order
+// libical keeps them: it moves every VTIMEZONE to the front, the last one
+// first, and leaves the others in the order of the text.
+std::vector<std::size_t> Importer::ChildOrder(std::size_t parent) const {
+    std::vector<std::size_t> order;
+    std::vector<std::size_t> others;
+    if (parent >= m_beginLines.size()) return order;
+    const std::size_t end = std::min(m_subtreeEnd[parent], m_beginLines.size());
+    for (std::size_t i = parent + 1; i < end; ++i) {
+        if (m_parent[i] != parent) continue;
+        (m_isZone[i] ? order : others).push_back(i);
     }
-    return index;
+    std::reverse(order.begin(), order.end());
+    order.insert(order.end(), others.begin(), others.end());
+    return order;
+}
+
+const char* TzidOf(icalcomponent* zone) {
+    icalproperty* tzid = icalcomponent_get_first_property(zone, ICAL_TZID_PROPERTY);
+    return tzid != nullptr ? icalproperty_get_tzid(tzid) : nullptr;
 }
 
 // The line a property was tagged with (0 for one libical made itself).
@@ -395,19 +608,18 @@ unsigned int TagLine(icalproperty* property) {
 }
 
 bool Importer::WalkRoot(icalcomponent* root) {
-    const std::size_t rootIndex = m_nextComponent++;
+    // libical hands back each outermost component as it ends: in the order of the text.
+    while (m_nextRoot < m_parent.size() && m_parent[m_nextRoot] != kNoComponent) ++m_nextRoot;
+    const std::size_t rootIndex = m_nextRoot++;
     CalendarContext calendar;
     if (const ItemKind* kind = ItemKindOf(root)) {
         return ImportItem(root, *kind, rootIndex, calendar);
     }
     if (icalcomponent_isa(root) != ICAL_VCALENDAR_COMPONENT) {
         m_fileLosses.Add(ComponentName(root), BeginLine(rootIndex));
-        for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
-             c != nullptr; c = icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
-            SkipSubtree(c);
-        }
         return true;
     }
+    AddConverted(m_fileLosses, rootIndex);
     // The calendar's PRODID and VERSION go to each of its items; everything
     // else of its own is lost to all of them.
     for (icalproperty* p = icalcomponent_get_first_property(root, ICAL_ANY_PROPERTY); p != nullptr;
@@ -423,14 +635,23 @@ bool Importer::WalkRoot(icalcomponent* root) {
             AddLoss(m_fileLosses, rootIndex, p);
         }
     }
+    const std::vector<std::size_t> order = ChildOrder(rootIndex);
+    std::size_t child = 0;
     for (icalcomponent* c = icalcomponent_get_first_component(root, ICAL_ANY_COMPONENT);
          c != nullptr; c = icalcomponent_get_next_component(root, ICAL_ANY_COMPONENT)) {
+        const std::size_t index = child < order.size() ? order[child] : kNoComponent;
+        ++child;
         const ItemKind* kind = ItemKindOf(c);
         if (kind == nullptr) {
-            m_fileLosses.Add(ComponentName(c), BeginLine(SkipSubtree(c)));
+            // The export writes the definition of every zone the items use
+            // from the time-zone database: one found there comes back.
+            const bool rewritten =
+                icalcomponent_isa(c) == ICAL_VTIMEZONE_COMPONENT && KnownZone(TzidOf(c)) != nullptr;
+            m_fileLosses.Add(ComponentName(c), BeginLine(index),
+                             rewritten ? Loss::Kind::Regenerated : Loss::Kind::NotCarried);
             continue;
         }
-        if (!ImportItem(c, *kind, m_nextComponent++, calendar)) return false;
+        if (!ImportItem(c, *kind, index, calendar)) return false;
     }
     return true;
 }
@@ -439,11 +660,11 @@ bool Importer::ImportItem(icalcomponent* component, const ItemKind& kind, std::s
                           const CalendarContext& calendar) {
     ItemSink& sink = SinkOf(kind.item);
     LossCollector losses;
+    AddConverted(losses, index);
     const unsigned int line = BeginLine(index);
+    const std::string item = std::string(kind.name) + " " + std::to_string(m_instance + 1);
     const auto failed = [&](const char* what) {
-        Fail(std::string("could not write the ") + what + " of " + kind.name + " " +
-                 std::to_string(m_instance + 1),
-             line);
+        Fail(std::string("could not write the ") + what + " of " + item, line);
         return false;
     };
     if (!sink.Begin(m_instance)) return failed("start");
@@ -454,22 +675,99 @@ bool Importer::ImportItem(icalcomponent* component, const ItemKind& kind, std::s
          p != nullptr; p = icalcomponent_get_next_property(component, ICAL_ANY_PROPERTY)) {
         m_props.push_back(p);
     }
+    DurationAsEnd(component, kind, index, losses);
     for (std::size_t i = 0; i < m_props.size(); ++i) {
         if (!PutProperty(sink, kind, m_props.data(), m_props.size(), i, index, losses)) {
-            return failed(PropertyNameOf(m_props[i]).c_str());
+            const std::string name = PropertyNameOf(m_props[i]);
+            const unsigned int at = LineOf(index, name);
+            Fail(OverLimit(m_gathered.values)
+                     ? "the " + name + " of " + item + " is longer than the " + kLimitText +
+                           " a value of an item can hold"
+                     : "could not write the " + name + " of " + item,
+                 at != 0 ? at : line);
+            return false;
         }
     }
+    const std::vector<std::size_t> order = ChildOrder(index);
+    std::size_t child = 0;
     for (icalcomponent* c = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT);
          c != nullptr; c = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT)) {
-        losses.Add(ComponentName(c), BeginLine(SkipSubtree(c)));
+        const std::size_t at = child < order.size() ? order[child] : kNoComponent;
+        ++child;
+        losses.Add(ComponentName(c), BeginLine(at));
     }
     m_owned.clear();
     const void* data = nullptr;
     unsigned int length = 0;
-    if (!sink.Finish(data, length)) return failed("end");
+    if (!sink.Finish(data, length)) {
+        Fail(item + " is larger than the " + kLimitText + " an item's stream can hold", line);
+        return false;
+    }
     m_result.AddItem(kind.name, line, data, length, losses.Take());
     ++m_instance;
     return true;
+}
+
+const char* TzidParam(icalproperty* property) {
+    icalparameter* tzid = icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER);
+    return tzid != nullptr ? icalparameter_get_tzid(tzid) : nullptr;
+}
+
+// An event ends and a task is due at a time, and neither carries a length:
+// a DURATION (without a DTEND or DUE beside it) becomes that time, counted
+// from DTSTART, and is reported as converted. Days and weeks count on the
+// wall clock; hours, minutes and seconds as elapsed time, across a change of
+// the zone's offset when the zone is known.
+void Importer::DurationAsEnd(icalcomponent* component, const ItemKind& kind, std::size_t index,
+                             LossCollector& losses) {
+    if (kind.item == kNote) return;
+    const icalproperty_kind endKind = kind.item == kEvent ? ICAL_DTEND_PROPERTY : ICAL_DUE_PROPERTY;
+    icalproperty* start = nullptr;
+    std::size_t at = m_props.size();
+    for (std::size_t i = 0; i < m_props.size(); ++i) {
+        const icalproperty_kind k = icalproperty_isa(m_props[i]);
+        if (k == endKind) return;
+        if (k == ICAL_DTSTART_PROPERTY && start == nullptr) start = m_props[i];
+        if (k == ICAL_DURATION_PROPERTY && at == m_props.size()) at = i;
+    }
+    if (start == nullptr || at == m_props.size()) return;
+    icalvalue* startValue = icalproperty_get_value(start);
+    icalvalue* lengthValue = icalproperty_get_value(m_props[at]);
+    if (startValue == nullptr || lengthValue == nullptr ||
+        icalvalue_isa(lengthValue) != ICAL_DURATION_VALUE) {
+        return;
+    }
+    const icalvalue_kind startKind = icalvalue_isa(startValue);
+    if (startKind != ICAL_DATETIME_VALUE && startKind != ICAL_DATE_VALUE) return;
+    const icaltimetype begin = icalvalue_get_datetime(startValue);
+    const icaldurationtype d = icalvalue_get_duration(lengthValue);
+    // Beyond ten thousand years no date is written; an hour part on a date has no time to go to.
+    const long long days = 7LL * d.weeks + d.days;
+    const long long seconds = 3600LL * d.hours + 60LL * d.minutes + d.seconds;
+    if (icaltime_is_null_time(begin) || icaldurationtype_is_bad_duration(d) || days > 3660000 ||
+        seconds > 3660000LL * 86400 || (begin.is_date && seconds != 0)) {
+        return;
+    }
+    const int sign = d.is_neg ? -1 : 1;
+    icaltimetype end = begin;
+    icaltime_adjust(&end, sign * static_cast<int>(days), 0, 0, 0);
+    const char* tzid = TzidParam(start);
+    icaltimezone* zone = icaltime_is_utc(begin) ? nullptr : KnownZone(tzid);
+    icaltimezone* utc = icaltimezone_get_utc_timezone();
+    if (zone != nullptr) icaltimezone_convert_time(&end, zone, utc);
+    icaltime_adjust(&end, sign * static_cast<int>(seconds / 86400), 0, 0,
+                    sign * static_cast<int>(seconds % 86400));
+    if (zone != nullptr) icaltimezone_convert_time(&end, utc, zone);
+    end.zone = begin.zone;
+    end.is_date = begin.is_date;
+    icalproperty* written = icalproperty_new(endKind);
+    icalproperty_set_value(written,
+                           begin.is_date ? icalvalue_new_date(end) : icalvalue_new_datetime(end));
+    if (tzid != nullptr) icalproperty_add_parameter(written, icalparameter_new_tzid(tzid));
+    icalcomponent_add_property(component, written);  // freed with the component
+    m_props[at] = written;
+    losses.Add("DURATION", LineOf(index, "DURATION"), Loss::Kind::Converted,
+               kind.item == kEvent ? "written as DTEND" : "written as DUE");
 }
 
 // Puts props[i] into the item, or names it as lost. Consecutive CATEGORIES
@@ -483,6 +781,11 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
         losses.Add("unreadable line", NextErrorLine(component));
         return true;
     }
+    // Every export writes a DTSTAMP by its own rule (see ComponentWriter).
+    if (propertyKind == ICAL_DTSTAMP_PROPERTY) {
+        AddLoss(losses, component, property, Loss::Kind::Regenerated);
+        return true;
+    }
     const PropertyRow* row = RowOfKind(propertyKind);
     if (row == nullptr || (row->items & kind.item) == 0) {
         AddLoss(losses, component, property);
@@ -494,6 +797,11 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
         AddLoss(losses, component, property);
         return true;
     }
+    if (g.utcWithZone) {
+        const std::string name = PropertyNameOf(property) + ";TZID";
+        losses.Add(name, losses.Contains(name) ? 0 : LineOf(component, PropertyNameOf(property)),
+                   Loss::Kind::NotCarried, "the time is UTC");
+    }
     if (row->shape == eShape::Categories) {
         const unsigned int line = TagLine(property);
         while (i + 1 < count && icalproperty_isa(props[i + 1]) == ICAL_CATEGORIES_PROPERTY &&
@@ -503,6 +811,19 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
         }
     }
     return sink.Put(op, g.values);
+}
+
+// A wrapped text without the letters the import added (see kWrapTag).
+const char* Importer::Unwrapped(const char* text) {
+    if (text == nullptr) return nullptr;
+    const std::size_t length = std::strlen(text);
+    if (length < 2) return "";
+    char* own = static_cast<char*>(std::malloc(length - 1));
+    if (own == nullptr) return nullptr;
+    std::memcpy(own, text + 1, length - 2);
+    own[length - 2] = '\0';
+    m_owned.emplace_back(own);
+    return own;
 }
 
 const char* Importer::ValueText(icalvalue* value) {
@@ -571,25 +892,26 @@ const char* Importer::ParamValue(icalparameter* param) {
     return eq != nullptr ? eq + 1 : text;
 }
 
-const char* ParamName(icalparameter* param) {
-    const icalparameter_kind kind = icalparameter_isa(param);
-    if (kind == ICAL_X_PARAMETER) return icalparameter_get_xname(param);
-    if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_name(param);
-    return icalparameter_kind_to_string(kind);
-}
-
 void Importer::GatherParams(icalproperty* property, const PropertyRow& row, Gathered& g,
                             const char*& tzid) {
     std::size_t slotCount = 0;
     const ParamSlot* slots = ParamSlots(row.shape, slotCount);
+    const bool categories = row.shape == eShape::Categories;
+    const char* ownTag = categories                                                     ? kLineTag
+                         : icalproperty_kind_to_value_kind(row.kind) == ICAL_TEXT_VALUE ? kWrapTag
+                                                                                        : "";
     bool tagSkipped = false;
+    g.wrapped = false;
     for (icalparameter* p = icalproperty_get_first_parameter(property, ICAL_ANY_PARAMETER);
          p != nullptr; p = icalproperty_get_next_parameter(property, ICAL_ANY_PARAMETER)) {
         const icalparameter_kind kind = icalparameter_isa(p);
-        const char* name = ParamName(p);
+        const char* name = ParamNameOf(p);
         if (name == nullptr) continue;
-        if (!tagSkipped && kind == ICAL_X_PARAMETER && std::strcmp(name, kLineTag) == 0) {
+        // The import's own tag comes first, and only on the lines it tags:
+        // any other parameter of that name is the text's own.
+        if (!tagSkipped && kind == ICAL_X_PARAMETER && std::strcmp(name, ownTag) == 0) {
             tagSkipped = true;
+            g.wrapped = !categories;
             continue;
         }
         // The value type follows from the value itself (libical writes VALUE
@@ -639,6 +961,7 @@ bool Representable(const PAL::CDateAndTime& dt) {
 
 bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& g, eOp& op) {
     g.values = PropertyValues{};
+    g.utcWithZone = false;
     for (auto& list : g.lists) list.clear();
     g.xParams.clear();
     for (int i = 0; i < PropertyValues::kLists; ++i) g.values.list[i] = &g.lists[i];
@@ -681,6 +1004,10 @@ bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& 
             const eForm form = icaltime_is_utc(t) ? eForm::Utc
                                : tzid != nullptr  ? eForm::Zoned
                                                   : eForm::Floating;
+            // A UTC time is the same instant in every zone: its TZID is
+            // dropped, and reported.
+            g.utcWithZone = form == eForm::Utc && tzid != nullptr;
+            if (g.utcWithZone) tzid = nullptr;
             if (row.op != eOp::None && row.zoneArgument && form != eForm::Floating) {
                 op = row.op;
                 g.values.zone = form == eForm::Zoned ? tzid : nullptr;
@@ -705,6 +1032,9 @@ bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& 
         }
         default:
             g.values.text[0] = ValueText(value);
+            if (g.wrapped && icalvalue_isa(value) == ICAL_TEXT_VALUE) {
+                g.values.text[0] = Unwrapped(g.values.text[0]);
+            }
             return g.values.text[0] != nullptr;
     }
 }
@@ -721,7 +1051,11 @@ ImportResult Importer::Run(const char* text, std::size_t size) {
     }
     // Streams take about as many bytes as the text they come from.
     m_result.streams.reserve(size);
-    LineFeed feed{text, text + size};
+    LineFeed feed;
+    feed.pos = text;
+    feed.end = text + size;
+    // A byte order mark is no text of the first line.
+    if (size >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0) feed.pos += 3;
     m_parser = icalparser_new();
     if (m_parser == nullptr) {
         Fail("out of memory", 0);
@@ -733,6 +1067,7 @@ ImportResult Importer::Run(const char* text, std::size_t size) {
         char* line = icalparser_get_line(m_parser, &LineFeed::Next);
         if (line == nullptr) break;
         const unsigned int number = start;
+        m_trail = feed.TrailingBlanks(number);
         start = feed.lastStart;
         const bool ok = Feed(line, number);
         icalmemory_free_buffer(line);

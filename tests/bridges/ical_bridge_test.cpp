@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <libical/ical.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -91,14 +93,15 @@ const std::vector<ImportCase> kImportCases = {
     {"TaskDueAndCreatedOutsideTheirOperationsForm",
      "VTODO",
      "DUE:20260301T100000Z\r\nDUE;TZID=America/New_York:20260301T100000\r\n"
-     "DUE:20260301T100000\r\nCREATED:20260101T000000\r\nLAST-MODIFIED;TZID=Z1:20260102T000000\r\n"
-     "DTSTART;TZID=Z2;VALUE=DATE:20260104\r\nPRIORITY:9\r\nSTATUS:IN-PROCESS\r\n",
+     "DUE:20260301T100000\r\nCREATED:20260101T000000\r\nLAST-MODIFIED;TZID=Asia/"
+     "Tokyo:20260102T000000\r\n"
+     "DTSTART;TZID=Europe/Paris;VALUE=DATE:20260104\r\nPRIORITY:9\r\nSTATUS:IN-PROCESS\r\n",
      {"DateTimeDueLocal(20260301T100000Z{'X-PIMTLV-TIME'='UTC'})",
       "DateTimeDueLocal(20260301T100000Z{'TZID'='America/New_York'})",
       "DateTimeDueLocal(20260301T100000Z{})",
       "DateTimeCreated(20260101T000000Z{'X-PIMTLV-TIME'='FLOATING'})",
-      "LastModified(20260102T000000Z{'TZID'='Z1'})",
-      "DateTimeStart(20260104T000000Z'Z2'{'VALUE'='DATE'})", "Priority(9{})",
+      "LastModified(20260102T000000Z{'TZID'='Asia/Tokyo'})",
+      "DateTimeStart(20260104T000000Z'Europe/Paris'{'VALUE'='DATE'})", "Priority(9{})",
       "Status('IN-PROCESS'{})"}},
     {"CategoriesPerLineWithLanguage",
      "VJOURNAL",
@@ -136,6 +139,131 @@ TEST_P(ImportTest, ItemGetsEveryPropertyAndTheExportReadsBackAlike) {
 INSTANTIATE_TEST_SUITE_P(Ical, ImportTest, testing::ValuesIn(kImportCases),
                          [](const auto& p) { return std::string(p.param.name); });
 
+std::string Said(const std::vector<PimBridge::Loss>& losses) {
+    static const char* const kKinds[] = {"lost", "regenerated", "converted", "limit"};
+    std::string said;
+    for (const auto& l : losses) {
+        said +=
+            l.name + " " + kKinds[static_cast<int>(l.kind)] + "@" + std::to_string(l.line) + " ";
+    }
+    return said;
+}
+
+// Inputs that once arrived changed without a word: each arrives intact, or a
+// report names what changed and how; only a change of content fails --strict.
+struct SilentCase {
+    const char* name;
+    const char* component;
+    std::string lines;  // from line 5
+    Lines calls;
+    std::string losses;
+    bool changes;
+};
+
+const std::vector<SilentCase> kSilentCases = {
+    {"Windows1252TextIsConvertedAndNamed",
+     "VEVENT",
+     "SUMMARY:Caf\xE9 cr\xE8me \x80\r\nLOCATION:M\xC3\xBCnchen\r\n"
+     "DESCRIPTION;LANGUAGE=fr:\x93q\x94 \x81\r\n",
+     {"Summary('Caf\xC3\xA9 cr\xC3\xA8me \xE2\x82\xAC'nullnull{})",
+      "Location('M\xC3\xBCnchen'nullnull{})",
+      "Description('\xE2\x80\x9Cq\xE2\x80\x9D \xC2\x81'null'fr'{})"},
+     "SUMMARY converted@5 DESCRIPTION converted@7 ",
+     true},
+    {"BlanksAndEmptyTextsStay",
+     "VEVENT",
+     "SUMMARY:  two  \r\nDESCRIPTION:\r\nLOCATION;LANGUAGE=de:\r\n"
+     "UID;X-PIMTLV-WRAP=mine:\tu \r\n x \r\n",
+     {"Summary('  two  'nullnull{})", "Description(''nullnull{})", "Location(''null'de'{})",
+      "UniqueIdentifier('\tu x '{'X-PIMTLV-WRAP'='mine'})"},
+     "",
+     false},
+    {"DurationBecomesTheEndAcrossAnOffsetChange",
+     "VEVENT",
+     "DTSTART;TZID=Europe/Berlin:20260329T013000\r\nDURATION:PT1H\r\n",
+     {"DateTimeStart(20260329T013000Z'Europe/Berlin'{})",
+      "DateTimeEnd(20260329T033000Z'Europe/Berlin'{})"},
+     "DURATION converted@6 ",
+     true},
+    {"DurationOfDaysOnADate",
+     "VEVENT",
+     "DTSTART;VALUE=DATE:20260227\r\nDURATION:P1W2D\r\n",
+     {"DateTimeStartLocal(20260227T000000Z{'VALUE'='DATE'})",
+      "DateTimeEndLocal(20260308T000000Z{'VALUE'='DATE'})"},
+     "DURATION converted@6 ",
+     true},
+    {"TaskDurationBecomesDue",
+     "VTODO",
+     "DURATION:PT90M\r\nDTSTART:20260101T100000Z\r\n",
+     {"DateTimeDueLocal(20260101T113000Z{'X-PIMTLV-TIME'='UTC'})",
+      "DateTimeStart(20260101T100000Znull{})"},
+     "DURATION converted@5 ",
+     true},
+    {"ZoneOfAUtcTimeIsReported",
+     "VEVENT",
+     "DTSTART;TZID=Europe/Berlin:20260101T100000Z\r\n",
+     {"DateTimeStart(20260101T100000Znull{})"},
+     "DTSTART;TZID lost@5 ",
+     true},
+    {"BlanksAroundACategoryAreReported",
+     "VJOURNAL",
+     "CATEGORIES:a ,b\r\nCATEGORIES:d\r\n",
+     {"Categories(['a','b']null{})", "Categories(['d']null{})"},
+     "CATEGORIES converted@5 ",
+     true},
+    {"StampIsRegeneratedNotLost",
+     "VEVENT",
+     "DTSTAMP:20260101T000000Z\r\nUID:u\r\n",
+     {"UniqueIdentifier('u'{})"},
+     "DTSTAMP regenerated@5 ",
+     false},
+};
+
+class SilentTest : public testing::TestWithParam<SilentCase> {};
+
+TEST_P(SilentTest, ContentArrivesIntactOrTheReportNamesIt) {
+    const SilentCase& c = GetParam();
+    const std::string text =
+        Cal(std::string("BEGIN:") + c.component + "\r\n" + c.lines + "END:" + c.component + "\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_EQ(r.items.size(), 1u);
+    EXPECT_EQ(Calls(r, 0), c.calls);
+    EXPECT_EQ(Said(r.items[0].losses), c.losses);
+    EXPECT_EQ(r.HasLoss(), c.changes);
+    ExpectRoundTrip(r);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ical, SilentTest, testing::ValuesIn(kSilentCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(IcalImport, ZonesFromTheDatabaseAreRegeneratedOthersLost) {
+    // libical keeps the zones ahead of the items, the last first: each
+    // still reports its own line, and so does the item after them.
+    const std::string text =
+        Cal("BEGIN:VEVENT\r\nX-A:1\r\nEND:VEVENT\r\nBEGIN:VTIMEZONE\r\nTZID:Europe/Berlin\r\n"
+            "END:VTIMEZONE\r\nBEGIN:VTIMEZONE\r\nTZID:Custom\r\nEND:VTIMEZONE\r\n"
+            "BEGIN:VEVENT\r\nX-B:\xE9\r\nEND:VEVENT\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    EXPECT_EQ(Said(r.losses), "VTIMEZONE lost@10 VTIMEZONE regenerated@7 ");
+    ASSERT_EQ(r.items.size(), 2u);
+    EXPECT_EQ(r.items[1].line, 13u);
+    EXPECT_EQ(Said(r.items[0].losses), "X-A lost@5 ");
+    EXPECT_EQ(Said(r.items[1].losses), "X-B converted@14 X-B lost@14 ");
+}
+
+TEST(IcalImport, AValueOverTheLimitIsNamedAtItsLine) {
+    const std::string text =
+        Cal("BEGIN:VEVENT\r\nUID:u\r\nDESCRIPTION:" + std::string((16u << 20) + 1, 'd') +
+            "\r\nEND:VEVENT\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.errorLine, 6u);
+    EXPECT_NE(r.error.find("DESCRIPTION of event 1"), std::string::npos) << r.error;
+    EXPECT_NE(r.error.find("16 MiB"), std::string::npos) << r.error;
+}
+
 TEST(IcalImport, MixedItemsInOrderWithCalendarTextsAndPositions) {
     const std::string text =
         Cal("BEGIN:VTODO\r\nUID:t\r\nEND:VTODO\r\nBEGIN:VEVENT\r\nUID:e\r\nEND:VEVENT\r\n"
@@ -143,6 +271,10 @@ TEST(IcalImport, MixedItemsInOrderWithCalendarTextsAndPositions) {
     const ImportResult r = ImportICalendar(text.data(), text.size());
     ASSERT_TRUE(r.ok) << r.error;
     ASSERT_EQ(r.items.size(), 3u);
+    const std::string marked = "\xEF\xBB\xBF" + text;  // a byte order mark changes nothing
+    const ImportResult same = ImportICalendar(marked.data(), marked.size());
+    EXPECT_EQ(same.streams, r.streams);
+    EXPECT_TRUE(same.losses.empty());
     const char* kinds[] = {"task", "event", "note"};
     const unsigned lines[] = {4, 7, 10};
     for (std::size_t i = 0; i < 3; ++i) {
@@ -237,12 +369,14 @@ TEST(IcalImport, LooksLikeICalendarAfterBomAndBlankLines) {
 }
 
 TEST(IcalExport, OneValidCalendarWithStampsThatLibicalReads) {
+    setenv("SOURCE_DATE_EPOCH", "1767323045", 1);  // 2026-01-02 03:04:05 UTC
     const std::string text =
-        Cal("BEGIN:VEVENT\r\nUID:e\r\nLAST-MODIFIED:20260105T060708Z\r\nSUMMARY:" +
+        Cal("BEGIN:VEVENT\r\nUID:e\r\nLAST-MODIFIED;TZID=Asia/Tokyo:20260105T150708\r\nSUMMARY:" +
             std::string(100, 'x') + "\r\nEND:VEVENT\r\nBEGIN:VTODO\r\nEND:VTODO\r\n");
     const ImportResult r = ImportICalendar(text.data(), text.size());
     ASSERT_TRUE(r.ok);
     const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    unsetenv("SOURCE_DATE_EPOCH");
     ASSERT_TRUE(out.ok) << out.error;
     std::istringstream lines(out.text);
     for (std::string line; std::getline(lines, line);) {
@@ -258,12 +392,48 @@ TEST(IcalExport, OneValidCalendarWithStampsThatLibicalReads) {
     icalcomponent* task = icalcomponent_get_first_component(cal, ICAL_VTODO_COMPONENT);
     ASSERT_TRUE(event && task);
     EXPECT_STREQ(icaltime_as_ical_string(icalcomponent_get_dtstamp(event)), "20260105T060708Z");
-    EXPECT_STREQ(icaltime_as_ical_string(icalcomponent_get_dtstamp(task)), "19700101T000000Z");
+    // Without a revision time of its own, the task is stamped with the export's time.
+    EXPECT_STREQ(icaltime_as_ical_string(icalcomponent_get_dtstamp(task)), "20260102T030405Z");
     EXPECT_EQ(std::string(icalcomponent_get_summary(event)), std::string(100, 'x'));
     icalcomponent_free(cal);
 }
 
+TEST(IcalExport, EveryZoneTheItemsNameHasItsDefinition) {
+    const std::string text =
+        Cal("BEGIN:VEVENT\r\nDTSTART;TZID=Europe/Berlin:20260701T120000\r\n"
+            "DTEND;TZID=America/New_York:20260701T120000\r\nEND:VEVENT\r\nBEGIN:VTODO\r\n"
+            "DUE;TZID=Asia/Tokyo:20260701T120000\r\nCREATED;TZID=Europe/Berlin:20260101T000000\r\n"
+            "END:VTODO\r\nBEGIN:VEVENT\r\nDTSTART;TZID=Mars/Olympus:20260701T120000\r\n"
+            "END:VEVENT\r\n");
+    const ImportResult r = ImportICalendar(text.data(), text.size());
+    ASSERT_TRUE(r.ok) << r.error;
+    const auto out = ExportICalendar(r.streams.data(), r.streams.size());
+    ASSERT_TRUE(out.ok) << out.error;
+    EXPECT_EQ(Said(out.items[0].losses) + Said(out.items[1].losses), "");
+    EXPECT_EQ(Said(out.items[2].losses), "VTIMEZONE of TZID Mars/Olympus lost@0 ");
+    icalcomponent* cal = icalparser_parse_string(out.text.c_str());
+    ASSERT_NE(cal, nullptr);
+    std::vector<std::string> defined;
+    for (icalcomponent* z = icalcomponent_get_first_component(cal, ICAL_VTIMEZONE_COMPONENT);
+         z != nullptr; z = icalcomponent_get_next_component(cal, ICAL_VTIMEZONE_COMPONENT)) {
+        defined.push_back(
+            icalproperty_get_tzid(icalcomponent_get_first_property(z, ICAL_TZID_PROPERTY)));
+    }
+    std::sort(defined.begin(), defined.end());
+    EXPECT_EQ(defined, (Lines{"America/New_York", "Asia/Tokyo", "Europe/Berlin"}));
+    // The definitions are the zones': noon in New York in July is 16:00 UTC.
+    icalcomponent* event = icalcomponent_get_first_component(cal, ICAL_VEVENT_COMPONENT);
+    const icaltimetype end =
+        icaltime_convert_to_zone(icalcomponent_get_dtend(event), icaltimezone_get_utc_timezone());
+    EXPECT_STREQ(icaltime_as_ical_string(end), "20260701T160000Z");
+    icalcomponent_free(cal);
+}
+
 TEST(IcalExport, RefusesOtherItemsAndPassesOnWhatParsersReport) {
+    const auto nothing = ExportICalendar(nullptr, 0);  // no calendar has no component
+    EXPECT_FALSE(nothing.ok);
+    EXPECT_NE(nothing.error, "");
+    EXPECT_EQ(nothing.text, "");
     const cftest::Bytes contact = cftest::Element(8, 0, cftest::FromHex("90 0A 04 00 00 00 01"));
     const auto refused = ExportICalendar(contact.data(), contact.size());
     EXPECT_FALSE(refused.ok);

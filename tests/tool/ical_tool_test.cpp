@@ -42,6 +42,31 @@ TEST(IcalTool, StrictTurnsLossIntoFailureAndWritesNothing) {
     EXPECT_EQ(Slurp(out), "");
 }
 
+TEST(IcalTool, StrictPassesWhatIsRegeneratedAndFailsWhatIsConverted) {
+    const std::string minimal =
+        "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:m\r\n"
+        "DTSTAMP:20260101T000000Z\r\nDTSTART;TZID=Europe/Berlin:20260101T100000\r\nEND:VEVENT\r\n"
+        "END:VCALENDAR\r\n";
+    const Result imported = Tool("import --strict --from ics -", minimal);
+    EXPECT_EQ(imported.status, 0) << imported.err;
+    EXPECT_EQ(imported.err,
+              "note: <stdin>:6: event 1: DTSTAMP not carried (written anew by rule)\n");
+    const Result exported = Tool("export - --to ics", imported.out);
+    EXPECT_EQ(exported.status, 0) << exported.err;
+    const Result again = Tool("import --strict --from ics -", exported.out);
+    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(again.out, imported.out);
+
+    std::string latin1 = minimal;
+    latin1.replace(latin1.find("UID:m"), 5, "SUMMARY:Caf\xE9");
+    const Result converted = Tool("import --strict --from ics -", latin1);
+    EXPECT_EQ(converted.status, 1);
+    EXPECT_NE(
+        converted.err.find("error: <stdin>:5: event 1: SUMMARY converted (from windows-1252)"),
+        std::string::npos)
+        << converted.err;
+}
+
 TEST(IcalTool, TextThatIsNoCalendarFailsWithItsLine) {
     const Result r = Tool("import --from ics -", "just words\n");
     EXPECT_EQ(r.status, 2);
@@ -52,3 +77,65 @@ TEST(IcalTool, TextThatIsNoCalendarFailsWithItsLine) {
 }
 
 }  // namespace
+
+// export --onto: the merged text on stdout, one report line per item on
+// stderr; --base and --prefer for three-way merges; clear errors otherwise.
+TEST(IcalTool, ExportOntoTheOriginalMergesAndReports) {
+    const std::string original = Temp("original.ics");
+    const std::string event =
+        "BEGIN:VEVENT\r\nUID:e\r\nSUMMARY:a\r\nRRULE:FREQ=DAILY\r\nEND:VEVENT\r\n";
+    const std::string calendar = "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\n" + event +
+                                 "BEGIN:VTODO\r\nUID:t\r\nEND:VTODO\r\nEND:VCALENDAR\r\n";
+    Spit(original, calendar);
+    const Result streams = Tool("import " + original);
+    const Result same = Tool("export - --to ics --onto " + original, streams.out);
+    EXPECT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(same.out, calendar);
+    EXPECT_EQ(same.err, "event 1 (UID e): unchanged\ntask 2 (UID t): unchanged\n");
+
+    std::string edited = calendar;
+    edited.replace(edited.find("SUMMARY:a"), 9, "SUMMARY:b");
+    const Result device = Tool("import --from ics -", edited);
+    const Result merged = Tool("export - --to ics --onto " + original, device.out);
+    EXPECT_EQ(merged.status, 0) << merged.err;
+    EXPECT_EQ(merged.err, "event 1 (UID e): changed: SUMMARY changed\ntask 2 (UID t): unchanged\n");
+    EXPECT_NE(merged.out.find("SUMMARY:b\r\nRRULE:FREQ=DAILY\r\n"), std::string::npos);
+
+    // The server changed the summary too since it sent the calendar.
+    const std::string base = Temp("base.ics");
+    Spit(base, calendar);
+    std::string server = calendar;
+    server.replace(server.find("SUMMARY:a"), 9, "SUMMARY:c");
+    Spit(original, server);
+    const Result kept =
+        Tool("export - --to ics --onto " + original + " --base " + base, device.out);
+    EXPECT_EQ(kept.status, 0) << kept.err;
+    EXPECT_EQ(kept.out, server);
+    EXPECT_EQ(kept.err.rfind("event 1 (UID e): unchanged; conflict: SUMMARY, server's value "
+                             "kept\n",
+                             0),
+              0u)
+        << kept.err;
+    const Result taken =
+        Tool("export - --to ics --onto " + original + " --base " + base + " --prefer device",
+             device.out);
+    EXPECT_NE(taken.out.find("SUMMARY:b"), std::string::npos);
+    EXPECT_NE(taken.err.find("device's value taken"), std::string::npos) << taken.err;
+    std::remove(original.c_str());
+    std::remove(base.c_str());
+}
+
+TEST(IcalTool, ExportOntoRefusesWhatItCannotMerge) {
+    const std::string original = Temp("not.ics");
+    Spit(original, "no calendar here\n");
+    const Result streams = Tool("import --from ics -",
+                                "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:e\r\nEND:VEVENT\r\n"
+                                "END:VCALENDAR\r\n");
+    const Result bad = Tool("export - --to ics --onto " + original, streams.out);
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_EQ(bad.err.rfind("error: " + original + ":1: the original: no iCalendar", 0), 0u)
+        << bad.err;
+    const Result noBase = Tool("export - --to ics --base " + original, streams.out);
+    EXPECT_EQ(noBase.status, 2);
+    std::remove(original.c_str());
+}

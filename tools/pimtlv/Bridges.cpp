@@ -142,8 +142,56 @@ int Import(const BridgeOptions& options, std::ostream& err) {
     return 0;
 }
 
+namespace {
+
+int Merge(const FormatAdapter& format, const BridgeOptions& options, std::ostream& err) {
+    if (format.mergeItems == nullptr) {
+        throw UsageError(std::string("--onto: the ") + format.name +
+                         " bridge has no merge onto an original");
+    }
+    const std::string original = ReadInput(options.onto);
+    const std::string base = options.base.empty() ? std::string() : ReadInput(options.base);
+    const std::string raw = ReadInput(options.input);
+    PimBridge::MergeOptions merge;
+    if (!options.base.empty()) {
+        merge.base = base.data();
+        merge.baseSize = base.size();
+    }
+    merge.preferDevice = options.prefer == "device";
+    const PimBridge::MergeResult result =
+        format.mergeItems(original.data(), original.size(),
+                          reinterpret_cast<const std::uint8_t*>(raw.data()), raw.size(), merge);
+    if (!result.ok) {
+        const bool inBase = result.error.compare(0, 8, "the base") == 0;
+        const std::string where = inBase ? options.base : options.onto;
+        throw UsageError(where + ":" +
+                         (result.errorLine != 0 ? std::to_string(result.errorLine) + ":" : "") +
+                         " " + result.error);
+    }
+    bool failed = false;
+    for (std::size_t i = 0; i < result.items.size(); ++i) {
+        const PimBridge::MergedItem& item = result.items[i];
+        const bool bad = item.outcome == PimBridge::MergedItem::Outcome::Failed;
+        failed = failed || bad;
+        err << (bad ? "error: " : "") << item.kind << ' ' << i + 1;
+        if (!item.uid.empty()) err << " (UID " << item.uid << ')';
+        err << ": " << PimBridge::Describe(item) << '\n';
+        for (const PimBridge::Loss& loss : item.losses) {
+            const std::string noPlace = std::string(" has no place in ") + format.title;
+            err << Level(loss, false) << item.kind << ' ' << i + 1 << ": "
+                << Said(loss, noPlace.c_str()) << '\n';
+        }
+    }
+    if (failed) return kExitProblem;
+    WriteOutput(options.output, result.text);
+    return 0;
+}
+
+}  // namespace
+
 int Export(const BridgeOptions& options, std::ostream& err) {
     const FormatAdapter* format = Named(options.format, "--to");
+    if (!options.onto.empty()) return Merge(*format, options, err);
     if (format->exportItems == nullptr) {
         throw UsageError(std::string("the ") + format->name + " bridge only reads");
     }

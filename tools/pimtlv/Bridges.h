@@ -47,6 +47,9 @@ struct BridgeOptions {
     std::string output;   // file name, "-" or empty for standard output
     std::string format;   // import: --from (empty: tell it); export: --to
     bool strict = false;  // import: anything not carried is an error
+    std::string onto;     // export: merge onto this original text (empty: plain export)
+    std::string base;     // export --onto: the text sent to the device (empty: two-way)
+    std::string prefer;   // export --onto: "device" lets the device win conflicts
 };
 
 // pimtlv import: the item streams of every item of the text, one after
@@ -56,8 +59,11 @@ int Import(const BridgeOptions& options, std::ostream& err);
 
 // pimtlv export: the text of every item of a file of item streams. What the
 // item parsers report and what the format has no place for are warnings on
-// err; exit 1 when a parser reported anything. Throws UsageError for input
-// the tool cannot use.
+// err; exit 1 when a parser reported anything. With --onto, the items are
+// merged onto the original text instead and err gets one report line per
+// item ("event 1 (UID x): changed: SUMMARY changed"); exit 0, or 1 when an
+// item could not be placed. Throws UsageError for input the tool cannot use,
+// a format without a merge, or an original the merge cannot read.
 int Export(const BridgeOptions& options, std::ostream& err);
 
 }  // namespace PimTool

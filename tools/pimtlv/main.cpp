@@ -109,6 +109,21 @@ int Run(int argc, char** argv) {
                           "output file (\"-\" or none: standard output)");
     exportCmd->add_option("--to", bridge.format, "the text format (" + FormatNames() + ")")
         ->required();
+    CLI::Option* onto = exportCmd->add_option(
+        "--onto", bridge.onto,
+        "merge the items onto this original text (the file they were imported from): what the "
+        "items cannot carry is kept from it; the report goes to standard error");
+    exportCmd
+        ->add_option("--base", bridge.base,
+                     "with --onto: the text that was sent to the device, for a three-way "
+                     "merge")
+        ->needs(onto);
+    exportCmd
+        ->add_option("--prefer", bridge.prefer,
+                     "with --base: who wins a property changed on both sides (default: "
+                     "server)")
+        ->check(CLI::IsMember({"device", "server"}))
+        ->needs(onto);
 
     if (argc > 1 && argv[1][0] != '-' &&
         app.get_subcommands([&argv](const CLI::App* c) { return c->get_name() == argv[1]; })

@@ -1,5 +1,7 @@
 #include "ICalendarMapping.h"
 
+#include <cstdlib>
+
 namespace PimBridge {
 namespace Ical {
 
@@ -98,6 +100,32 @@ const ParamSlot* ParamSlots(eShape shape, std::size_t& count) {
         default:
             return nullptr;
     }
+}
+
+icaltimezone* KnownZone(const char* tzid) {
+    if (tzid == nullptr || tzid[0] == '\0') return nullptr;
+    std::size_t length = 0;
+    for (const char* p = tzid; *p != '\0'; ++p, ++length) {
+        const char c = *p;
+        const bool allowed = IsNameChar(c) || c == '/' || c == '_' || c == '+' || c == '.';
+        if (!allowed || length > 64 || (c == '.' && p[1] == '.')) return nullptr;
+    }
+    if (tzid[0] == '/') return icaltimezone_get_builtin_timezone_from_tzid(tzid);
+    return icaltimezone_get_builtin_timezone(tzid);
+}
+
+std::string PropertyNameOf(icalproperty* property) {
+    char* name = icalproperty_get_property_name_r(property);
+    std::string out = name != nullptr ? name : "unknown property";
+    std::free(name);
+    return out;
+}
+
+const char* ParamNameOf(icalparameter* param) {
+    const icalparameter_kind kind = icalparameter_isa(param);
+    if (kind == ICAL_X_PARAMETER) return icalparameter_get_xname(param);
+    if (kind == ICAL_IANA_PARAMETER) return icalparameter_get_iana_name(param);
+    return icalparameter_kind_to_string(kind);
 }
 
 }  // namespace Ical

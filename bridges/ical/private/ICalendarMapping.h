@@ -12,6 +12,7 @@
 #include <libical/ical.h>
 
 #include <cstddef>
+#include <string>
 
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/XParam.h"
@@ -120,6 +121,18 @@ constexpr const char* kTzidParam = "TZID";
 
 // The forms of an iCalendar date-time.
 enum class eForm : unsigned char { Utc, Zoned, Floating };
+
+// The time-zone database's zone named by tzid ("Europe/Berlin", or libical's
+// own "/freeassociation.sourceforge.net/Europe/Berlin"), or null. Only names
+// that look like the database's are asked for: libical may look a name up as
+// a file.
+icaltimezone* KnownZone(const char* tzid);
+
+// A property's name as the text spells it (X- names as written), or
+// "unknown property".
+std::string PropertyNameOf(icalproperty* property);
+// A parameter's name as the text spells it (X- and IANA names as written).
+const char* ParamNameOf(icalparameter* param);
 
 // Property and parameter names are letters, digits and hyphens.
 inline bool IsNameChar(char c) {

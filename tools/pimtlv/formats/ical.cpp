@@ -12,7 +12,7 @@ const FormatAdapter kIcsFormat = {
     &PimBridge::LooksLikeICalendar,
     &PimBridge::ImportICalendar,
     &PimBridge::ExportICalendar,
-    nullptr,
+    &PimBridge::MergeICalendar,
 };
 
 }  // namespace PimTool
