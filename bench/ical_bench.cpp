@@ -23,7 +23,6 @@
 #include <string>
 
 #include "bench/QuietReceivers.h"
-#include "bridges/common/ItemStreams.h"
 #include "bridges/ical/ICalendarBridge.h"
 #include "pimshared/calendar/TLVCalendarParser.h"
 

@@ -540,21 +540,21 @@ class ItemReaders {
 };
 
 struct ItemForm {
-    unsigned int root;
-    unsigned int component;
+    ItemKind item;
     icalcomponent_kind kind;
     const char* name;
-    eItem item;
+    eItem reader;
 };
 const ItemForm kForms[] = {
-    {1, 103, ICAL_VEVENT_COMPONENT, "event", kEvent},
-    {1, 104, ICAL_VTODO_COMPONENT, "task", kTask},
-    {3, 105, ICAL_VJOURNAL_COMPONENT, "note", kNote},
+    {ItemKind::Event, ICAL_VEVENT_COMPONENT, "event", kEvent},
+    {ItemKind::Task, ICAL_VTODO_COMPONENT, "task", kTask},
+    {ItemKind::Note, ICAL_VJOURNAL_COMPONENT, "note", kNote},
 };
 
 const ItemForm* FormOf(const ItemSpan& span) {
+    const ItemKind kind = KindOf(span);
     for (const ItemForm& f : kForms) {
-        if (span.root == f.root && span.hasComponent && span.component == f.component) return &f;
+        if (f.item == kind) return &f;
     }
     return nullptr;
 }
@@ -611,7 +611,7 @@ BuiltItem BuildItem(const std::uint8_t* data, const ItemSpan& span, bool stamp,
     built.kind = form->name;
     built.component.reset(icalcomponent_new(form->kind));
     writer.Start(built.component.get(), item, ComponentWriter::kAnyPosition);
-    item.malformed = !readers.Parse(form->item, data + span.offset, span.size);
+    item.malformed = !readers.Parse(form->reader, data + span.offset, span.size);
     if (stamp) writer.AddStamp();
     item.losses = writer.TakeLosses();
     built.instance = writer.Instance();
@@ -633,7 +633,7 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
             const ItemForm* form = FormOf(span);
             if (form == nullptr) {
                 why = "item at offset " + std::to_string(span.offset) +
-                      " is no event, task or note (root node " + std::to_string(span.root) +
+                      " is no event, task or note (root node " + std::to_string(span.frame.root) +
                       "), which is all iCalendar holds";
                 return false;
             }
@@ -668,7 +668,7 @@ ExportResult ExportICalendar(const std::uint8_t* data, std::size_t size) {
         item.offset = span.offset;
         ComponentPtr component(icalcomponent_new(form.kind));
         writer.Start(component.get(), item, i);
-        item.malformed = !readers.Parse(form.item, data + span.offset, span.size);
+        item.malformed = !readers.Parse(form.reader, data + span.offset, span.size);
         writer.AddStamp();
         item.losses = writer.TakeLosses();
         result.items.push_back(std::move(item));

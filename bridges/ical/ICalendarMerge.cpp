@@ -262,8 +262,8 @@ struct Side {
     }
     BuiltItem Build(std::size_t i) const {
         ItemSpan span;
-        ReadItemSpan(imported.streams.data(), imported.streams.size(), imported.items[i].offset,
-                     span, nullptr);
+        ParserCreatorCollection::ReadItemSpan(imported.streams.data(), imported.streams.size(),
+                                              imported.items[i].offset, span);
         ExportedItem ignored;
         return BuildItem(imported.streams.data(), span, false, ignored);
     }
@@ -575,7 +575,7 @@ MergeResult MergeICalendar(const char* original, std::size_t originalSize, const
         [&](const ItemSpan& span) {
             if (ItemKindName(span) == nullptr) {
                 why = "item at offset " + std::to_string(span.offset) +
-                      " is no event, task or note (root node " + std::to_string(span.root) +
+                      " is no event, task or note (root node " + std::to_string(span.frame.root) +
                       "), which is all iCalendar holds";
                 return false;
             }

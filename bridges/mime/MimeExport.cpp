@@ -488,23 +488,6 @@ void Write(GMimeMessage* message, bool mbox, GMimeStream* out, std::string& text
     g_mime_stream_seek(out, 0, GMIME_STREAM_SEEK_END);  // the stream learns the new length
 }
 
-// Message items share root node 2 and differ by their component node, which
-// follows the instance leaf: 600 for an e-mail. A root 2 without any node is
-// left to the e-mail parser to report.
-bool IsEmail(const std::uint8_t* data, const ItemSpan& item) {
-    if (item.root != 2) return false;
-    const std::size_t end = item.offset + item.size;
-    ElementHeader header;
-    if (!ReadElementHeader(data, end, item.offset, header, nullptr)) return false;
-    std::size_t pos = item.offset + header.headerSize;
-    while (ReadElementHeader(data, end, pos, header, nullptr)) {
-        if (header.elementClass == 8) return header.typeId == 600;
-        if (end - pos - header.headerSize < header.length) break;
-        pos += header.headerSize + header.length;
-    }
-    return true;
-}
-
 ExportResult Export(const std::uint8_t* data, std::size_t size, bool mbox) {
     EnsureGMime();
     ExportResult result;
@@ -516,7 +499,7 @@ ExportResult Export(const std::uint8_t* data, std::size_t size, bool mbox) {
         return result;
     }
     for (const ItemSpan& s : spans) {
-        if (!IsEmail(data, s)) {
+        if (KindOf(s) != ItemKind::Email) {
             result.error = "the item at offset " + std::to_string(s.offset) + " is no e-mail";
             return result;
         }

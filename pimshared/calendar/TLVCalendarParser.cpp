@@ -78,4 +78,8 @@ bool CTLVCalendarParser::Parse(const void* data, const unsigned int& length, con
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVCalendarParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

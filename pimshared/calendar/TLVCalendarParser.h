@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+
 #include "pimshared/calendar/ICalendarReceiver.h"
 #include "platform/PalExport.h"
 
@@ -27,6 +29,9 @@ class PIMTLV_API CTLVCalendarParser {
     /// 6). errorText stays valid until the next Parse.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
+
+    /// Why the last Parse stopped early, as every parser of the library keeps it.
+    const ParserCreatorCollection::TLVError& LastError() const noexcept;
 
     class CTLVCalendarParserImpl;
 

@@ -1,6 +1,8 @@
 #ifndef PIMTLV_PIMSHARED_COMMON_PARSERFRAME_H
 #define PIMTLV_PIMSHARED_COMMON_PARSERFRAME_H
 
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+
 namespace PimShared {
 
 // The public parser classes hold their working object through a pointer made
@@ -14,6 +16,18 @@ bool ForwardParse(Impl* impl, const void* data, const unsigned int& length, cons
     errorText = "";
     consumed = 0;
     return false;
+}
+
+// The account of why the last walk stopped; without a working object the
+// parser never walked, for want of memory.
+template <typename Impl>
+const ParserCreatorCollection::TLVError& ForwardLastError(const Impl* impl) noexcept {
+    static const ParserCreatorCollection::TLVError noEngine = [] {
+        ParserCreatorCollection::TLVError e;
+        e.reason = ParserCreatorCollection::TLVError::Reason::OutOfMemory;
+        return e;
+    }();
+    return impl != nullptr ? impl->LastError() : noEngine;
 }
 
 }  // namespace PimShared

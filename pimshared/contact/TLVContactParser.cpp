@@ -429,4 +429,8 @@ bool CTLVContactParser::Parse(const void* data, const unsigned int& length, cons
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVContactParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
 #include "pimshared/contact/ContactReceiver.h"
 #include "platform/PalExport.h"
 
@@ -36,6 +37,9 @@ class PIMTLV_API CTLVContactParser {
     /// consumed is how far reading got.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
+
+    /// Why the last Parse stopped early, as every parser of the library keeps it.
+    const ParserCreatorCollection::TLVError& LastError() const noexcept;
 
     class CTLVContactParserImpl;
 

@@ -47,4 +47,8 @@ bool CTLVEmailParser::Parse(const void* data, const unsigned int& length, const 
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVEmailParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

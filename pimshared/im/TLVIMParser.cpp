@@ -198,4 +198,8 @@ bool CTLVIMParser::Parse(const void* data, const unsigned int& length, const cha
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVIMParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

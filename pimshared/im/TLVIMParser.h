@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+
 #include "pimshared/im/IIMReceiver.h"
 #include "platform/PalExport.h"
 
@@ -26,6 +28,9 @@ class PIMTLV_API CTLVIMParser {
     /// after TraceMessage(3, errorText) for a broken stream.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
+
+    /// Why the last Parse stopped early, as every parser of the library keeps it.
+    const ParserCreatorCollection::TLVError& LastError() const noexcept;
 
     class CTLVIMParserImpl;
 

@@ -70,4 +70,8 @@ bool CTLVNoteParser::Parse(const void* data, const unsigned int& length, const c
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVNoteParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

@@ -70,4 +70,8 @@ bool CTLVTaskParser::Parse(const void* data, const unsigned int& length, const c
     return ForwardParse(m_impl.get(), data, length, errorText, consumed);
 }
 
+const ParserCreatorCollection::TLVError& CTLVTaskParser::LastError() const noexcept {
+    return ForwardLastError(m_impl.get());
+}
+
 }  // namespace PimShared

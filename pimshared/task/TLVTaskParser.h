@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+
 #include "pimshared/task/ITaskReceiver.h"
 #include "platform/PalExport.h"
 
@@ -29,6 +31,9 @@ class PIMTLV_API CTLVTaskParser {
     /// the parser's own copy) carry over from one Parse to the next.
     bool Parse(const void* data, const unsigned int& length, const char*& errorText,
                unsigned int& consumed);
+
+    /// Why the last Parse stopped early, as every parser of the library keeps it.
+    const ParserCreatorCollection::TLVError& LastError() const noexcept;
 
     class CTLVTaskParserImpl;
 

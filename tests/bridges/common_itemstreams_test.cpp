@@ -88,25 +88,6 @@ TEST(ItemStreams, CutsAFileIntoItems) {
     }
 }
 
-TEST(ItemStreams, TellsTheComponent) {
-    const Bytes file = {0x80, 0x01, 0x03, 0x80, 0x67, 0x00, 0x80,
-                        0x03, 0x04, 0x90, 0x0A, 0x01, 0x05};
-    std::vector<PimBridge::ItemSpan> items;
-    std::string why;
-    ASSERT_TRUE(PimBridge::ForEachItem(
-        file.data(), file.size(),
-        [&items](const PimBridge::ItemSpan& item) {
-            items.push_back(item);
-            return true;
-        },
-        why));
-    ASSERT_EQ(items.size(), 2u);
-    EXPECT_TRUE(items[0].hasComponent);
-    EXPECT_EQ(items[0].component, 103u);
-    EXPECT_EQ(items[1].root, 3u);
-    EXPECT_FALSE(items[1].hasComponent);  // its first child is a leaf
-}
-
 TEST(LossCollector, CountsEachNameOnceInOrderOfFirstSight) {
     PimBridge::LossCollector losses;
     losses.Add("RRULE", 7);

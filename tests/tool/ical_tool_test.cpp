@@ -24,7 +24,8 @@ TEST(IcalTool, ImportWarnsOfLossesAndExportWritesTheItemsBack) {
     Spit(ics, kCalendar);
     const Result imported = Tool("import " + ics);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err, "warning: " + ics + ":6: event 1: RRULE not carried (2 times)\n");
+    EXPECT_EQ(imported.err,
+              "warning: " + ics + ":6: event 1 (instance 0): RRULE not carried (2 times)\n");
     const Result exported = Tool("export - --to ics", imported.out);
     EXPECT_EQ(exported.status, 0) << exported.err;
     EXPECT_NE(exported.out.find("BEGIN:VTODO\r\nUID:t\r\n"), std::string::npos) << exported.out;
@@ -38,7 +39,7 @@ TEST(IcalTool, StrictTurnsLossIntoFailureAndWritesNothing) {
     const std::string out = Temp("strict.tlv");
     const Result r = Tool("import --strict --from ics - -o " + out, kCalendar);
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.err.rfind("error: <stdin>:6: event 1: RRULE", 0), 0u) << r.err;
+    EXPECT_EQ(r.err.rfind("error: <stdin>:6: event 1 (instance 0): RRULE", 0), 0u) << r.err;
     EXPECT_EQ(Slurp(out), "");
 }
 
@@ -49,8 +50,9 @@ TEST(IcalTool, StrictPassesWhatIsRegeneratedAndFailsWhatIsConverted) {
         "END:VCALENDAR\r\n";
     const Result imported = Tool("import --strict --from ics -", minimal);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err,
-              "note: <stdin>:6: event 1: DTSTAMP not carried (written anew by rule)\n");
+    EXPECT_EQ(
+        imported.err,
+        "note: <stdin>:6: event 1 (instance 0): DTSTAMP not carried (written anew by rule)\n");
     const Result exported = Tool("export - --to ics", imported.out);
     EXPECT_EQ(exported.status, 0) << exported.err;
     const Result again = Tool("import --strict --from ics -", exported.out);
@@ -61,9 +63,9 @@ TEST(IcalTool, StrictPassesWhatIsRegeneratedAndFailsWhatIsConverted) {
     latin1.replace(latin1.find("UID:m"), 5, "SUMMARY:Caf\xE9");
     const Result converted = Tool("import --strict --from ics -", latin1);
     EXPECT_EQ(converted.status, 1);
-    EXPECT_NE(
-        converted.err.find("error: <stdin>:5: event 1: SUMMARY converted (from windows-1252)"),
-        std::string::npos)
+    EXPECT_NE(converted.err.find(
+                  "error: <stdin>:5: event 1 (instance 0): SUMMARY converted (from windows-1252)"),
+              std::string::npos)
         << converted.err;
 }
 
@@ -139,3 +141,68 @@ TEST(IcalTool, ExportOntoRefusesWhatItCannotMerge) {
     EXPECT_EQ(noBase.status, 2);
     std::remove(original.c_str());
 }
+
+namespace {
+
+std::string Binary(const std::string& hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 3) {
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+// Odd but valid item frames: decode, check and export tell the same item, as
+// its parser accepts it, or all refuse to guess.
+TEST(IcalTool, DecodeCheckAndExportTellTheSameItem) {
+    struct Case {
+        const char* what;
+        const char* hex;
+        const char* item;  // decode's name, null: no item told
+        const char* title;
+        const char* component;
+    };
+    const Case cases[] = {
+        {"event as written", "80 01 0A 80 67 07 90 0A 04 00 00 00 00", "event", "calendar event",
+         "VEVENT"},
+        {"instance ahead of the component", "80 01 0A 90 0A 04 00 00 00 00 80 67 00", "event",
+         "calendar event", "VEVENT"},
+        {"task with its instance ahead", "80 01 0A 90 0A 04 00 00 00 00 80 68 00", "task", "task",
+         "VTODO"},
+        {"note", "80 03 0A 80 69 07 90 0A 04 00 00 00 00", "note", "note", "VJOURNAL"},
+        {"calendar root without a component", "80 01 07 90 0A 04 00 00 00 00", nullptr, nullptr,
+         nullptr},
+    };
+    const std::string path = Temp("kind.tlv");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Spit(path, Binary(c.hex));
+        const Result decoded = Tool("decode " + path);
+        const Result checked = Tool("check " + path);
+        const Result exported = Tool("export --to ics " + path);
+        if (c.item == nullptr) {
+            EXPECT_EQ(decoded.status, 2);
+            EXPECT_NE(decoded.err.find("cannot tell the item"), std::string::npos) << decoded.err;
+            EXPECT_EQ(checked.status, 2);
+            EXPECT_EQ(exported.status, 2);
+            EXPECT_NE(exported.err.find("is no event, task or note"), std::string::npos)
+                << exported.err;
+            continue;
+        }
+        EXPECT_EQ(decoded.status, 0) << decoded.err;
+        EXPECT_NE(decoded.out.find("\"item\": \"" + std::string(c.item) + "\""), std::string::npos)
+            << decoded.out;
+        // The parser may still have words for the frame (diagnostics: 1), but
+        // no command refuses the item (2).
+        EXPECT_NE(checked.status, 2) << checked.err;
+        EXPECT_NE(("\n" + checked.out).find("\n" + std::string(c.title) + ": "), std::string::npos)
+            << checked.out;
+        EXPECT_NE(exported.status, 2) << exported.err;
+        EXPECT_NE(exported.out.find("BEGIN:" + std::string(c.component) + "\r\n"),
+                  std::string::npos)
+            << exported.out;
+    }
+    std::remove(path.c_str());
+}
+
+}  // namespace

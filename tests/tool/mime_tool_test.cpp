@@ -16,7 +16,7 @@ const std::string kMessage =
 TEST(MimeTool, ImportTellsTheFormatAndReportsLosses) {
     const Result r = Tool("import -", kMessage);  // a header field first: eml
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "warning: <stdin>:2: email 1: Received not carried (2 times)\n");
+    EXPECT_EQ(r.err, "warning: <stdin>:2: email 1 (instance 0): Received not carried (2 times)\n");
     EXPECT_FALSE(r.out.empty());
     const Result strict = Tool("import - --strict", kMessage);
     EXPECT_EQ(strict.status, 1);
@@ -25,7 +25,8 @@ TEST(MimeTool, ImportTellsTheFormatAndReportsLosses) {
     // Text read by the fallback charset is said, and --strict refuses it.
     const std::string latin1 = "From: ann@example.org\nSubject: Caf\xE9\n\nx\n";
     EXPECT_EQ(Tool("import -", latin1).err,
-              "warning: <stdin>:2: email 1: Subject converted (8-bit text without a charset, read "
+              "warning: <stdin>:2: email 1 (instance 0): Subject converted (8-bit text without a "
+              "charset, read "
               "as windows-1252)\n");
     EXPECT_EQ(Tool("import - --strict", latin1).status, 1);
 
@@ -33,7 +34,8 @@ TEST(MimeTool, ImportTellsTheFormatAndReportsLosses) {
                              "\nFrom b Mon Mar  3 09:00:00 2025\n" + kMessage;
     const Result two = Tool("import -", mbox);  // "From " first: mbox
     EXPECT_EQ(two.status, 0);
-    EXPECT_NE(two.err.find("<stdin>:11: email 2: Received"), std::string::npos) << two.err;
+    EXPECT_NE(two.err.find("<stdin>:11: email 2 (instance 1): Received"), std::string::npos)
+        << two.err;
 }
 
 TEST(MimeTool, ExportWritesOneMessageOrAnMbox) {

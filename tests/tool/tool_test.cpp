@@ -825,3 +825,54 @@ TEST(LargeStream, MemoryDoesNotGrowWithTheDiagnostics) {
 }
 
 }  // namespace
+
+namespace {
+
+// What a parser repairs or passes over without a word is a finding of check,
+// with the element's offset, and sets the exit status.
+TEST(CheckFindings, NameRepairedTextsAndDateTimesThatDoNotRead) {
+    if (!Built("event")) GTEST_SKIP() << "event is not in this build";
+    struct Case {
+        const char* what;
+        const char* date;  // the hex of DTSTART's text, its zero byte included
+        const char* text;  // the hex of SUMMARY's text
+        const char* finding;
+    };
+    // node 1 { node 103 { UInt32 10, node 219 { String 1007 date }, node 215 { String 320 } } }
+    const auto stream = [](const std::string& date, const std::string& text) {
+        const auto len = [](const std::string& hex) { return (hex.size() + 1) / 3; };
+        char b[24];
+        const auto h = [&b](std::size_t n) {
+            std::snprintf(b, sizeof b, "%02zx", n);
+            return std::string(b);
+        };
+        const std::string start =
+            "80 db " + h(3 + len(date)) + " 63 ef " + h(len(date)) + " " + date;
+        const std::string summary =
+            "80 d7 " + h(3 + len(text)) + " 61 40 " + h(len(text)) + " " + text;
+        const std::string comp = "90 0a 04 00 00 00 00 " + start + " " + summary;
+        return "80 01 " + h(3 + len(comp)) + " 80 67 " + h(len(comp)) + " " + comp;
+    };
+    const Case cases[] = {
+        {"sound", "32 30 32 35 31 32 33 30 54 32 33 30 30 30 30 5a 00", "41 00", nullptr},
+        {"month 13, hour 25", "32 30 32 35 31 33 34 30 54 32 35 30 30 30 30 5a 00", "41 00",
+         "finding (offset 16): String 1007 \"20251340T250000Z\" does not read as a date-time: "
+         "the parser hands the property on without it\n"},
+        {"Latin-1 text", "32 30 32 35 31 32 33 30 54 32 33 30 30 30 30 5a 00", "63 61 66 e9 00",
+         "finding (offset 39): String 320 \"caf\\xe9\" is not UTF-8: the parser hands it on with "
+         "'?' for each bad byte\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Result r = Tool("check --hex", stream(c.date, c.text));
+        EXPECT_EQ(r.status, c.finding == nullptr ? 0 : 1) << r.out << r.err;
+        if (c.finding != nullptr) {
+            EXPECT_NE(r.out.find(c.finding), std::string::npos) << r.out;
+            EXPECT_NE(r.out.find(", 1 diagnostic\n"), std::string::npos) << r.out;
+        } else {
+            EXPECT_EQ(r.out.find("finding"), std::string::npos) << r.out;
+        }
+    }
+}
+
+}  // namespace

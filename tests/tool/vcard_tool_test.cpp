@@ -18,14 +18,14 @@ const std::string kBook =
 TEST(VcardTool, ImportWarnsOfLossesAndExportWritesTheCardsBack) {
     const Result imported = Tool("import " + kBook);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err, "warning: " + kBook + ":17: contact 2: EMAIL;GROUP not carried\n" +
-                                "warning: " + kBook + ":26: contact 3: KIND not carried\n" +
-                                "warning: " + kBook + ":28: contact 3: GENDER not carried\n");
+    EXPECT_EQ(imported.err, "warning: " + kBook + ":17: contact 2 (instance 1): EMAIL;GROUP not carried\n" +
+                                "warning: " + kBook + ":26: contact 3 (instance 2): KIND not carried\n" +
+                                "warning: " + kBook + ":28: contact 3 (instance 2): GENDER not carried\n");
 
     const Result strict = Tool("import --strict " + kBook);
     EXPECT_EQ(strict.status, 1);
     EXPECT_TRUE(strict.out.empty());
-    EXPECT_NE(strict.err.find("error: " + kBook + ":26: contact 3: KIND not carried"),
+    EXPECT_NE(strict.err.find("error: " + kBook + ":26: contact 3 (instance 2): KIND not carried"),
               std::string::npos);
 
     const Result exported = Tool("export --to vcf", imported.out);

@@ -4,7 +4,10 @@
 #include <cctype>
 #include <ostream>
 
+#include <unistd.h>
+
 #include "Input.h"
+#include "pimshared/common/ItemKind.h"
 
 namespace PimTool {
 
@@ -77,6 +80,22 @@ const FormatAdapter* ImportFormat(const BridgeOptions& options, const std::strin
                      ": name it with --from (" + FormatNames() + ")");
 }
 
+// How the tool's messages name an item of a file of streams: its kind and
+// its place in the file counted from 1, then the instance number its stream
+// carries (which counts from 0, and which an export does not renumber):
+// "event 1 (instance 0)".
+std::string ItemWho(const std::string& kind, std::size_t index, const std::uint8_t* stream,
+                    std::size_t size, const std::string& more = std::string()) {
+    unsigned int instance = 0;
+    const bool has = PimShared::ReadItemInstance(stream, size, instance);
+    std::string who = kind + ' ' + std::to_string(index + 1);
+    if (has || !more.empty()) {
+        who += " (" + (has ? "instance " + std::to_string(instance) : std::string());
+        who += (has && !more.empty() ? ", " : "") + more + ")";
+    }
+    return who;
+}
+
 std::string Times(unsigned int count) {
     return count > 1 ? " (" + std::to_string(count) + " times)" : std::string();
 }
@@ -114,6 +133,11 @@ const char* Level(const PimBridge::Loss& loss, bool strict) {
 }  // namespace
 
 int Import(const BridgeOptions& options, std::ostream& err) {
+    if (options.output.empty() && isatty(STDOUT_FILENO)) {
+        throw UsageError(
+            "import writes binary item streams: name a file with -o FILE, or write to the "
+            "terminal anyway with -o -");
+    }
     const std::string text = ReadInput(options.input);
     const FormatAdapter* format = ImportFormat(options, text);
     if (format->importText == nullptr) {
@@ -133,8 +157,9 @@ int Import(const BridgeOptions& options, std::ostream& err) {
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ImportedItem& item = result.items[i];
         for (const PimBridge::Loss& loss : item.losses) {
-            err << Level(loss, options.strict) << where << ':' << loss.line << ": " << item.kind
-                << ' ' << i + 1 << ": " << Said(loss, " not carried") << '\n';
+            err << Level(loss, options.strict) << where << ':' << loss.line << ": "
+                << ItemWho(item.kind, i, result.streams.data() + item.offset, item.size) << ": "
+                << Said(loss, " not carried") << '\n';
         }
     }
     if (options.strict && result.HasLoss()) return kExitProblem;
@@ -202,8 +227,11 @@ int Export(const BridgeOptions& options, std::ostream& err) {
     bool reported = false;
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         const PimBridge::ExportedItem& item = result.items[i];
-        const std::string who = item.kind + ' ' + std::to_string(i + 1) + " (offset " +
-                                std::to_string(item.offset) + "): ";
+        const std::uint8_t* stream = reinterpret_cast<const std::uint8_t*>(raw.data());
+        const std::string who =
+            ItemWho(item.kind, i, stream + item.offset, raw.size() - item.offset,
+                    "offset " + std::to_string(item.offset)) +
+            ": ";
         for (const PimBridge::Diagnostic& d : item.diagnostics) {
             err << "warning: " << who << "code " << d.code << ": " << d.text << '\n';
             reported = true;

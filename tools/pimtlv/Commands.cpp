@@ -7,6 +7,9 @@
 
 #include "Input.h"
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "pimshared/common/TypeIds.h"
+#include "platform/CDateAndTime.h"
+#include "platform/Utf8.h"
 
 namespace PimTool {
 
@@ -67,10 +70,13 @@ template <typename OnItem>
 void ForEachItemOf(ByteView data, OnItem&& onItem) {
     ItemPlace place;
     for (std::size_t pos = 0; pos < data.size; ++place.index) {
-        PimBridge::ItemSpan span;
+        ParserCreatorCollection::ItemSpan span;
         place.offset = pos;
-        place.cut = PimBridge::ReadItemSpan(data.data, data.size, pos, span, &place.why);
+        place.cut = ParserCreatorCollection::ReadItemSpan(data.data, data.size, pos, span) ==
+                    ParserCreatorCollection::CutFault::None;
         place.size = place.cut ? span.size : data.size - pos;
+        if (!place.cut)
+            place.why = ParserCreatorCollection::DescribeCutFault(data.data, data.size, pos);
         if (!onItem(static_cast<const ItemPlace&>(place)) || !place.cut) return;
         pos += span.size;
     }
@@ -79,9 +85,15 @@ void ForEachItemOf(ByteView data, OnItem&& onItem) {
 // Whether the file is exactly one item (or one that cannot be cut), which
 // the commands show as today's single stream rather than as a list.
 bool SingleItem(ByteView data) {
-    PimBridge::ItemSpan span;
-    return data.size > 0 && (!PimBridge::ReadItemSpan(data.data, data.size, 0, span, nullptr) ||
+    ParserCreatorCollection::ItemSpan span;
+    return data.size > 0 && (ParserCreatorCollection::ReadItemSpan(data.data, data.size, 0, span) !=
+                                 ParserCreatorCollection::CutFault::None ||
                              span.size == data.size);
+}
+
+// The frame of an item, which tells its kind.
+ParserCreatorCollection::ItemFrame FrameOf(ByteView data, const ItemPlace& place) {
+    return ParserCreatorCollection::ReadItemFrame(data.data + place.offset, place.size);
 }
 
 std::string ItemName(const ItemPlace& place) {
@@ -103,7 +115,7 @@ void ReportError(const StreamError& error, std::ostream& err) {
 // malformed); throws UsageError for an item whose kind is unknown.
 const Kind* ItemKind(const Options& options, ByteView data, const ItemPlace& place) {
     if (const Kind* forced = ForcedKind(options)) return forced;
-    const StreamFrame frame = ReadFrame(data.Sub(place.offset, place.size));
+    const ParserCreatorCollection::ItemFrame frame = FrameOf(data, place);
     if (const Kind* kind = DetectKind(frame)) return kind;
     if (!place.cut) return nullptr;
     std::string seen = "no root node";
@@ -119,11 +131,15 @@ const Kind* ItemKind(const Options& options, ByteView data, const ItemPlace& pla
         place.offset);
 }
 
-// Why an item did not parse, or could not be cut from the file.
+// Why an item did not parse, or could not be cut from the file: the parser's
+// own account of where its walk stopped when the bytes are at fault.
 StreamError ItemFailure(ByteView data, const ItemPlace& place, const Kind* kind,
                         const ParseRun* run) {
-    const Fault fault = WalkStream(data, nullptr, place.offset, place.offset + place.size);
-    if (fault.present) return FaultError(fault);
+    const ParserCreatorCollection::TLVError error =
+        run != nullptr ? run->error
+                       : ParserCreatorCollection::ExplainTLV(data.data + place.offset,
+                                                             static_cast<unsigned int>(place.size));
+    if (error.IsMalformed()) return FaultError(FaultOf(error, place.offset));
     if (!place.cut) {
         return {true, place.offset,
                 "malformed stream at offset " + std::to_string(place.offset) + ": " + place.why};
@@ -215,9 +231,9 @@ Fault WalkItems(ByteView data, const std::string& forcedItem, NamedElementSink& 
     Fault fault;
     ForEachItemOf(data, [&](const ItemPlace& place) {
         const Kind* kind = forced;
-        if (kind == nullptr) kind = DetectKind(ReadFrame(data.Sub(place.offset, place.size)));
+        if (kind == nullptr) kind = DetectKind(FrameOf(data, place));
         naming.item = kind != nullptr ? FindAdapter(kind->name) : nullptr;
-        fault = WalkStream(data, &naming, place.offset, place.offset + place.size);
+        fault = WalkStream(data, naming, place.offset, place.offset + place.size);
         return !fault.present;
     });
     return fault;
@@ -397,6 +413,55 @@ class CheckWriter : public ParseListener {
     std::string m_item;
 };
 
+// What a parser hands on changed, or without its value, and says nothing of
+// in its diagnostics: a text that is not UTF-8 (repaired to '?') and, in the
+// calendar items, a date-time text that does not read as one. check names
+// each as a finding, with the element's offset.
+class ContentFindings : public ElementSink {
+  public:
+    ContentFindings(const Kind& kind, TextOut& out, const std::string& item)
+        : m_dates(kind.kind == PimShared::ItemKind::Event ||
+                  kind.kind == PimShared::ItemKind::Task || kind.kind == PimShared::ItemKind::Note),
+          m_out(out),
+          m_item(item.empty() ? item : item + ", ") {}
+
+    void OnElement(const Element& e) override {
+        using namespace ParserCreatorCollection;
+        if (e.header.elementClass != String || e.header.length == 0) return;
+        const char* text = reinterpret_cast<const char*>(e.value);
+        if (!PAL::IsValidUtf8(text, e.header.length)) {
+            Add(e, "is not UTF-8: the parser hands it on with '?' for each bad byte");
+        } else if (m_dates && e.parentId != kNoParent &&
+                   (e.header.typeId == PimShared::TypeIdValTypeDateTime ||
+                    e.header.typeId == PimShared::TypeIdValTypeDateTimeAlt)) {
+            PAL::CDateAndTime when;
+            if (!PAL::DateAndTimeUtilities::FromString(
+                    when, text, PAL::DateAndTimeUtilities::eDateTimeFormatICalendar)) {
+                Add(e, "does not read as a date-time: the parser hands the property on without it");
+            }
+        }
+    }
+    std::size_t Count() const { return m_count; }
+
+  private:
+    void Add(const Element& e, const char* what) {
+        std::string& line = m_out.Text();
+        line += "finding (" + m_item + "offset " + std::to_string(e.offset) + "): String " +
+                std::to_string(e.header.typeId) + ' ';
+        QuoteText(line, e.value, e.header.length);
+        line += ' ';
+        line += what;
+        line += '\n';
+        m_out.Drain();
+        ++m_count;
+    }
+
+    bool m_dates;
+    TextOut& m_out;
+    std::string m_item;
+    std::size_t m_count = 0;
+};
+
 std::string Plural(std::size_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
@@ -416,8 +481,11 @@ int Check(const Options& options, std::ostream& out, std::ostream& err) {
         [&](const ItemPlace& place, const Kind&) {
             writer.Begin(single ? std::string() : ItemName(place));
         },
-        [&](const ItemPlace&, const Kind& kind, const Recorder& recorder, const ParseRun&) {
-            const std::size_t found = writer.End();
+        [&](const ItemPlace& place, const Kind& kind, const Recorder& recorder, const ParseRun&) {
+            std::size_t found = writer.End();
+            ContentFindings findings(kind, text, single ? std::string() : ItemName(place));
+            WalkStream(data, findings, place.offset, place.offset + place.size);
+            found += findings.Count();
             text.Text() += writer.Label() + kind.title + ": " + std::to_string(recorder.Calls()) +
                            " receiver calls, " + Plural(found, "diagnostic", "diagnostics") + "\n";
             text.Drain();

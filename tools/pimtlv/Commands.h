@@ -77,6 +77,10 @@ Encoded EncodeDocument(const std::string& text);
 int Check(const Options& options, std::ostream& out, std::ostream& err);
 int ListOps(const std::string& item, std::ostream& out);
 
+// Appends a text value (its bytes before the terminator) as a quoted literal,
+// with quotes, backslashes, control bytes and bytes that are not UTF-8 escaped.
+void QuoteText(std::string& out, const std::uint8_t* value, std::size_t length);
+
 // Appends one dump line (without its newline) to line.
 void DumpLine(std::string& line, const Element& element, const char* name, bool color);
 

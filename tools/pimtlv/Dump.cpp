@@ -38,9 +38,33 @@ unsigned int Utf8Sequence(const std::uint8_t* p, std::size_t left) {
     return Velmor_UTF8_rfc3629_check_string(reinterpret_cast<const char*>(p), n, 0) != 0 ? n : 0;
 }
 
+void Number(std::string& out, long long v, unsigned int width) {
+    // Hex shows the bits as they travel: two's complement at the class width.
+    const unsigned long long mask = width >= 8 ? ~0ULL : (1ULL << (8 * width)) - 1;
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%lld (0x%0*llx)", v, static_cast<int>(2 * width),
+                  static_cast<unsigned long long>(v) & mask);
+    out += buf;
+}
+
+void Size(std::string& out, std::size_t n) {
+    out += std::to_string(n);
+    out += n == 1 ? " byte" : " bytes";
+}
+
+void FirstBytes(std::string& out, const std::uint8_t* value, std::size_t length) {
+    Size(out, length);
+    if (length == 0) return;
+    out += ": ";
+    out += EncodeHex(value, length < kShownBytes ? length : kShownBytes, 0);
+    if (length > kShownBytes) out += " ...";
+}
+
+}  // namespace
+
 // A text value as a quoted literal: the bytes before the terminator, with
 // quotes, backslashes, control bytes and bytes that are not UTF-8 escaped.
-void Quoted(std::string& out, const std::uint8_t* value, std::size_t length) {
+void QuoteText(std::string& out, const std::uint8_t* value, std::size_t length) {
     out += '"';
     const std::size_t n = length > 0 ? length - 1 : 0;
     for (std::size_t i = 0; i < n;) {
@@ -88,30 +112,6 @@ void Quoted(std::string& out, const std::uint8_t* value, std::size_t length) {
     out += '"';
 }
 
-void Number(std::string& out, long long v, unsigned int width) {
-    // Hex shows the bits as they travel: two's complement at the class width.
-    const unsigned long long mask = width >= 8 ? ~0ULL : (1ULL << (8 * width)) - 1;
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%lld (0x%0*llx)", v, static_cast<int>(2 * width),
-                  static_cast<unsigned long long>(v) & mask);
-    out += buf;
-}
-
-void Size(std::string& out, std::size_t n) {
-    out += std::to_string(n);
-    out += n == 1 ? " byte" : " bytes";
-}
-
-void FirstBytes(std::string& out, const std::uint8_t* value, std::size_t length) {
-    Size(out, length);
-    if (length == 0) return;
-    out += ": ";
-    out += EncodeHex(value, length < kShownBytes ? length : kShownBytes, 0);
-    if (length > kShownBytes) out += " ...";
-}
-
-}  // namespace
-
 void DumpLine(std::string& line, const Element& e, const char* name, bool color) {
     const Palette& p = color ? kColours : kPlain;
     char offset[32];
@@ -125,7 +125,7 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     line.append(2 + 2 * (e.depth < kIndentedDepth ? e.depth : kIndentedDepth), ' ');
     if (e.depth > kIndentedDepth) line += "(depth " + std::to_string(e.depth) + ") ";
     line += p.cls;
-    line += ClassName(e.header.elementClass);
+    line += ParserCreatorCollection::ElementClassName(e.header.elementClass);
     line += p.reset;
     line += ' ';
     line += std::to_string(e.header.typeId);
@@ -137,7 +137,7 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     }
     const unsigned int cls = e.header.elementClass;
     const std::uint32_t length = e.header.length;
-    const unsigned int fixed = FixedSize(cls);
+    const unsigned int fixed = ParserCreatorCollection::FixedValueSize(cls);
     if (cls == Node || (fixed == 0 && cls != String && cls != ByteStream)) {
         // A node's content size; an undefined class's bytes, as far as shown.
         line += " [";
@@ -152,7 +152,7 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     line += " = ";
     line += cls == String ? p.text : p.number;
     if (cls == String) {
-        Quoted(line, e.value, length);
+        QuoteText(line, e.value, length);
     } else if (cls == ByteStream) {
         FirstBytes(line, e.value, length);
     } else {

@@ -37,16 +37,16 @@ const std::vector<const ItemAdapter*>& Adapters() {
 }
 
 const std::vector<Kind>& Kinds() {
-    using namespace PimShared;
+    using PimShared::ItemKind;
     static const std::vector<Kind> kinds = {
-        {"event", "calendar event", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVevent}},
-        {"task", "task", TypeIdObjTypeCalendarTask, {TypeIdCompTypeVtodo}},
-        {"note", "note", TypeIdObjTypeNote, {TypeIdCompTypeVJournal}},
-        {"contact", "contact", TypeIdObjTypeContact, {}},
-        {"email", "e-mail", TypeIdObjTypeMessage, {600}},
-        {"im", "instant message", TypeIdObjTypeMessage, {900}},
-        {"sms", "SMS", TypeIdObjTypeMessage, {700}},
-        {"calllist", "call list", TypeIdObjTypeCallstack, {2000, 2001}},
+        {"event", "calendar event", ItemKind::Event},
+        {"task", "task", ItemKind::Task},
+        {"note", "note", ItemKind::Note},
+        {"contact", "contact", ItemKind::Contact},
+        {"email", "e-mail", ItemKind::Email},
+        {"im", "instant message", ItemKind::InstantMessage},
+        {"sms", "SMS", ItemKind::Sms},
+        {"calllist", "call list", ItemKind::CallList},
     };
     return kinds;
 }
@@ -58,15 +58,10 @@ const Kind* FindKind(const std::string& name) {
     return nullptr;
 }
 
-const Kind* DetectKind(const StreamFrame& frame) {
-    if (!frame.hasRoot) return nullptr;
+const Kind* DetectKind(const ParserCreatorCollection::ItemFrame& frame) {
+    const PimShared::ItemKind detected = PimShared::KindOfFrame(frame);
     for (const Kind& k : Kinds()) {
-        if (k.root != frame.root) continue;
-        if (k.components.empty()) return &k;
-        if (!frame.hasComponent) continue;
-        for (unsigned int c : k.components) {
-            if (c == frame.component) return &k;
-        }
+        if (k.kind == detected) return &k;
     }
     return nullptr;
 }

@@ -7,6 +7,7 @@
 
 #include "Json.h"
 #include "Stream.h"
+#include "pimshared/common/ItemKind.h"
 
 namespace PimTool {
 
@@ -20,22 +21,24 @@ struct TypeName {
 };
 
 // What the tool knows of every item kind, whether or not this build has its
-// codec: how a stream shows it (root node and first node inside the root).
+// codec: its names, and the library's kind, which the library tells from a
+// stream by the same rule for every command and bridge.
 struct Kind {
     const char* name;  // as --item takes it
     const char* title;
-    unsigned int root;
-    std::vector<unsigned int> components;  // empty: no component node
+    PimShared::ItemKind kind;
 };
 const std::vector<Kind>& Kinds();
 const Kind* FindKind(const std::string& name);
-const Kind* DetectKind(const StreamFrame& frame);
+// Null when the frame tells no item.
+const Kind* DetectKind(const ParserCreatorCollection::ItemFrame& frame);
 std::string KindNames();  // "event, task, ..." for messages
 
 // The result of running an item's parser.
 struct ParseRun {
     bool ok = false;
     unsigned int consumed = 0;
+    ParserCreatorCollection::TLVError error;  // why the walk stopped, when it did
 };
 
 // Replays calls into one item's creator as they come, so that a document
@@ -126,6 +129,7 @@ ParseRun DecodeWith(ByteView data, Recorder& recorder) {
     ParseRun run;
     run.ok = parser.Parse(data.size == 0 ? &empty : data.data, static_cast<unsigned int>(data.size),
                           errorText, run.consumed);
+    run.error = parser.LastError();
     return run;
 }
 

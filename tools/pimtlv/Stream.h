@@ -7,31 +7,15 @@
 #include <vector>
 
 #include "Tool.h"
-#include "bridges/common/ItemStreams.h"
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+#include "parsercreatorcollection/src/tlv/wire/TLVWire.h"
 
 namespace PimTool {
 
 constexpr unsigned int kNoParent = 0xFFFFFFFFu;
 
 // One element header as the stream holds it.
-using Header = PimBridge::ElementHeader;
-
-// Reads the header at pos, reading nothing at or past limit. On failure
-// returns false and reason says why, in words, for a person reading a dump.
-bool ReadHeader(const std::uint8_t* data, std::size_t limit, std::size_t pos, Header& header,
-                std::string* reason);
-
-// Fixed value size of a class, or 0 for the variable-size ones.
-unsigned int FixedSize(unsigned int elementClass);
-
-// Class name as a person reads it in a dump: "Node", "Byte Stream",
-// "Class 12" for the undefined classes.
-std::string ClassName(unsigned int elementClass);
-
-// Why the walk cannot go on at the element starting at offset: its header,
-// its declared length against what is left of its enclosing node or of the
-// stream, its class's size, a text's terminator.
-std::string DescribeFault(ByteView data, std::size_t offset);
+using Header = ParserCreatorCollection::ElementHeader;
 
 // One element as the walk meets it.
 struct Element {
@@ -49,28 +33,23 @@ class ElementSink {
     virtual void OnElement(const Element& element) = 0;
 };
 
-// Where a walk stopped on a malformed stream.
+// Where a walk stopped on a malformed stream, with offsets in the whole input.
 struct Fault {
     bool present = false;
     std::size_t offset = 0;
     std::string reason;
 };
 
-// Walks the bytes from offset from to offset to (the end: all of them) with
-// the library's parser, handing every element to sink (which may be null);
-// offsets are those in data. Returns the fault, if there is one; everything
-// before it has been handed out.
-Fault WalkStream(ByteView data, ElementSink* sink, std::size_t from = 0,
-                 std::size_t to = static_cast<std::size_t>(-1));
+// The library's account of a stopped walk of bytes that start at base in the
+// input, as the tool shows it.
+Fault FaultOf(const ParserCreatorCollection::TLVError& error, std::size_t base);
 
-// The root node and the first node inside it, which together tell the item.
-struct StreamFrame {
-    bool hasRoot = false;
-    unsigned int root = 0;
-    bool hasComponent = false;
-    unsigned int component = 0;
-};
-StreamFrame ReadFrame(ByteView data);
+// Walks the bytes from offset from to offset to (the end: all of them) with
+// the library's parser, handing every element to sink; offsets are those in
+// data. Returns the fault, if there is one; everything before it has been
+// handed out.
+Fault WalkStream(ByteView data, ElementSink& sink, std::size_t from = 0,
+                 std::size_t to = static_cast<std::size_t>(-1));
 
 }  // namespace PimTool
 

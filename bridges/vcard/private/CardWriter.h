@@ -81,9 +81,9 @@ bool ForEachContact(const std::uint8_t* data, std::size_t size, OnContact&& onCo
     const bool cut = ForEachItem(
         data, size,
         [&](const ItemSpan& span) {
-            if (span.root == 0) return onContact(span);
+            if (KindOf(span) == ItemKind::Contact) return onContact(span);
             why = "item at offset " + std::to_string(span.offset) + " is no contact (root node " +
-                  std::to_string(span.root) + "): vCard carries contacts only";
+                  std::to_string(span.frame.root) + "): vCard carries contacts only";
             contacts = false;
             return false;
         },

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+#include "parsercreatorcollection/src/tlv/wire/TLVWire.h"
 #include "platform/PalExport.h"
 
 namespace ParserCreatorCollection {
@@ -41,6 +43,17 @@ class PIMTLV_API CTLVParser {
 
     /// Size of the error text buffer, terminating zero included.
     static constexpr unsigned int ErrorTextSize = 512;
+
+    /// Why the last Parse stopped early (Reason::None after one that did not,
+    /// or before any); valid until the next Parse. errorText stays empty
+    /// whatever happened: this is where the words are.
+    const TLVError& LastError() const noexcept { return m_error; }
+
+    /// While the walk is inside a call to its target: the offset of the
+    /// element the call reports (for NodeEnd, of the node's header), counted
+    /// from the first byte given to Parse. A target that declares
+    /// kReadsPosition false does not get it kept.
+    unsigned int ElementOffset() const noexcept { return m_element; }
 
   protected:
     /// Each reader takes bytes at the position and advances it only on success.
@@ -89,7 +102,8 @@ class PIMTLV_API CTLVParser {
   private:
     struct Frame {
         unsigned int typeId;
-        unsigned int end;  ///< offset one past the node's value
+        unsigned int start;  ///< offset of the node's header
+        unsigned int end;    ///< offset one past the node's value
     };
     // A String value that is not valid UTF-8: repaired in a copy that lives
     // until Parse returns; null (traced) when that fails. The rare path, kept
@@ -106,14 +120,24 @@ class PIMTLV_API CTLVParser {
     void finish(unsigned int& consumed) noexcept;
     /// Opens a node frame; false when memory for the walk itself runs out.
     /// Frames are kept between parses, so growing is the rare case.
-    bool push(unsigned int typeId, unsigned int end) noexcept {
-        if (m_stack.size() == m_stack.capacity()) return pushGrowing(typeId, end);
-        m_stack.push_back(Frame{typeId, end});
+    bool push(const Frame& frame) noexcept {
+        if (m_stack.size() == m_stack.capacity()) return pushGrowing(frame);
+        m_stack.push_back(frame);
         return true;
     }
-    bool pushGrowing(unsigned int typeId, unsigned int end) noexcept;
+    bool pushGrowing(const Frame& frame) noexcept;
+    // Fills the error account for a walk that stopped at the element at
+    // offset, with end the limit it had to keep: why, when the walk knows it
+    // (the target's refusal, memory), else read from the bytes there.
+#if defined(__GNUC__)
+    __attribute__((noinline, cold))
+#endif
+    void
+    explain(TLVError::Reason why, unsigned int offset, unsigned int end) noexcept;
 
-    unsigned int m_end = 0;  ///< no read goes at or past this offset (innermost node's end)
+    unsigned int m_end = 0;      ///< no read goes at or past this offset (innermost node's end)
+    unsigned int m_element = 0;  ///< offset of the element being reported
+    TLVError m_error;            ///< why the last walk stopped
 
     std::vector<Frame> m_stack;                       ///< open nodes of the current walk
     std::vector<std::unique_ptr<char[]>> m_repaired;  ///< repaired texts, freed when Parse returns

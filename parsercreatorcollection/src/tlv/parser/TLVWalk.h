@@ -26,7 +26,10 @@ template <typename Target>
 bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int& length,
                            const char*& errorText, unsigned int& consumed) {
     start(data, length, errorText, consumed);
-    if (data == nullptr) return false;
+    if (data == nullptr) {
+        explain(TLVError::Reason::NoData, 0, 0);
+        return false;
+    }
     const bool ok = walk(target, length);
     finish(consumed);
     return ok;
@@ -35,14 +38,19 @@ bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int&
 // The node walk. Each open node is a frame with its end offset; the innermost
 // end is the limit of every read, so a child can never run past its parent and
 // no read can leave the stream. The position and that limit live in locals
-// for the whole walk (a target's calls cannot move them; m_position is set
-// before each call for a target that may ask where the walk is), and
-// the header and value reads are written out here rather than through the
-// reading helpers, leaving the same position behind on every path: at the
+// for the whole walk (a target's calls cannot move them; m_position and the
+// element's offset are set before each call for a target that may ask where
+// the walk is), and the value reads are written out here rather than through
+// the reading helpers, leaving the same position behind on every path: at the
 // element's first byte when its header cannot be read, after the header when
-// its value cannot, after the value otherwise.
+// its value cannot, after the value otherwise. Every way out before the end
+// is explained once, after the loop, from the element where it stopped: the
+// loop itself only notes what the bytes cannot tell (the target's refusal,
+// memory), so that a walk that goes well pays only a store of each element's
+// offset and a wider node frame for the account.
 template <typename Target>
 bool CTLVParser::walk(Target& target, unsigned int limit) {
+    using Reason = TLVError::Reason;
     const unsigned char* const data = m_data;
     const std::size_t base = m_stack.size();
     unsigned int pos = m_position;
@@ -54,48 +62,40 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
         if (pos == end) {
             if (m_stack.size() == base) break;
             const unsigned int closed = m_stack.back().typeId;
+            if constexpr (report) {
+                m_position = pos;
+                m_element = m_stack.back().start;
+            }
             m_stack.pop_back();
             end = m_stack.size() > base ? m_stack.back().end : outerEnd;
-            if constexpr (report) m_position = pos;
             target.NodeEnd(closed);
             continue;
         }
-        // Header: the word and the length field's lead byte, then the rest of
-        // a long length field.
-        const unsigned int left = end - pos;
-        if (left < 3) {
+        // The element's offset goes to memory rather than a register that
+        // would have to outlive the target's calls: only a stop reads it.
+        const unsigned int at = pos;
+        m_element = at;
+        ElementHeader h;
+        if (ReadElementHeader(data + at, end - at, h) != HeaderFault::None) {
             ok = false;
             break;
         }
-        const unsigned char* const at = data + pos;
-        const unsigned int word = (static_cast<unsigned int>(at[0]) << 8) | at[1];
-        const unsigned int lead = at[2];
-        unsigned int length = lead;
-        unsigned int headerSize = 3;
-        if (lead >= 0x80) {
-            const unsigned int n = lead & 0x7Fu;
-            if (n == 0 || left - 3 < n) {
-                ok = false;
-                break;
-            }
-            length = 0;
-            for (unsigned int i = 0; i < n; ++i) {
-                // Lengths are 32-bit: shift counts wrap at 32, so a long field
-                // cannot widen the value (tolerated, as older writers' fields are).
-                length |= static_cast<unsigned int>(at[3 + i]) << ((8 * (n - 1 - i)) % 32);
-            }
-            headerSize += n;
-        }
-        pos += headerSize;
-        const auto elementClass = static_cast<eClass>(word >> 12);
-        const unsigned int typeId = word & 0xFFFu;
+        const unsigned int length = h.length;
+        pos += h.headerSize;
+        const auto elementClass = static_cast<eClass>(h.elementClass);
+        const unsigned int typeId = h.typeId;
         const unsigned int room = end - pos;
-        const unsigned char* const value = at + headerSize;
+        const unsigned char* const value = data + pos;
         bool answer = false;
         switch (elementClass) {
             case Node:
-                if (room < length || !push(typeId, pos + length)) {
-                    ok = false;  // too long, or out of memory for the walk itself
+                if (room < length) {
+                    ok = false;
+                    break;
+                }
+                if (!push(Frame{typeId, at, pos + length})) {
+                    m_error.reason = Reason::OutOfMemory;
+                    ok = false;
                     break;
                 }
                 end = pos + length;
@@ -159,8 +159,15 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                 if constexpr (report) m_position = pos;
                 if (elementClass == String) {
                     const char* text = reinterpret_cast<const char*>(value);
-                    if (!PAL::IsValidUtf8(text, length)) text = repairText(value, length);
-                    answer = text != nullptr && target.LeafString(typeId, text);
+                    if (!PAL::IsValidUtf8(text, length)) {
+                        text = repairText(value, length);
+                        if (text == nullptr) {
+                            m_error.reason = Reason::OutOfMemory;
+                            ok = false;
+                            break;
+                        }
+                    }
+                    answer = target.LeafString(typeId, text);
                 } else if (elementClass == ByteStream) {
                     answer = target.LeafByteStream(typeId, value, length);
                 } else {
@@ -169,15 +176,18 @@ bool CTLVParser::walk(Target& target, unsigned int limit) {
                 break;
         }
         if (!ok || !answer) {
+            if (ok) m_error.reason = Reason::TargetStopped;
             ok = false;
             break;
         }
     }
     m_position = pos;
+    if (!ok) explain(m_error.reason, m_element, end);  // while the enclosing nodes are still open
     while (m_stack.size() > base) {
-        const unsigned int closed = m_stack.back().typeId;
+        const Frame closed = m_stack.back();
         m_stack.pop_back();
-        target.NodeEnd(closed);
+        if constexpr (report) m_element = closed.start;
+        target.NodeEnd(closed.typeId);
     }
     return ok;
 }

@@ -38,6 +38,8 @@ void CTLVParser::start(const void* data, unsigned int length, const char*& error
     m_length = length;
     m_position = 0;
     m_end = length;
+    m_element = 0;
+    m_error = TLVError();
 }
 
 void CTLVParser::finish(unsigned int& consumed) noexcept {
@@ -45,9 +47,9 @@ void CTLVParser::finish(unsigned int& consumed) noexcept {
     m_repaired.clear();
 }
 
-bool CTLVParser::pushGrowing(unsigned int typeId, unsigned int end) noexcept {
+bool CTLVParser::pushGrowing(const Frame& frame) noexcept {
     try {
-        m_stack.push_back(Frame{typeId, end});
+        m_stack.push_back(frame);
     } catch (...) {
         return false;
     }
@@ -88,44 +90,76 @@ bool CTLVParser::readU32(const unsigned int& size, unsigned int& value) {
 }
 
 bool CTLVParser::readL(unsigned int& length, unsigned int& fieldSize) {
-    if (remaining(m_end) < 1) return false;
-    const unsigned int lead = m_data[m_position];
-    if (lead < 0x80) {
-        length = lead;
-        fieldSize = 1;
-        m_position += 1;
-        return true;
-    }
-    const unsigned int n = lead & 0x7Fu;
-    if (n == 0 || remaining(m_end) - 1 < n) return false;
-    unsigned int value = 0;
-    const unsigned char* p = m_data + m_position + 1;
-    for (unsigned int i = 0; i < n; ++i) {
-        // Lengths are 32-bit: shift counts wrap at 32, so a long field cannot
-        // widen the value (tolerated, as older writers' fields are).
-        value |= static_cast<unsigned int>(p[i]) << ((8 * (n - 1 - i)) % 32);
+    std::uint32_t value = 0;
+    unsigned int size = 0;
+    if (ReadLengthField(m_data + m_position, remaining(m_end), value, size) != HeaderFault::None) {
+        return false;
     }
     length = value;
-    fieldSize = n + 1;
-    m_position += n + 1;
+    fieldSize = size;
+    m_position += size;
     return true;
 }
 
 bool CTLVParser::parseTL(eClass& elementClass, unsigned int& typeId, unsigned int& headerSize,
                          unsigned int& length) {
-    const unsigned int start = m_position;
-    if (remaining(m_end) < 2) return false;
-    const unsigned int word = (static_cast<unsigned int>(m_data[start]) << 8) | m_data[start + 1];
-    m_position += 2;
-    unsigned int fieldSize = 0;
-    if (!readL(length, fieldSize)) {
-        m_position = start;
+    ElementHeader h;
+    if (ReadElementHeader(m_data + m_position, remaining(m_end), h) != HeaderFault::None) {
         return false;
     }
-    elementClass = static_cast<eClass>(word >> 12);
-    typeId = word & 0xFFFu;
-    headerSize = 2 + fieldSize;
+    elementClass = static_cast<eClass>(h.elementClass);
+    typeId = h.typeId;
+    headerSize = h.headerSize;
+    length = h.length;
+    m_position += h.headerSize;
     return true;
+}
+
+void CTLVParser::explain(TLVError::Reason why, unsigned int offset, unsigned int end) noexcept {
+    using Reason = TLVError::Reason;
+    TLVError& e = m_error;
+    e = TLVError();
+    e.offset = offset;
+    // A node that fails is never opened, so the innermost open one encloses it.
+    if (!m_stack.empty()) {
+        e.inNode = true;
+        e.nodeTypeId = m_stack.back().typeId;
+        e.nodeOffset = m_stack.back().start;
+    }
+    if (why == Reason::NoData) {
+        e.reason = why;
+        return;
+    }
+    const unsigned int left = end > offset ? end - offset : 0;
+    ElementHeader h;
+    const HeaderFault fault = ReadElementHeader(m_data + offset, left, h);
+    if (fault != HeaderFault::None) {
+        e.reason = fault == HeaderFault::WordCut         ? Reason::WordCut
+                   : fault == HeaderFault::LengthMissing ? Reason::LengthMissing
+                   : fault == HeaderFault::LengthNoCount ? Reason::LengthNoCount
+                                                         : Reason::LengthCut;
+        e.left = left;
+        // For a cut long field, the byte count it announces.
+        if (fault == HeaderFault::LengthCut) e.length = m_data[offset + kHeaderWordSize] & 0x7Fu;
+        return;
+    }
+    e.hasElement = true;
+    e.elementClass = static_cast<eClass>(h.elementClass);
+    e.typeId = h.typeId;
+    e.length = h.length;
+    e.left = left - h.headerSize;
+    const unsigned int fixed = FixedValueSize(h.elementClass);
+    if (why != Reason::None) {
+        e.reason = why;
+    } else if (fixed != 0 && h.length != fixed) {
+        e.reason = Reason::WrongFixedSize;
+    } else if (h.length > e.left) {
+        e.reason = Reason::ValueTooLong;
+    } else if (h.elementClass == String) {
+        e.reason = h.length == 0 ? Reason::TextEmpty : Reason::TextUnterminated;
+    } else {
+        e.reason = Reason::OutOfMemory;  // the bytes are sound: the walk itself ran short
+    }
 }
 
 const char* CTLVParser::repairText(const unsigned char* value, unsigned int length) {
