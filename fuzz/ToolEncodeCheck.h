@@ -52,11 +52,11 @@ constexpr Asymmetries kAsymmetries[] = {
 namespace detail {
 
 // REQUIRES: calls describe one item (DescribesOneItem).
-inline bool IsAsymmetric(const std::string& item, const pimtlv_tool::Json& calls) {
+inline bool IsAsymmetric(const std::string& item, const PimTool::Json& calls) {
     for (const Asymmetries& a : kAsymmetries) {
         if (item != a.item) continue;
         if (a.emptyItemUnclosed && calls.size() == 2) return true;
-        for (const pimtlv_tool::Json& call : calls) {
+        for (const PimTool::Json& call : calls) {
             const std::string op = call["op"].get<std::string>();
             for (const char* name : a.ops) {
                 if (name != nullptr && op == name) return true;
@@ -70,7 +70,7 @@ inline bool IsAsymmetric(const std::string& item, const pimtlv_tool::Json& calls
 // write the calls they are given and leave the pairing to the caller, so a
 // document that closes an entity it never opened makes a stream its parser
 // reads as another item: valid, but not what the document describes.
-inline bool DescribesOneItem(const pimtlv_tool::Json& calls) {
+inline bool DescribesOneItem(const PimTool::Json& calls) {
     if (!calls.is_array() || calls.empty()) return false;
     long entities = 0;
     for (std::size_t i = 0; i < calls.size(); ++i) {
@@ -106,7 +106,7 @@ enum class Reached {
 
 inline const char* CheckToolEncodeReaching(const std::uint8_t* data, std::size_t size,
                                            Reached& reached) {
-    using namespace pimtlv_tool;
+    using namespace PimTool;
     reached = Reached::Refused;
     const std::string text(reinterpret_cast<const char*>(data), size);
     Encoded first;

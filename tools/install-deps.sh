@@ -4,7 +4,7 @@
 # everything is already there.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev
+packages=(cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev doxygen
           nlohmann-json3-dev libcli11-dev
           pkg-config libical-dev tzdata libgmime-3.0-dev
           python3-venv python3-dev python3-pip python3-setuptools python3-wheel

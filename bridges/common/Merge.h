@@ -31,61 +31,67 @@
 
 namespace PimBridge {
 
+/// How a merge treats the original: two-way, or three-way against the text
+/// the device was sent.
 struct MergeOptions {
-    // The text that was sent to the device, when the service has it: the
-    // merge is then three-way. A property changed only on the device takes
-    // the device's value, one changed only in the original keeps the
-    // original's, one changed on both sides is a conflict.
+    /// The text that was sent to the device, when the service has it: the
+    /// merge is then three-way. A property changed only on the device takes
+    /// the device's value, one changed only in the original keeps the
+    /// original's, one changed on both sides is a conflict.
     const char* base = nullptr;
-    std::size_t baseSize = 0;
-    // How a conflict is resolved: the original (the server) wins unless this
-    // is set.
+    std::size_t baseSize = 0;  ///< the length of base in bytes
+    /// How a conflict is resolved: the original (the server) wins unless this
+    /// is set.
     bool preferDevice = false;
 };
 
-// One property (or parameter, or component) that differs between the
-// original and the merged item, by the name it has in the text format.
+/// One property (or parameter, or component) that differs between the
+/// original and the merged item, by the name it has in the text format.
 struct PropertyChange {
+    /// Whether the merged item added, removed or changed it.
     enum class Kind { Added, Removed, Changed };
-    std::string name;  // "SUMMARY", "ATTENDEE", "TEL"
-    Kind kind = Kind::Changed;
+    std::string name;           ///< "SUMMARY", "ATTENDEE", "TEL"
+    Kind kind = Kind::Changed;  ///< added, removed or changed
 };
 
-// A property changed on both sides in a three-way merge.
+/// A property changed on both sides in a three-way merge.
 struct Conflict {
-    std::string name;
-    bool deviceWon = false;  // whose value the merged text has
+    std::string name;        ///< the property, by its name in the text format
+    bool deviceWon = false;  ///< whose value the merged text has
 };
 
+/// What the merge did with one item.
 struct MergedItem {
+    /// Whether the item changed its counterpart, was added or failed.
     enum class Outcome {
-        Unchanged,  // the item carries what the original's component carried
-        Changed,    // the component was updated from the item: see changes
-        Added,      // no counterpart: written as a plain export writes it
-        Failed,     // the item could not be read or placed: see diagnostics
+        Unchanged,  ///< the item carries what the original's component carried
+        Changed,    ///< the component was updated from the item: see changes
+        Added,      ///< no counterpart: written as a plain export writes it
+        Failed,     ///< the item could not be read or placed: see diagnostics
     };
-    std::string kind;           // "event", "task", "note", "contact"
-    std::size_t offset = 0;     // where its stream starts in the streams given
-    std::string uid;            // the item's unique identifier, empty when none
-    unsigned int instance = 0;  // the item's instance number
-    Outcome outcome = Outcome::Unchanged;
-    std::vector<PropertyChange> changes;  // in text order; empty unless Changed
-    std::vector<Conflict> conflicts;      // three-way merges only
-    bool malformed = false;               // its parser stopped early
-    std::vector<Diagnostic> diagnostics;  // what its parser reported
-    std::vector<Loss> losses;             // what the text format has no place for
+    std::string kind;                      ///< "event", "task", "note", "contact"
+    std::size_t offset = 0;                ///< where its stream starts in the streams given
+    std::string uid;                       ///< the item's unique identifier, empty when none
+    unsigned int instance = 0;             ///< the item's instance number
+    Outcome outcome = Outcome::Unchanged;  ///< what the merge did with it
+    std::vector<PropertyChange> changes;   ///< in text order; empty unless Changed
+    std::vector<Conflict> conflicts;       ///< three-way merges only
+    bool malformed = false;                ///< its parser stopped early
+    std::vector<Diagnostic> diagnostics;   ///< what its parser reported
+    std::vector<Loss> losses;              ///< what the text format has no place for
 };
 
+/// What a merge gives: the merged text and, per item, what it did.
 struct MergeResult {
-    bool ok = false;
-    // When !ok: why, in one line, and the 1-based line of the original (or the
-    // base) it concerns, 0 when none. text is then empty.
+    bool ok = false;  ///< false when no merged text could be written
+    /// When !ok: why, in one line, and the 1-based line of the original (or the
+    /// base) it concerns, 0 when none. text is then empty.
     std::string error;
-    unsigned int errorLine = 0;
-    std::string text;               // the merged text
-    std::vector<MergedItem> items;  // in stream order
+    unsigned int errorLine = 0;     ///< see error
+    std::string text;               ///< the merged text
+    std::vector<MergedItem> items;  ///< in stream order
 
-    // Whether the service may skip the write: every item unchanged.
+    /// Whether the service may skip the write: every item unchanged.
     bool Unchanged() const {
         for (const MergedItem& item : items) {
             if (item.outcome != MergedItem::Outcome::Unchanged) return false;
@@ -94,25 +100,28 @@ struct MergeResult {
     }
 };
 
-// The matching rule above over the original's components, given in text
-// order. Each component is matched at most once.
+/// The matching rule above over the original's components, given in text
+/// order. Each component is matched at most once.
 class ComponentMatcher {
   public:
+    /// What Match answers for an item without a counterpart.
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-    // The next component (its number is the count added before it); uid
-    // empty when it has none.
+    /// The next component (its number is the count added before it); uid
+    /// empty when it has none.
     void Add(const std::string& uid) {
         const std::size_t number = m_matched.size();
         m_matched.push_back(false);
         m_hasUid.push_back(!uid.empty());
         if (!uid.empty()) m_byUid[uid].push_back(number);
     }
+    /// How many components were added.
     std::size_t Size() const { return m_matched.size(); }
+    /// Whether component number has been matched.
     bool Matched(std::size_t number) const { return m_matched[number]; }
 
-    // The component an item with this UID and instance number matches, now
-    // marked as matched; kNone when the item is new.
+    /// The component an item with this UID and instance number matches, now
+    /// marked as matched; kNone when the item is new.
     std::size_t Match(const std::string& uid, unsigned int instance) {
         if (uid.empty()) {
             if (instance < m_matched.size() && !m_hasUid[instance]) return Claim(instance);
@@ -129,8 +138,8 @@ class ComponentMatcher {
         return kNone;
     }
 
-    // Marks a component matched by other means (an item whose stream is the
-    // very one the original's component gives, UID and number included).
+    /// Marks a component matched by other means (an item whose stream is the
+    /// very one the original's component gives, UID and number included).
     std::size_t Claim(std::size_t number) {
         m_matched[number] = true;
         return number;
@@ -142,12 +151,12 @@ class ComponentMatcher {
     std::vector<bool> m_hasUid;
 };
 
-// The three-way decision for one property (by name): whose value the merged
-// text takes. Two-way merges pass the original as the base, so that whatever
-// the device changed wins.
+/// The three-way decision for one property (by name): whose value the merged
+/// text takes. Two-way merges pass the original as the base, so that whatever
+/// the device changed wins.
 struct MergeDecision {
-    bool takeDevice = false;
-    bool conflict = false;
+    bool takeDevice = false;  ///< the merged text takes the device's value
+    bool conflict = false;    ///< both sides changed the property differently
 };
 
 inline MergeDecision Decide(bool deviceChanged, bool originalChanged, bool sidesAgree,
@@ -163,15 +172,15 @@ inline MergeDecision Decide(bool deviceChanged, bool originalChanged, bool sides
     return d;
 }
 
-// Marks an item that could not be read or placed, saying why.
+/// Marks an item that could not be read or placed, saying why.
 inline void Fail(MergedItem& item, std::string why) {
     item.outcome = MergedItem::Outcome::Failed;
     item.diagnostics.push_back(Diagnostic{0, std::move(why)});
 }
 
-// One item of the report in words: "unchanged", "added", "changed: SUMMARY
-// changed, LOCATION removed", each conflict after it ("conflict: SUMMARY,
-// server's value kept"), "failed: why".
+/// One item of the report in words: "unchanged", "added", "changed: SUMMARY
+/// changed, LOCATION removed", each conflict after it ("conflict: SUMMARY,
+/// server's value kept"), "failed: why".
 inline std::string Describe(const MergedItem& item) {
     std::string said;
     switch (item.outcome) {

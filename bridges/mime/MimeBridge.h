@@ -17,21 +17,21 @@
 
 namespace PimBridge {
 
-// One message (.eml). GMime reads nearly any text as a message (one without
-// header fields as a body); an input it reads none from is an error.
+/// One message (.eml). GMime reads nearly any text as a message (one without
+/// header fields as a body); an input it reads none from is an error.
 PIMTLV_BRIDGE_API ImportResult ImportEml(const char* text, std::size_t size);
-// An mbox: each message after a separator line ("From ", an address and a
-// date, first in the file or after an empty line) is one item, its body
-// lines unquoted the mboxrd way (one '>' taken from ">From ", ">>From ", ...).
-// Each item's instance is its position in the file, from 0.
+/// An mbox: each message after a separator line ("From ", an address and a
+/// date, first in the file or after an empty line) is one item, its body
+/// lines unquoted the mboxrd way (one '>' taken from ">From ", ">>From ", ...).
+/// Each item's instance is its position in the file, from 0.
 PIMTLV_BRIDGE_API ImportResult ImportMbox(const char* text, std::size_t size);
 
-// A file of e-mail streams as one message. More than one e-mail is an error
-// (a .eml file holds one message: use ExportMbox), as is any other item.
+/// A file of e-mail streams as one message. More than one e-mail is an error
+/// (a .eml file holds one message: use ExportMbox), as is any other item.
 PIMTLV_BRIDGE_API ExportResult ExportEml(const std::uint8_t* data, std::size_t size);
-// A file of e-mail streams as an mbox: each message after a "From " line made
-// of its first From address and its Date; lines of '>'s and "From " get one
-// '>' more (mboxrd), so that import gives every body back.
+/// A file of e-mail streams as an mbox: each message after a "From " line made
+/// of its first From address and its Date; lines of '>'s and "From " get one
+/// '>' more (mboxrd), so that import gives every body back.
 PIMTLV_BRIDGE_API ExportResult ExportMbox(const std::uint8_t* data, std::size_t size);
 
 }  // namespace PimBridge

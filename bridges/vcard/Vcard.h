@@ -15,17 +15,17 @@
 
 namespace PimBridge {
 
-// Every card of text (UTF-8, or what its CHARSET parameters say) as contact
-// streams one after another. The instance number of each contact is its
-// position in the file, from 0. Fails on a line that is no content line, a
-// card without its END line, or text without any card; the cards before the
-// fault are kept in the result.
+/// Every card of text (UTF-8, or what its CHARSET parameters say) as contact
+/// streams one after another. The instance number of each contact is its
+/// position in the file, from 0. Fails on a line that is no content line, a
+/// card without its END line, or text without any card; the cards before the
+/// fault are kept in the result.
 PIMTLV_BRIDGE_API ImportResult ImportVcard(const char* text, std::size_t size);
 
-// Every item of a file of contact streams as a vCard 3.0 card (CRLF lines,
-// folded at 75 octets). A stream its parser stops on is written up to the
-// fault and marked malformed. Fails when the file cannot be cut into items or
-// holds an item other than a contact.
+/// Every item of a file of contact streams as a vCard 3.0 card (CRLF lines,
+/// folded at 75 octets). A stream its parser stops on is written up to the
+/// fault and marked malformed. Fails when the file cannot be cut into items or
+/// holds an item other than a contact.
 PIMTLV_BRIDGE_API ExportResult ExportVcard(const std::uint8_t* data, std::size_t size);
 
 // The contact streams of data merged onto the cards of original (a .vcf file

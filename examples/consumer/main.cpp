@@ -1,20 +1,29 @@
 // A program outside the tree that finds the installed library with
-// find_package(pimtlv) and writes one leaf; when a bridge is installed too
-// (iCalendar, MIME, vCard), it also takes one item through it and back.
+// find_package(pimtlv COMPONENTS vcard) and writes one leaf, takes a card
+// through the vCard bridge and back and, when the iCalendar and MIME bridges
+// are installed too, an event and an e-mail through theirs.
 #include <string>
 
-#include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
+#include <pimtlv/bridges/vcard/Vcard.h>
+#include <pimtlv/contact/TLVContactParser.h>
+#include <pimtlv/tlv/TLVCreator.h>
 #ifdef PIMTLV_CONSUMER_ICAL
-#include "bridges/ical/ICalendarBridge.h"
+#include <pimtlv/bridges/ical/ICalendarBridge.h>
 #endif
 #ifdef PIMTLV_CONSUMER_MIME
-#include "bridges/mime/MimeBridge.h"
-#endif
-#ifdef PIMTLV_CONSUMER_VCARD
-#include "bridges/vcard/Vcard.h"
+#include <pimtlv/bridges/mime/MimeBridge.h>
 #endif
 
 namespace {
+
+// A receiver that overrides one call; the base answers true to the others.
+struct FormattedNames : PimShared::CContactReceiverBase {
+    std::string names;
+    bool FormattedName(const char* text, const char*, const PAL::TVector<tXParam>&) override {
+        names += text != nullptr ? text : "";
+        return true;
+    }
+};
 
 bool BridgesWork() {
 #ifdef PIMTLV_CONSUMER_ICAL
@@ -35,14 +44,19 @@ bool BridgesWork() {
         PimBridge::ExportEml(eml.streams.data(), eml.streams.size());
     if (!back.ok || back.text.find("Subject: hello\n") == std::string::npos) return false;
 #endif
-#ifdef PIMTLV_CONSUMER_VCARD
     const std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ann Lee\r\nEND:VCARD\r\n";
     const PimBridge::ImportResult contact = PimBridge::ImportVcard(card.data(), card.size());
     if (!contact.ok || contact.items.size() != 1) return false;
+    FormattedNames receiver;
+    PimShared::CTLVContactParser parser(receiver);
+    const char* errorText = nullptr;
+    unsigned int consumed = 0;
+    const auto size = static_cast<unsigned int>(contact.streams.size());
+    if (!parser.Parse(contact.streams.data(), size, errorText, consumed)) return false;
+    if (receiver.names != "Ann Lee") return false;
     const PimBridge::ExportResult vcf =
         PimBridge::ExportVcard(contact.streams.data(), contact.streams.size());
     if (!vcf.ok || vcf.text != card) return false;
-#endif
     return true;
 }
 

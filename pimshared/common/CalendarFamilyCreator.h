@@ -11,28 +11,31 @@
 
 namespace PimShared {
 
-// The writers of the calendar family. Events, tasks and notes share one
-// numbering and one layout per property, so each item creator is a list of
-// one-line operations over these writers; only the frame IDs and the set of
-// properties differ between the items.
-//
-// Every writer opens the property node, writes its value leaves (optional ones
-// only when given: a non-null text, a non-empty list, an RSVP that is not
-// eRsvpNotGiven), the extension parameters when there are any, and closes the
-// node. Each step runs only if all before it succeeded; the writer returns
-// the last result. A failed step leaves the node open on purpose, so that
-// GetData refuses the half-written item instead of shipping it.
+/// The writers of the calendar family. Events, tasks and notes share one
+/// numbering and one layout per property, so each item creator is a list of
+/// one-line operations over these writers; only the frame IDs and the set of
+/// properties differ between the items.
+///
+/// Every writer opens the property node, writes its value leaves (optional ones
+/// only when given: a non-null text, a non-empty list, an RSVP that is not
+/// eRsvpNotGiven), the extension parameters when there are any, and closes the
+/// node. Each step runs only if all before it succeeded; the writer returns
+/// the last result. A failed step leaves the node open on purpose, so that
+/// GetData refuses the half-written item instead of shipping it.
 class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
   protected:
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     CCalendarFamilyCreator() = default;
+    /// @}
 
     bool WriteBegin(unsigned int root, unsigned int component, unsigned int instance);
     bool WriteEnd(unsigned int root, unsigned int component);
 
-    // One text leaf, always written (a null text as the empty text).
+    /// One text leaf, always written (a null text as the empty text).
     bool WriteText(unsigned int property, unsigned int valueId, const char* text,
                    const PAL::TVector<tXParam>& xParams);
-    // Alternate representation and language if given, then the main text.
+    /// Alternate representation and language if given, then the main text.
     bool WriteRichText(unsigned int property, unsigned int valueId, const char* text,
                        const char* altRep, const char* language,
                        const PAL::TVector<tXParam>& xParams);
@@ -40,7 +43,7 @@ class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
                     const PAL::TVector<tXParam>& xParams);
     bool WriteUInt16(unsigned int property, unsigned int valueId, unsigned short value,
                      const PAL::TVector<tXParam>& xParams);
-    // The date-time text, then the zone text if given.
+    /// The date-time text, then the zone text if given.
     bool WriteDateTime(unsigned int property, const PAL::CDateAndTime& dateTime, const char* zone,
                        const PAL::TVector<tXParam>& xParams);
     bool WriteCategories(const PAL::TVector<const char*>& categories, const char* language,
@@ -55,7 +58,7 @@ class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
     bool WriteOrganizer(const char* address, const char* sentBy, const char* commonName,
                         const char* directory, const char* language,
                         const PAL::TVector<tXParam>& xParams);
-    // The send status has no extension parameters.
+    /// The send status has no extension parameters.
     bool WriteSendStatus(unsigned char status);
 
   private:
@@ -64,10 +67,10 @@ class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
     bool Close(unsigned int property, const PAL::TVector<tXParam>& xParams);
 };
 
-// The operations that events, tasks and notes share, implemented once over
-// the writers for any of the three creator interfaces (their operations of
-// the same name take the same arguments). Root and Component are the item's
-// frame nodes.
+/// The operations that events, tasks and notes share, implemented once over
+/// the writers for any of the three creator interfaces (their operations of
+/// the same name take the same arguments). Root and Component are the item's
+/// frame nodes.
 template <typename TInterface, unsigned int Root, unsigned int Component>
 class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator {
   public:
@@ -100,7 +103,7 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
                              CalendarFamily::TypeIdValTypeDescription, text, altRep, language,
                              xParams);
     }
-    // The status goes out as the caller's text.
+    /// The status goes out as the caller's text.
     bool Status(const char* text, const PAL::TVector<tXParam>& xParams) override {
         return WriteText(CalendarFamily::TypeIdPropTypeStatus, CalendarFamily::TypeIdValTypeStatus,
                          text, xParams);
@@ -144,7 +147,7 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
         return WriteOrganizer(address, sentBy, commonName, directory, language, xParams);
     }
     bool SendStatus(unsigned char status) override { return WriteSendStatus(status); }
-    // The instance name is read, never written.
+    /// The instance name is read, never written.
     bool InstanceName(const char*) override { return false; }
     bool Reset() override { return FrameReset(); }
     bool GetData(const void*& data, unsigned int& length) override {
@@ -152,8 +155,8 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
     }
 };
 
-// Location, priority and the start times, which events and tasks have and
-// notes do not.
+/// Location, priority and the start times, which events and tasks have and
+/// notes do not.
 template <typename TInterface, unsigned int Root, unsigned int Component>
 class TEventTaskCreator : public TCalendarFamilyCreator<TInterface, Root, Component> {
   public:

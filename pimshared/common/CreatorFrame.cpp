@@ -9,7 +9,7 @@ namespace PimShared {
 
 CTLVCreatorFrame::CTLVCreatorFrame()
     : m_creator(new (std::nothrow) ParserCreatorCollection::CTLVCreator()),
-      m_writer(m_creator ? m_creator->m_impl.get() : nullptr) {}
+      m_writer(m_creator ? m_creator->Engine() : nullptr) {}
 
 CTLVCreatorFrame::~CTLVCreatorFrame() = default;
 

@@ -28,7 +28,7 @@ constexpr KindForm kForms[] = {
     {ItemKind::Contact, "contact", TypeIdObjTypeContact, kNoComponent},
     {ItemKind::Email, "email", TypeIdObjTypeMessage, EmailTypeIds::TypeIdCompTypeEmail},
     {ItemKind::InstantMessage, "im", TypeIdObjTypeMessage, IMTypeIds::TypeIdCompTypeIm},
-    {ItemKind::Sms, "sms", TypeIdObjTypeMessage, SmsTypeIds::TypeIdCompTypeSMS},
+    {ItemKind::Sms, "sms", TypeIdObjTypeMessage, SMSTypeIds::TypeIdCompTypeSMS},
     {ItemKind::CallList, "calllist", TypeIdObjTypeCallstack,
      CallstackTypeIds::TypeIdCompTypeCallEntry1},
     {ItemKind::CallList, "calllist", TypeIdObjTypeCallstack,

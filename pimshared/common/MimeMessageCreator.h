@@ -10,16 +10,19 @@
 
 namespace PimShared {
 
-// The writer of a MIME message item. Unlike the calendar items, the instance
-// leaf stands between the object node and the component node, simple
-// properties are bare leaves in the component node, enumerations travel as one
-// byte, and entities nest as further component nodes. Every write stops at the
-// first refused step and leaves the node it opened open, so GetData then fails
-// instead of handing out a stream that silently lacks a value. Group is the one
-// lenient exception (see WriteGroup).
+/// The writer of a MIME message item. Unlike the calendar items, the instance
+/// leaf stands between the object node and the component node, simple
+/// properties are bare leaves in the component node, enumerations travel as one
+/// byte, and entities nest as further component nodes. Every write stops at the
+/// first refused step and leaves the node it opened open, so GetData then fails
+/// instead of handing out a stream that silently lacks a value. Group is the one
+/// lenient exception (see WriteGroup).
 class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
   public:
+    /// Construction, copying and destruction.
+    /// @{
     explicit CTLVMimeMessageFrame(const MimeMessageIds& ids) noexcept : m_ids(ids) {}
+    /// @}
 
     bool WriteBegin(unsigned int instance);
     bool WriteEnd();
@@ -28,31 +31,31 @@ class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
     bool WriteText(MimeText property, const char* text);
     bool WriteByte(MimeByte property, unsigned int value);
     bool WritePriorityLevel(unsigned char level);
-    // Single leaves outside the shared table, for an item's additions.
+    /// Single leaves outside the shared table, for an item's additions.
     bool WriteTextLeaf(unsigned int typeId, const char* text);
     bool WriteByteLeaf(unsigned int typeId, unsigned int value);
     bool WriteCutoffState(unsigned short value);
     bool WriteBodyContent(unsigned int encoding, unsigned int charset, const void* content,
                           unsigned int length);
     bool WriteBodyLink(unsigned int encoding, unsigned int charset, const char* link);
-    // The type and subtype tokens stand directly in the body node, under the
-    // IDs they have inside their own nodes.
+    /// The type and subtype tokens stand directly in the body node, under the
+    /// IDs they have inside their own nodes.
     bool WriteBodyTokens(const char* typeToken, const char* subtypeToken, const char* link);
-    // The token is written only for the extension member.
+    /// The token is written only for the extension member.
     bool WriteTyped(MimeTyped property, unsigned int value, const char* token);
     bool WriteTypeParam(unsigned int name, unsigned int value, const char* nameToken,
                         const char* valueToken);
     bool WriteDispositionParam(unsigned int name, const char* value, const char* nameToken);
-    // Texts are written only when given. A client other than TypeIdNone is
-    // written as a byte under clientId, before the texts.
+    /// Texts are written only when given. A client other than TypeIdNone is
+    /// written as a byte under clientId, before the texts.
     bool WriteMailbox(unsigned int fieldType, const char* displayName, const char* address,
                       unsigned int clientId = 0, unsigned int client = TypeIdNone);
 
-    // A group and its members. A member whose writing fails is skipped (its
-    // node stays unclosed) and the loop goes on, so one bad mailbox does not
-    // cost the others; only a failure in the last member fails the group,
-    // leaving the group node open. Both texts of a member are written even
-    // when null (as empty texts); a member's other fields never travel here.
+    /// A group and its members. A member whose writing fails is skipped (its
+    /// node stays unclosed) and the loop goes on, so one bad mailbox does not
+    /// cost the others; only a failure in the last member fails the group,
+    /// leaving the group node open. Both texts of a member are written even
+    /// when null (as empty texts); a member's other fields never travel here.
     template <typename Mailbox>
     bool WriteGroup(const char* name, const PAL::TVector<Mailbox>& mailboxes) {
         if (!GroupBegin(name)) return false;
@@ -69,23 +72,26 @@ class PIMTLV_API CTLVMimeMessageFrame : public CTLVCreatorFrame {
     bool GroupBegin(const char* name);
     bool GroupMember(unsigned int fieldType, const char* displayName, const char* address);
     bool GroupEnd();
-    // NodeBegin(node), then the leaves written by leaves(), then NodeEnd(node),
-    // stopping at the first failure.
+    /// NodeBegin(node), then the leaves written by leaves(), then NodeEnd(node),
+    /// stopping at the first failure.
     template <typename Leaves>
     bool InNode(unsigned int node, Leaves leaves);
 
     const MimeMessageIds& m_ids;
 };
 
-// The operations that e-mails and instant messages share, written once for
-// both creator interfaces. ICreator is the item's creator interface; the item
-// class adds the operations that differ (the mailbox) and its additions.
+/// The operations that e-mails and instant messages share, written once for
+/// both creator interfaces. ICreator is the item's creator interface; the item
+/// class adds the operations that differ (the mailbox) and its additions.
 template <typename ICreator>
 class TMimeMessageCreator : public ICreator, protected CTLVMimeMessageFrame {
   public:
     using A = IMimeMessageAttributes;
 
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     virtual ~TMimeMessageCreator() = default;
+    /// @}
 
     bool Begin(const unsigned int& instance) override { return WriteBegin(instance); }
     bool End() override { return WriteEnd(); }
@@ -166,7 +172,10 @@ class TMimeMessageCreator : public ICreator, protected CTLVMimeMessageFrame {
     }
 
   protected:
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     explicit TMimeMessageCreator(const MimeMessageIds& ids) noexcept : CTLVMimeMessageFrame(ids) {}
+    /// @}
 };
 
 }  // namespace PimShared

@@ -3,12 +3,12 @@
 
 namespace PimShared {
 
-// One extension parameter: a name and a value, both borrowed texts. Each
-// Attributes interface that carries extension parameters names this record
-// as its own nested tXParam.
+/// One extension parameter: a name and a value, both borrowed texts. Each
+/// Attributes interface that carries extension parameters names this record
+/// as its own nested tXParam.
 struct tXParam {
-    const char* name;
-    const char* value;
+    const char* name;   ///< the parameter's name, X- prefix included
+    const char* value;  ///< its value
 };
 
 }  // namespace PimShared

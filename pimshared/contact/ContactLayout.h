@@ -103,7 +103,7 @@ constexpr unsigned int ColumnCount(const tProperty& row) {
 }
 
 namespace detail {
-using namespace ContactIds;
+using namespace ContactTypeIds;
 constexpr eValueKind T = eValueKind::Text;
 constexpr eValueKind L = eValueKind::TextList;
 constexpr eValueKind D = eValueKind::Data;
@@ -191,8 +191,8 @@ constexpr unsigned int IndexOfNode(unsigned int node) {
     return PropertyCount;
 }
 
-static_assert(IndexOfNode(ContactIds::TypeIdPropTypeNonStandard) == NonStandardProperty &&
-                  IndexOfNode(ContactIds::TypeIdPropTypeHandle) == Handle &&
+static_assert(IndexOfNode(ContactTypeIds::TypeIdPropTypeNonStandard) == NonStandardProperty &&
+                  IndexOfNode(ContactTypeIds::TypeIdPropTypeHandle) == Handle &&
                   IndexOfNode(411) == PropertyCount,
               "rows and the operation order agree");
 static_assert(ColumnCount(Row(Sound)) == 10 && ColumnCount(Row(Address)) == 9 &&

@@ -10,10 +10,10 @@
 // version ...) name elements of other items too.
 
 namespace PimShared {
-namespace ContactIds {
+namespace ContactTypeIds {
 
-// Property nodes. Properties sit directly in the object node: a contact has
-// no component node. 411 and 417 are not used.
+/// Property nodes. Properties sit directly in the object node: a contact has
+/// no component node. 411 and 417 are not used.
 constexpr unsigned int TypeIdPropTypeFormattedName = 400;
 constexpr unsigned int TypeIdPropTypeName = 401;
 constexpr unsigned int TypeIdPropTypeNickname = 402;
@@ -49,7 +49,7 @@ constexpr unsigned int TypeIdPropTypeCategories = 900;
 constexpr unsigned int TypeIdPropTypeGeographicPosition = 901;
 constexpr unsigned int TypeIdPropTypeNonStandard = 902;
 
-// Value leaves of the contact's own range.
+/// Value leaves of the contact's own range.
 constexpr unsigned int TypeIdValTypeFormattedName = 500;
 constexpr unsigned int TypeIdValTypeNickname = 501;
 constexpr unsigned int TypeIdValTypeTitle = 503;
@@ -63,7 +63,7 @@ constexpr unsigned int TypeIdValTypeNamePart4 = 511;
 constexpr unsigned int TypeIdValTypeNamePart5 = 512;
 constexpr unsigned int TypeIdValTypeMediaType = 514;
 constexpr unsigned int TypeIdValTypeMediaText3 = 516;
-constexpr unsigned int TypeIdValTypeAddressType = 519;  // Bitfield8
+constexpr unsigned int TypeIdValTypeAddressType = 519;  ///< Bitfield8
 constexpr unsigned int TypeIdValTypeAddressPart1 = 520;
 constexpr unsigned int TypeIdValTypeAddressPart2 = 521;
 constexpr unsigned int TypeIdValTypeAddressPart3 = 522;
@@ -72,14 +72,14 @@ constexpr unsigned int TypeIdValTypeAddressPart5 = 524;
 constexpr unsigned int TypeIdValTypeAddressPart6 = 525;
 constexpr unsigned int TypeIdValTypeAddressPart7 = 526;
 constexpr unsigned int TypeIdValTypeLabel = 527;
-// Bitfield16 in a telephone node, but UInt16 in an XUCI node: existing
-// streams carry both classes under this one ID.
+/// Bitfield16 in a telephone node, but UInt16 in an XUCI node: existing
+/// streams carry both classes under this one ID.
 constexpr unsigned int TypeIdValTypeTelType = 528;
 constexpr unsigned int TypeIdValTypeTelNumber = 529;
-constexpr unsigned int TypeIdValTypeTelByte = 530;   // UInt8
-constexpr unsigned int TypeIdValTypeTelFlags = 531;  // Bitfield16
+constexpr unsigned int TypeIdValTypeTelByte = 530;   ///< UInt8
+constexpr unsigned int TypeIdValTypeTelFlags = 531;  ///< Bitfield16
 constexpr unsigned int TypeIdValTypeTelText = 532;
-constexpr unsigned int TypeIdValTypeEmailType = 533;  // Bitfield8
+constexpr unsigned int TypeIdValTypeEmailType = 533;  ///< Bitfield8
 constexpr unsigned int TypeIdValTypeEmailAddress = 534;
 constexpr unsigned int TypeIdValTypeTimezoneText1 = 535;
 constexpr unsigned int TypeIdValTypeTimezoneText2 = 536;
@@ -90,15 +90,15 @@ constexpr unsigned int TypeIdValTypeKeyType = 542;
 constexpr unsigned int TypeIdValTypeMailer = 543;
 constexpr unsigned int TypeIdValTypeURL = 544;
 constexpr unsigned int TypeIdValTypeProdID = 545;
-constexpr unsigned int TypeIdValTypePhotoAvailability = 546;  // UInt8, 0 or 1
+constexpr unsigned int TypeIdValTypePhotoAvailability = 546;  ///< UInt8, 0 or 1
 constexpr unsigned int TypeIdValTypeSpeedDial = 547;
 constexpr unsigned int TypeIdValTypeXUID = 548;
 constexpr unsigned int TypeIdValTypeXUCIText = 549;
-constexpr unsigned int TypeIdValTypeXUCINumber = 550;  // UInt16
+constexpr unsigned int TypeIdValTypeXUCINumber = 550;  ///< UInt16
 
-// Values of the shared 1000 range that the common header does not name.
+/// Values of the shared 1000 range that the common header does not name.
 constexpr unsigned int TypeIdValTypeMediaText1 = 1000;
-constexpr unsigned int TypeIdValTypeBinaryData = 1001;  // ByteStream
+constexpr unsigned int TypeIdValTypeBinaryData = 1001;  ///< ByteStream
 constexpr unsigned int TypeIdValTypeClassification = 1003;
 constexpr unsigned int TypeIdValTypeGeoText1 = 1005;
 constexpr unsigned int TypeIdValTypeGeoText2 = 1006;
@@ -106,7 +106,7 @@ constexpr unsigned int TypeIdValTypeNonStandardName = 1011;
 constexpr unsigned int TypeIdValTypeNonStandardValue = 1012;
 constexpr unsigned int TypeIdValTypeHandle = 1017;
 
-}  // namespace ContactIds
+}  // namespace ContactTypeIds
 }  // namespace PimShared
 
 #endif

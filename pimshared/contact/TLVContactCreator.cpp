@@ -5,7 +5,7 @@
 
 namespace PimShared {
 
-using namespace ContactIds;
+using namespace ContactTypeIds;
 using ContactLayout::eFailureRule;
 using ContactLayout::eProperty;
 

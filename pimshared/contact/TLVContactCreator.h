@@ -7,14 +7,20 @@
 
 namespace PimShared {
 
-// Writes one contact as node 0 { UInt32 10 = instance, property nodes ... }:
-// no component node, one node per property call, in call order.
+/// Writes one contact as node 0 { UInt32 10 = instance, property nodes ... }:
+/// no component node, one node per property call, in call order.
 class PIMTLV_API CTLVContactCreator : public IContactCreator, public CTLVCreatorFrame {
   public:
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     CTLVContactCreator() = default;
+    /// @}
     ~CTLVContactCreator() override = default;
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     CTLVContactCreator(const CTLVContactCreator&) = delete;
     CTLVContactCreator& operator=(const CTLVContactCreator&) = delete;
+    /// @}
 
     bool Begin(const unsigned int& instance) override;
     bool End() override;
@@ -80,12 +86,12 @@ class PIMTLV_API CTLVContactCreator : public IContactCreator, public CTLVCreator
     bool Reset() override;
     bool GetData(const void*& data, unsigned int& length) override;
 
-    // For each pair in order: LeafString(1013, name), then LeafString(1014,
-    // value); false at the first refused leaf; an empty list writes nothing.
+    /// For each pair in order: LeafString(1013, name), then LeafString(1014,
+    /// value); false at the first refused leaf; an empty list writes nothing.
     virtual bool AddXParams(const PAL::TVector<tXParam>& xParams);
 
   private:
-    // Writes one property node under its failure rule.
+    /// Writes one property node under its failure rule.
     class CPropertyWriter;
 };
 

@@ -59,12 +59,12 @@ constexpr unsigned int TypeIdValTypeEmailGroupName = 691;
 constexpr unsigned int TypeIdPropTypeEmailCutoffState = 692;
 constexpr unsigned int TypeIdPropTypeEmailSendingState = 693;
 
-// Shared with the instant message.
+/// Shared with the instant message.
 constexpr unsigned int TypeIdValTypeFolder = 903;
 constexpr unsigned int TypeIdValTypeInstanceName = 904;
 constexpr unsigned int TypeIdValTypeMessagePriority = 905;
 
-// The e-mail item as the MIME message writer and reader see it.
+/// The e-mail item as the MIME message writer and reader see it.
 constexpr MimeMessageIds kEmailIds = {
     TypeIdCompTypeEmail,
     // Text leaves, in MimeText order.

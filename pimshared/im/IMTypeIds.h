@@ -89,7 +89,7 @@ constexpr unsigned int TypeIdPropTypeImOwnerText = 997;
 constexpr unsigned int TypeIdPropTypeImOwnerLastActivity = 998;
 constexpr unsigned int TypeIdPropTypeImOwnerChatState = 999;
 
-// The participant's six texts, by position.
+/// The participant's six texts, by position.
 constexpr unsigned int kParticipantTextIds[] = {
     TypeIdValTypeImParticipantText1, TypeIdValTypeImParticipantText2,
     TypeIdValTypeImParticipantText3, TypeIdValTypeImParticipantText4,
@@ -97,7 +97,7 @@ constexpr unsigned int kParticipantTextIds[] = {
 static_assert(sizeof kParticipantTextIds / sizeof kParticipantTextIds[0] == 6,
               "a participant has six texts");
 
-// The instant message as the MIME message writer and reader see it.
+/// The instant message as the MIME message writer and reader see it.
 constexpr MimeMessageIds kIMIds = {
     TypeIdCompTypeIm,
     // Text leaves, in MimeText order.

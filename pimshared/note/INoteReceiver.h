@@ -1,23 +1,34 @@
 #ifndef PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 #define PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 
+#include "pimshared/common/ReceiverBases.h"
 #include "pimshared/note/INoteAttributes.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {
 
-// What a CTLVNoteParser reports to: the operations of
-// INoteAttributes, slot for slot, called with each property's values when
-// its node closes, then TraceMessage for every diagnostic. Texts and lists are
-// valid only during the call. A false answer to a call made at a leaf ends
-// the walk.
+/// What a CTLVNoteParser reports to: the operations of
+/// INoteAttributes, slot for slot, called with each property's values when
+/// its node closes, then TraceMessage for every diagnostic. Texts and lists are
+/// valid only during the call. A false answer to a call made at a leaf ends
+/// the walk.
 class PIMTLV_API INoteReceiver : public INoteAttributes {
   public:
-    // Code 0 is a trace line, 1 a wrong root, 2 an unexpected element, 4 an
-    // unimplemented property (its values are skipped), 6 an internal or
-    // stream error.
+    /// Code 0 is a trace line, 1 a wrong root, 2 an unexpected element, 4 an
+    /// unimplemented property (its values are skipped), 6 an internal or
+    /// stream error.
     virtual bool TraceMessage(const int& code, const char* text) = 0;
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     virtual ~INoteReceiver() = default;
+    /// @}
+};
+
+/// A INoteReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need.
+class CNoteReceiverBase : public TCalendarFamilyReceiverBase<INoteReceiver> {
+  public:
 };
 
 }  // namespace PimShared

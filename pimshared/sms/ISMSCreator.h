@@ -6,14 +6,19 @@
 
 namespace PimShared {
 
-// The writing side: the attributes plus taking the finished stream.
+/// The writing side: the attributes plus taking the finished stream.
 class PIMTLV_API ISMSCreator : public ISMSAttributes {
   public:
-    // Discards everything written so far, to start the next message.
+    /// Discards everything written so far, to start the next message.
     virtual bool Reset() = 0;
-    // The finished stream; the bytes stay owned by the creator until the next
-    // GetData, Reset or its destruction.
+    /// The finished stream; the bytes stay owned by the creator until the next
+    /// GetData, Reset or its destruction.
     virtual bool GetData(const void*& data, unsigned int& length) = 0;
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
+    virtual ~ISMSCreator() = default;
+    /// @}
 };
 
 }  // namespace PimShared

@@ -5,7 +5,7 @@
 
 namespace PimShared {
 
-using namespace SmsTypeIds;
+using namespace SMSTypeIds;
 
 // Out of line, as for every creator: the frame it derives from is the
 // library's own, and is torn down where it was built.

@@ -7,31 +7,37 @@
 
 namespace PimShared {
 
-// Writes one short message as node 2 { UInt32 10, node 700 { ... } }. Unlike
-// the calendar items, every attribute is a single leaf directly in node 700,
-// with no property node and no extension parameters: a message is small and
-// flat, and the phone side reads it leaf by leaf. Only the concatenation
-// header, three numbers that belong together, is a node (730).
-//
-// Every operation answers false when it wrote nothing or a write was refused.
-// Two operations are stricter than the rest (OriginatorFName and
-// DestinationFName refuse empty texts) and one is more lenient
-// (OriginatorName); see their comments.
+/// Writes one short message as node 2 { UInt32 10, node 700 { ... } }. Unlike
+/// the calendar items, every attribute is a single leaf directly in node 700,
+/// with no property node and no extension parameters: a message is small and
+/// flat, and the phone side reads it leaf by leaf. Only the concatenation
+/// header, three numbers that belong together, is a node (730).
+///
+/// Every operation answers false when it wrote nothing or a write was refused.
+/// Two operations are stricter than the rest (OriginatorFName and
+/// DestinationFName refuse empty texts) and one is more lenient
+/// (OriginatorName); see their comments.
 class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
   public:
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     CTLVSMSCreator() = default;
+    /// @}
     ~CTLVSMSCreator() override;
+    /// Makes an empty creator; creators are not copied.
+    /// @{
     CTLVSMSCreator(const CTLVSMSCreator&) = delete;
     CTLVSMSCreator& operator=(const CTLVSMSCreator&) = delete;
+    /// @}
 
-    // NodeBegin(2), LeafUInt32(10, instance), NodeBegin(700).
+    /// NodeBegin(2), LeafUInt32(10, instance), NodeBegin(700).
     bool Begin(const unsigned int& instance) override;
-    // NodeEnd(700), NodeEnd(2).
+    /// NodeEnd(700), NodeEnd(2).
     bool End() override;
-    // A null text is written as the empty text, like every text leaf here.
+    /// A null text is written as the empty text, like every text leaf here.
     bool Body(const char* text) override;
-    // node 730 { UInt8 731, UInt8 732, UInt8 733 }; a refused element leaves
-    // the node open, so the stream cannot be taken with a half header in it.
+    /// node 730 { UInt8 731, UInt8 732, UInt8 733 }; a refused element leaves
+    /// the node open, so the stream cannot be taken with a half header in it.
     bool Concat(const unsigned char& first, const unsigned char& second,
                 const unsigned char& third) override;
     bool Destination(const char* text) override;
@@ -40,14 +46,14 @@ class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
     bool Folder(const char* text) override;
     bool Instance(const char* text) override;
     bool Originator(const char* text) override;
-    // Writes parts two to six as the name parts 508 to 512, by position, each
-    // only when it is a non-empty text; part one has no place in the stream.
-    // Answers the result of the last part written, true when none was, and
-    // true even without an owned creator: an absent name is not an error for
-    // the devices that send these messages.
+    /// Writes parts two to six as the name parts 508 to 512, by position, each
+    /// only when it is a non-empty text; part one has no place in the stream.
+    /// Answers the result of the last part written, true when none was, and
+    /// true even without an owned creator: an absent name is not an error for
+    /// the devices that send these messages.
     bool OriginatorName(const char* part1, const char* part2, const char* part3, const char* part4,
                         const char* part5, const char* part6) override;
-    // An empty or null friendly name writes nothing and answers false.
+    /// An empty or null friendly name writes nothing and answers false.
     bool OriginatorFName(const char* text) override;
     bool DestinationFName(const char* text) override;
     bool ServiceCenter(const char* text) override;
@@ -67,7 +73,7 @@ class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
   private:
     bool Text(unsigned int typeId, const char* text);
     bool NonEmptyText(unsigned int typeId, const char* text);
-    // The low byte of an enumeration value.
+    /// The low byte of an enumeration value.
     bool Byte(unsigned int typeId, unsigned int value);
 };
 

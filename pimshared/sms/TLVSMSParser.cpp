@@ -5,7 +5,7 @@
 
 namespace PimShared {
 
-using namespace SmsTypeIds;
+using namespace SMSTypeIds;
 using ParserCreatorCollection::ClassDisplayName;
 using ParserCreatorCollection::eClass;
 
@@ -33,7 +33,7 @@ constexpr TextLeaf kTextLeaves[] = {
 static_assert(sizeof kTextLeaves / sizeof kTextLeaves[0] == 12, "twelve text attributes");
 
 // The wire byte widened back to the enumeration it was cut from.
-template <typename Enum, bool (ISMSReceiver::*Operation)(const Enum&)>
+template <typename Enum, bool (ISMSAttributes::*Operation)(const Enum&)>
 bool DeliverEnum(ISMSReceiver& receiver, unsigned char value) {
     const Enum widened = static_cast<Enum>(value);
     return (receiver.*Operation)(widened);

@@ -9,17 +9,23 @@
 
 namespace PimShared {
 
-// The properties of a task (VTODO), one operation each, between Begin and
-// End. Against an event it has a due time and no end times. A null text means the value is absent;
-// every operation answers true when it took effect.
+/// The properties of a task (VTODO), one operation each, between Begin and
+/// End. Against an event it has a due time and no end times. A null text means the value is absent;
+/// every operation answers true when it took effect.
 class PIMTLV_API ITaskAttributes {
   public:
+    /// An extension parameter: name and value.
     using tXParam = PimShared::tXParam;
-    // eRsvpFalse, eRsvpTrue, or eRsvpNotGiven (0xFFFFFFFF: no setting).
+    /// eRsvpFalse, eRsvpTrue, or eRsvpNotGiven (0xFFFFFFFF: no setting).
     using eRsvpType = PimShared::eRsvpType;
 
+    /// Opens the item; instance is its number among the items of a sync.
     virtual bool Begin(const unsigned int& instance) = 0;
+    /// Closes the item.
     virtual bool End() = 0;
+    /// One property of the item with its values. A creator writes it; a parser calls it on its
+    /// receiver with the values read (texts may be null when not given). True to go on.
+    /// @{
     virtual bool ProductIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool Version(const char* text, const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool Categories(const PAL::TVector<const char*>& categories, const char* language,
@@ -58,23 +64,32 @@ class PIMTLV_API ITaskAttributes {
                            const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool SendStatus(unsigned char status) = 0;
     virtual bool InstanceName(const char* name) = 0;
+    /// @}
 
   protected:
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     ITaskAttributes() = default;
     ITaskAttributes(const ITaskAttributes&) = default;
     ITaskAttributes& operator=(const ITaskAttributes&) = default;
     ~ITaskAttributes() = default;
+    /// @}
 };
 
-// A task writer: the properties plus taking the bytes.
+/// A task writer: the properties plus taking the bytes.
 class PIMTLV_API ITaskCreator : public ITaskAttributes {
   public:
-    // Discards everything written so far.
+    /// Discards everything written so far.
     virtual bool Reset() = 0;
-    // The finished stream; the bytes stay owned by the creator until its next
-    // GetData, Reset or destruction.
+    /// The finished stream; the bytes stay owned by the creator until its next
+    /// GetData, Reset or destruction.
     virtual bool GetData(const void*& data, unsigned int& length) = 0;
+    /// Special members; an interface is made and copied only as part of the class
+    /// that implements it.
+    /// @{
     virtual ~ITaskCreator() = default;
+    /// @}
 };
 
 }  // namespace PimShared

@@ -9,7 +9,7 @@
 #include "Input.h"
 #include "pimshared/common/ItemKind.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const std::vector<const FormatAdapter*>& Formats() {
     static const std::vector<const FormatAdapter*> formats = {
@@ -249,4 +249,4 @@ int Export(const BridgeOptions& options, std::ostream& err) {
     return reported ? kExitProblem : 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

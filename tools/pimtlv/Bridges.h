@@ -16,7 +16,7 @@
 #include "bridges/common/Bridge.h"
 #include "bridges/common/Merge.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 struct FormatAdapter {
     const char* name;                     // as --from and --to take it: "ics"
@@ -66,6 +66,6 @@ int Import(const BridgeOptions& options, std::ostream& err);
 // a format without a merge, or an original the merge cannot read.
 int Export(const BridgeOptions& options, std::ostream& err);
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -11,7 +11,7 @@
 #include "platform/CDateAndTime.h"
 #include "platform/Utf8.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -793,9 +793,9 @@ int Encode(const Options& options, std::ostream& err) {
     return refused ? kExitProblem : 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 int ListOps(const std::string& item, std::ostream& out) {
     for (const OpEntry& op : AdapterFor(NamedKind(item))->ops) {
@@ -811,4 +811,4 @@ int ListOps(const std::string& item, std::ostream& out) {
     return 0;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -7,7 +7,7 @@
 
 #include "Items.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 struct Options {
     std::string input;   // file name, "-" or empty for standard input
@@ -84,6 +84,6 @@ void QuoteText(std::string& out, const std::uint8_t* value, std::size_t length);
 // Appends one dump line (without its newline) to line.
 void DumpLine(std::string& line, const Element& element, const char* name, bool color);
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

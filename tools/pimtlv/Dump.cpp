@@ -6,7 +6,7 @@
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "platform/Velmor.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using namespace ParserCreatorCollection;
 
@@ -161,4 +161,4 @@ void DumpLine(std::string& line, const Element& e, const char* name, bool color)
     line += p.reset;
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -282,4 +282,4 @@ void Progress::Show(std::size_t done) {
     std::fflush(stderr);
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

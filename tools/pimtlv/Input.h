@@ -9,7 +9,7 @@
 
 #include "Tool.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // The whole input of a command: a regular file (or standard input redirected
 // from one) is mapped, so a capture of any size costs no copy and no heap;
@@ -134,6 +134,6 @@ class Progress {
     std::chrono::steady_clock::time_point m_start, m_shown;
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

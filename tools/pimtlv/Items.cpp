@@ -5,7 +5,7 @@
 
 #include "pimshared/common/TypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const std::vector<const ItemAdapter*>& Adapters() {
     // The one registry: an item's adapter is listed here and built when the
@@ -160,4 +160,4 @@ Bytes EncodeSession::Finish() {
     }
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

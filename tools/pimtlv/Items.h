@@ -10,7 +10,7 @@
 #include "doc/Document.h"
 #include "pimshared/common/ItemKind.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // The name of a type ID in an item's context. parent is the enclosing node
 // the meaning holds in, or kNoParent for anywhere in the item.
@@ -106,6 +106,6 @@ ParseRun DecodeItem(ByteView data, Recorder& recorder) {
         data, recorder);
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -6,7 +6,7 @@
 
 #include "Input.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 std::string HexOf(const void* data, std::size_t size) {
     // One unbroken run of digits: compact in a one-line call, and any white
@@ -147,4 +147,4 @@ const OpEntry& Recorder::Find(const void* key) const {
     throw std::logic_error("receiver operation missing from the item's table");
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

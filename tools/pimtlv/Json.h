@@ -27,7 +27,7 @@
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using Json = nlohmann::ordered_json;
 
@@ -334,6 +334,6 @@ class Recorder {
     std::size_t m_count = 0;
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using namespace ParserCreatorCollection;
 
@@ -94,4 +94,4 @@ Fault WalkStream(ByteView data, ElementSink& sink, std::size_t from, std::size_t
     return walker.Run(to);
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

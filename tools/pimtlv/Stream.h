@@ -10,7 +10,7 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVError.h"
 #include "parsercreatorcollection/src/tlv/wire/TLVWire.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 constexpr unsigned int kNoParent = 0xFFFFFFFFu;
 
@@ -51,6 +51,6 @@ Fault FaultOf(const ParserCreatorCollection::TLVError& error, std::size_t base);
 Fault WalkStream(ByteView data, ElementSink& sink, std::size_t from = 0,
                  std::size_t to = static_cast<std::size_t>(-1));
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

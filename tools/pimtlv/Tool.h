@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -34,6 +34,6 @@ class UsageError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

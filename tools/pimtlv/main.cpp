@@ -13,7 +13,7 @@
 
 namespace {
 
-using namespace pimtlv_tool;
+using namespace PimTool;
 
 bool ColourWanted(const std::string& mode) {
     if (mode == "always") return true;

@@ -3,7 +3,7 @@
 #include "Bridges.h"
 #include "bridges/ical/ICalendarBridge.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const FormatAdapter kIcsFormat = {
     "ics",
@@ -15,4 +15,4 @@ const FormatAdapter kIcsFormat = {
     &PimBridge::MergeICalendar,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -5,7 +5,7 @@
 #include "Bridges.h"
 #include "bridges/mime/MimeBridge.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -38,4 +38,4 @@ const FormatAdapter kMboxFormat = {
     nullptr,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

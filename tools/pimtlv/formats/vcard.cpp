@@ -1,7 +1,7 @@
 #include "bridges/vcard/Vcard.h"
 #include "../Bridges.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -32,4 +32,4 @@ const FormatAdapter kVcfFormat = {"vcf",
                                   PimBridge::ExportVcard,
                                   PimBridge::MergeVcard};
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -1,6 +1,6 @@
 #include "CalendarFamily.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 std::vector<TypeName> CalendarFamilyNames() {
     using namespace PimShared;
@@ -74,4 +74,4 @@ std::vector<TypeName> CalendarFamilyNames() {
 #undef LEAF
 }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

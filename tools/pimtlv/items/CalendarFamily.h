@@ -12,7 +12,7 @@
 #include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/TypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // The reply-wanted setting: null when not given, else its number.
 template <>
@@ -34,6 +34,6 @@ constexpr const char* kCalendarAsymmetries =
     "without properties comes back without its End (the parser reports its "
     "closing nodes).";
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "Items.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 // Message-family IDs name bare leaves and nodes alike, so each name holds for
 // both.
@@ -14,6 +14,6 @@ namespace pimtlv_tool {
         c, false, kNoParent, #c                  \
     }
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool
 
 #endif

@@ -5,7 +5,7 @@
 #include "pimshared/callstack/CallstackDescription.h"
 #include "pimshared/callstack/CallstackTypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -42,4 +42,4 @@ const ItemAdapter kCallListItem = {
     "instance leaf is missing or comes after it is written back with its instance first.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -3,13 +3,13 @@
 #include "pimshared/contact/ContactDescription.h"
 #include "pimshared/contact/ContactTypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
 std::vector<TypeName> ContactNames() {
     using namespace PimShared;
-    using namespace PimShared::ContactIds;
+    using namespace PimShared::ContactTypeIds;
 #define NODE(c)                \
     TypeName {                 \
         c, true, kNoParent, #c \
@@ -133,4 +133,4 @@ const ItemAdapter kContactItem = {
     "only what the layout has room for.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

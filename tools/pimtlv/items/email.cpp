@@ -3,7 +3,7 @@
 #include "pimshared/email/EmailDescription.h"
 #include "pimshared/email/EmailTypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -76,4 +76,4 @@ const ItemAdapter kEmailItem = {
     "are not written; a body with both content and link is reported, not delivered.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

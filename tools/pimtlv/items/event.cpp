@@ -2,7 +2,7 @@
 #include "items/CalendarFamily.h"
 #include "pimshared/calendar/CalendarDescription.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const ItemAdapter kEventItem = {
     PimShared::EventItem::kKind,
@@ -12,4 +12,4 @@ const ItemAdapter kEventItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

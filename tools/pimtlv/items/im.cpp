@@ -3,7 +3,7 @@
 #include "pimshared/im/IMDescription.h"
 #include "pimshared/im/IMTypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
@@ -102,4 +102,4 @@ const ItemAdapter kImItem = {
     "not-given enumerations and a 0xFF flag byte are not written.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -2,7 +2,7 @@
 #include "items/CalendarFamily.h"
 #include "pimshared/note/NoteDescription.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const ItemAdapter kNoteItem = {
     PimShared::NoteItem::kKind,
@@ -12,4 +12,4 @@ const ItemAdapter kNoteItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

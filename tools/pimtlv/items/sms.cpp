@@ -3,12 +3,12 @@
 #include "pimshared/sms/SMSDescription.h"
 #include "pimshared/sms/SMSTypeIds.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 namespace {
 
 std::vector<TypeName> SmsNames() {
-    using namespace PimShared::SmsTypeIds;
+    using namespace PimShared::SMSTypeIds;
 #define NODE(c)                \
     TypeName {                 \
         c, true, kNoParent, #c \
@@ -63,4 +63,4 @@ const ItemAdapter kSmsItem = {
     "not carried, and OriginatorFName and DestinationFName refuse empty texts.",
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

@@ -2,7 +2,7 @@
 #include "items/CalendarFamily.h"
 #include "pimshared/task/TaskDescription.h"
 
-namespace pimtlv_tool {
+namespace PimTool {
 
 const ItemAdapter kTaskItem = {
     PimShared::TaskItem::kKind,
@@ -12,4 +12,4 @@ const ItemAdapter kTaskItem = {
     kCalendarAsymmetries,
 };
 
-}  // namespace pimtlv_tool
+}  // namespace PimTool

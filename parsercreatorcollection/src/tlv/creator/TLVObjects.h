@@ -10,35 +10,41 @@ namespace ParserCreatorCollection {
 
 class CTLVObjNode;
 
-// One element of a stream waiting to be written: it knows its class, its type
-// ID, its value length and how to write itself. A tree of them is built once,
-// written once (writing consumes it) and then gone.
-//
-// An element is owned by whoever holds it, and by the node once handed to
-// CTLVObjNode::Add.
+/// One element of a stream waiting to be written: it knows its class, its type
+/// ID, its value length and how to write itself. A tree of them is built once,
+/// written once (writing consumes it) and then gone.
+///
+/// An element is owned by whoever holds it, and by the node once handed to
+/// CTLVObjNode::Add.
 class PIMTLV_API CTLVObject {
   public:
+    /// Construction, copying and destruction.
+    /// @{
     explicit CTLVObject(const unsigned int& typeId) noexcept : m_typeId(typeId) {}
     virtual ~CTLVObject();
     CTLVObject(const CTLVObject&) = delete;
     CTLVObject& operator=(const CTLVObject&) = delete;
+    /// @}
 
+    /// The element's class.
     virtual eClass GetClass() const = 0;
+    /// The element's type ID.
     virtual unsigned int GetType() const { return m_typeId; }
-    // Total encoded size: header word, length field and value.
+    /// Total encoded size: header word, length field and value.
     virtual unsigned int GetLength() const;
-    // Writes the element at offset (growing the buffer) and advances offset.
-    // False, with nothing written, when the buffer cannot grow or the element
-    // is too large for the format.
+    /// Writes the element at offset (growing the buffer) and advances offset.
+    /// False, with nothing written, when the buffer cannot grow or the element
+    /// is too large for the format.
     virtual bool WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset);
+    /// The length of the value alone.
     virtual unsigned int GetValueLength() const = 0;
 
-    // Largest value length the format carries: a length field has at most three
-    // bytes after its lead byte. Longer values are refused, never wrapped.
+    /// Largest value length the format carries: a length field has at most three
+    /// bytes after its lead byte. Longer values are refused, never wrapped.
     static constexpr unsigned int MaxValueLength = 0xFFFFFFu;
 
-    // Writes the shortest length field for length into out (at most 5 bytes;
-    // null out only measures) and returns its size.
+    /// Writes the shortest length field for length into out (at most 5 bytes;
+    /// null out only measures) and returns its size.
     static unsigned int WriteLengthField(const unsigned int& length, unsigned char* out) noexcept {
         if (length < 0x80) {  // the short form, by far the most common
             if (out != nullptr) out[0] = static_cast<unsigned char>(length);
@@ -46,50 +52,53 @@ class PIMTLV_API CTLVObject {
         }
         return WriteLongLengthField(length, out);
     }
-    // REQUIRES: length >= 0x80.
+    /// REQUIRES: length >= 0x80.
     static unsigned int WriteLongLengthField(unsigned int length, unsigned char* out) noexcept;
-    // Host order to wire order (big-endian), asking the platform for the host's.
+    /// Host order to wire order (big-endian), asking the platform for the host's.
+    /// @{
     static unsigned short HostToTLV16(const unsigned short& value) noexcept;
     static unsigned int HostToTLV32(const unsigned int& value) noexcept;
+    /// @}
 
   protected:
-    // Each element class names its class once, at construction.
+    /// Each element class names its class once, at construction.
     void SetClass(eClass elementClass) noexcept {
         m_class = static_cast<unsigned char>(elementClass);
         m_isNode = elementClass == Node;
     }
 
-    // Writes the header word and the length field of this element at offset.
+    /// Writes the header word and the length field of this element at offset.
     bool WriteHeader(PAL::CBuffer& buffer, unsigned int& offset, const eClass& elementClass) const;
 
-    // Writes the value bytes at out, which has GetValueLength() bytes of room,
-    // and returns the position after them. Nodes are written by the node walk
-    // instead and never reach this.
+    /// Writes the value bytes at out, which has GetValueLength() bytes of room,
+    /// and returns the position after them. Nodes are written by the node walk
+    /// instead and never reach this.
     virtual unsigned char* EncodeValue(unsigned char* out) = 0;
 
   private:
     friend class CTLVObjNode;
-    // Writes the whole element at out (room for GetLength() bytes), consuming
-    // nodes; returns the position after it.
+    /// Writes the whole element at out (room for GetLength() bytes), consuming
+    /// nodes; returns the position after it.
     unsigned char* Encode(unsigned char* out);
     unsigned char* EncodeHeader(unsigned char* out, unsigned int valueLength) const noexcept;
-    // Deletes an element. Never recurses into nested nodes.
+    /// Deletes an element. Never recurses into nested nodes.
     static void Dispose(CTLVObject* object) noexcept;
 
     unsigned int m_typeId;
-    CTLVObject* m_next = nullptr;  // next sibling in the parent's child list
-    // Set by each element class: the walks over a tree ask these for every
-    // element, so they are plain fields rather than virtual GetClass calls.
+    CTLVObject* m_next = nullptr;  ///< next sibling in the parent's child list
+    /// Set by each element class: the walks over a tree ask these for every
+    /// element, so they are plain fields rather than virtual GetClass calls.
     bool m_isNode = false;
     unsigned char m_class = 0;
 };
 
-// A node: its value is the encodings of its children, in the order added.
-// Children are kept in an intrusive list (no allocation per child) and the
-// content length is summed as children arrive, so a node's length costs O(1)
-// however deep the tree. Destroying and writing a tree never recurse.
+/// A node: its value is the encodings of its children, in the order added.
+/// Children are kept in an intrusive list (no allocation per child) and the
+/// content length is summed as children arrive, so a node's length costs O(1)
+/// however deep the tree. Destroying and writing a tree never recurse.
 class PIMTLV_API CTLVObjNode : public CTLVObject {
   public:
+    /// A node with this type ID and no children.
     explicit CTLVObjNode(const unsigned int& typeId) noexcept : CTLVObject(typeId) {
         SetClass(Node);
     }
@@ -97,15 +106,16 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
 
     eClass GetClass() const override { return Node; }
     unsigned int GetValueLength() const override;
-    // Writes the node and its subtree, deleting each child once written; the
-    // node is empty afterwards.
+    /// Writes the node and its subtree, deleting each child once written; the
+    /// node is empty afterwards.
     bool WriteToBuffer(PAL::CBuffer& buffer, unsigned int& offset) override;
-    // Appends child and takes ownership of it; false for null. The child's
-    // length is counted when it is added, so add a node once it is complete.
+    /// Appends child and takes ownership of it; false for null. The child's
+    /// length is counted when it is added, so add a node once it is complete.
     virtual bool Add(CTLVObject* child);
 
+    /// How many children were added.
     unsigned int GetChildCount() const noexcept { return m_childCount; }
-    // Content length without the 32-bit clamp of GetValueLength.
+    /// Content length without the 32-bit clamp of GetValueLength.
     unsigned long long GetContentLength() const noexcept { return m_contentLength; }
 
   protected:
@@ -114,7 +124,7 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
   private:
     friend class CTLVObject;
     void Append(CTLVObject* child) noexcept;
-    // REQUIRES: size is the child's total encoded size.
+    /// REQUIRES: size is the child's total encoded size.
     void Append(CTLVObject* child, unsigned long long size) noexcept;
     void DisposeChildren() noexcept;
 
@@ -124,17 +134,19 @@ class PIMTLV_API CTLVObjNode : public CTLVObject {
     unsigned long long m_contentLength = 0;
 };
 
-// Fixed-size numeric leaves share one shape: a class, a value type and a
-// width on the wire.
+/// Fixed-size numeric leaves share one shape: a class, a value type and a
+/// width on the wire.
 template <eClass Class, typename Value, unsigned int Width>
 class PIMTLV_API CTLVObjNumber : public CTLVObject {
   public:
+    /// A leaf with this type ID and value.
     CTLVObjNumber(const unsigned int& typeId, const Value& value) noexcept
         : CTLVObject(typeId), m_value(value) {
         SetClass(Class);
     }
     eClass GetClass() const override { return Class; }
     unsigned int GetValueLength() const override { return Width; }
+    /// The number.
     const Value& GetValue() const noexcept { return m_value; }
 
   protected:
@@ -162,13 +174,17 @@ extern template class PIMTLV_API CTLVObjNumber<Bitfield16, unsigned short, 2>;
 extern template class PIMTLV_API CTLVObjNumber<UInt32, unsigned int, 4>;
 extern template class PIMTLV_API CTLVObjNumber<Int32, int, 4>;
 
-// A text leaf: the UTF-8 bytes and one terminating zero byte. A null text is
-// the empty text. Writing releases the text.
+/// A text leaf: the UTF-8 bytes and one terminating zero byte. A null text is
+/// the empty text. Writing releases the text.
 class PIMTLV_API CTLVObjString : public CTLVObject {
   public:
+    /// Construction, copying and destruction.
+    /// @{
     CTLVObjString(const unsigned int& typeId, const char* text);
+    /// @}
     eClass GetClass() const override { return String; }
     unsigned int GetValueLength() const override { return m_textLength + 1; }
+    /// The text, as stored (repaired when it was not UTF-8).
     const char* GetText() const noexcept { return m_text; }
 
   protected:
@@ -180,12 +196,16 @@ class PIMTLV_API CTLVObjString : public CTLVObject {
     unsigned int m_textLength;
 };
 
-// A byte-stream leaf: the bytes as given, no terminator.
+/// A byte-stream leaf: the bytes as given, no terminator.
 class PIMTLV_API CTLVObjByteStream : public CTLVObject {
   public:
+    /// Construction, copying and destruction.
+    /// @{
     CTLVObjByteStream(const unsigned int& typeId, const void* data, const unsigned int& length);
+    /// @}
     eClass GetClass() const override { return ByteStream; }
     unsigned int GetValueLength() const override { return m_count; }
+    /// The bytes.
     const void* GetBytes() const noexcept { return m_bytes; }
 
   protected:

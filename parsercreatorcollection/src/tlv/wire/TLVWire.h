@@ -16,13 +16,13 @@
 
 namespace ParserCreatorCollection {
 
-// Size of the header word (class and type ID) that starts every element.
+/// Size of the header word (class and type ID) that starts every element.
 constexpr unsigned int kHeaderWordSize = 2;
-// Largest value length the writer emits (three length bytes).
+/// Largest value length the writer emits (three length bytes).
 constexpr unsigned int kMaxValueLength = 0xFFFFFFu;
 
-// The value size a class fixes: 1, 2 or 4 for the numeric classes, 0 for the
-// variable-size ones (String, Byte Stream, Node and the undefined classes).
+/// The value size a class fixes: 1, 2 or 4 for the numeric classes, 0 for the
+/// variable-size ones (String, Byte Stream, Node and the undefined classes).
 constexpr unsigned int FixedValueSize(unsigned int elementClass) noexcept {
     switch (elementClass) {
         case Int8:
@@ -41,30 +41,30 @@ constexpr unsigned int FixedValueSize(unsigned int elementClass) noexcept {
     }
 }
 
-// A class as a person reads it: its display name, "Node" for 8, and
-// "Class 12" for the undefined classes.
+/// A class as a person reads it: its display name, "Node" for 8, and
+/// "Class 12" for the undefined classes.
 PIMTLV_API std::string ElementClassName(unsigned int elementClass);
 
-// Why a header could not be read.
+/// Why a header could not be read.
 enum class HeaderFault : unsigned char {
     None,
-    WordCut,        // fewer than 2 bytes for the header word
-    LengthMissing,  // the header word, then nothing
-    LengthNoCount,  // the length field's first byte is 0x80: no byte count
-    LengthCut,      // a long length field with fewer bytes left than it announces
+    WordCut,        ///< fewer than 2 bytes for the header word
+    LengthMissing,  ///< the header word, then nothing
+    LengthNoCount,  ///< the length field's first byte is 0x80: no byte count
+    LengthCut,      ///< a long length field with fewer bytes left than it announces
 };
 
-// One element header as the stream holds it.
+/// One element header as the stream holds it.
 struct ElementHeader {
-    unsigned int elementClass = 0;  // top 4 bits of the header word
-    unsigned int typeId = 0;        // low 12 bits
-    unsigned int headerSize = 0;    // header word and length field
-    std::uint32_t length = 0;       // declared value length
+    unsigned int elementClass = 0;  ///< top 4 bits of the header word
+    unsigned int typeId = 0;        ///< low 12 bits
+    unsigned int headerSize = 0;    ///< header word and length field
+    std::uint32_t length = 0;       ///< declared value length
 };
 
-// The value of a long length field's n bytes at p. Lengths are 32-bit:
-// shift counts wrap at 32, so a field of more than four bytes cannot widen
-// the value (tolerated, as older writers' fields are read).
+/// The value of a long length field's n bytes at p. Lengths are 32-bit:
+/// shift counts wrap at 32, so a field of more than four bytes cannot widen
+/// the value (tolerated, as older writers' fields are read).
 inline std::uint32_t LongLength(const unsigned char* p, unsigned int n) noexcept {
     std::uint32_t value = 0;
     for (unsigned int i = 0; i < n; ++i) {
@@ -73,8 +73,8 @@ inline std::uint32_t LongLength(const unsigned char* p, unsigned int n) noexcept
     return value;
 }
 
-// Reads a length field from the left bytes at at. The long form takes any
-// count of bytes from 1 to 127; 0x80 alone holds no length.
+/// Reads a length field from the left bytes at at. The long form takes any
+/// count of bytes from 1 to 127; 0x80 alone holds no length.
 inline HeaderFault ReadLengthField(const unsigned char* at, std::size_t left, std::uint32_t& length,
                                    unsigned int& fieldSize) noexcept {
     if (left < 1) return HeaderFault::LengthMissing;
@@ -92,9 +92,9 @@ inline HeaderFault ReadLengthField(const unsigned char* at, std::size_t left, st
     return HeaderFault::None;
 }
 
-// Reads the header of the element at at, with left bytes readable there.
-// Every element of a walk comes through here, so the short length form (one
-// byte, almost every element) is read first and at once.
+/// Reads the header of the element at at, with left bytes readable there.
+/// Every element of a walk comes through here, so the short length form (one
+/// byte, almost every element) is read first and at once.
 inline HeaderFault ReadElementHeader(const unsigned char* at, std::size_t left,
                                      ElementHeader& header) noexcept {
     if (left < kHeaderWordSize + 1) {
@@ -117,49 +117,49 @@ inline HeaderFault ReadElementHeader(const unsigned char* at, std::size_t left,
     return HeaderFault::None;
 }
 
-// The root node of an item and the first node inside it, which together tell
-// which item it is. Leaves before that node (an instance number written ahead
-// of the component, say) are passed over, as the item parsers pass them.
+/// The root node of an item and the first node inside it, which together tell
+/// which item it is. Leaves before that node (an instance number written ahead
+/// of the component, say) are passed over, as the item parsers pass them.
 struct ItemFrame {
-    bool hasRoot = false;  // the first element is a node
-    unsigned int root = 0;
-    bool hasComponent = false;
-    unsigned int component = 0;
+    bool hasRoot = false;        ///< the first element is a node
+    unsigned int root = 0;       ///< its type ID
+    bool hasComponent = false;   ///< a node lies inside it
+    unsigned int component = 0;  ///< that node's type ID
 };
 
-// Reads the frame of the item at the start of size bytes. The root may
-// declare more than there is: its inner nodes are looked for in what there is.
+/// Reads the frame of the item at the start of size bytes. The root may
+/// declare more than there is: its inner nodes are looked for in what there is.
 PIMTLV_API ItemFrame ReadItemFrame(const std::uint8_t* data, std::size_t size) noexcept;
 
-// One item of a file of item streams: a root node and everything inside it.
+/// One item of a file of item streams: a root node and everything inside it.
 struct ItemSpan {
-    std::size_t offset = 0;  // of the root node's header in the file
-    std::size_t size = 0;    // the root node's whole size
-    ItemFrame frame;
+    std::size_t offset = 0;  ///< of the root node's header in the file
+    std::size_t size = 0;    ///< the root node's whole size
+    ItemFrame frame;         ///< what tells its kind
 };
 
-// Why an item could not be cut from a file.
+/// Why an item could not be cut from a file.
 enum class CutFault : unsigned char {
     None,
-    Header,      // the root's header cannot be read
-    NotANode,    // the first element is a leaf
-    PastTheEnd,  // the root declares more bytes than the file holds
+    Header,      ///< the root's header cannot be read
+    NotANode,    ///< the first element is a leaf
+    PastTheEnd,  ///< the root declares more bytes than the file holds
 };
 
-// Reads the item at pos of a file of size bytes.
+/// Reads the item at pos of a file of size bytes.
 PIMTLV_API CutFault ReadItemSpan(const std::uint8_t* data, std::size_t size, std::size_t pos,
                                  ItemSpan& item) noexcept;
 
-// Why the item at pos cannot be cut, in words ("header cut short", "an item
-// starts with a node, not an element of class 2"); empty when it can.
+/// Why the item at pos cannot be cut, in words ("header cut short", "an item
+/// starts with a node, not an element of class 2"); empty when it can.
 PIMTLV_API std::string DescribeCutFault(const std::uint8_t* data, std::size_t size,
                                         std::size_t pos);
 
-// Calls onItem(const ItemSpan&) for every item of a file in order, as it goes
-// (nothing is kept); onItem answers false to stop early. Returns the fault of
-// the first item that cannot be cut, with its offset in at; the items before
-// it have been handed out. A file of items is what an import writes, what a
-// bulk export or a sync log holds: complete root nodes one after another.
+/// Calls onItem(const ItemSpan&) for every item of a file in order, as it goes
+/// (nothing is kept); onItem answers false to stop early. Returns the fault of
+/// the first item that cannot be cut, with its offset in at; the items before
+/// it have been handed out. A file of items is what an import writes, what a
+/// bulk export or a sync log holds: complete root nodes one after another.
 template <typename OnItem>
 CutFault ForEachItem(const std::uint8_t* data, std::size_t size, OnItem&& onItem, std::size_t& at) {
     std::size_t pos = 0;
