@@ -86,7 +86,7 @@ StreamFault Walk(const std::uint8_t* data, std::size_t size, const std::string& 
             w.name = name;
             w.value = e.value;
             w.number = e.number;
-            w.numeric = PimTool::FixedSize(e.header.elementClass) != 0;
+            w.numeric = ParserCreatorCollection::FixedValueSize(e.header.elementClass) != 0;
             m_into.push_back(w);
         }
 
@@ -105,7 +105,7 @@ StreamFault Walk(const std::uint8_t* data, std::size_t size, const std::string& 
 }
 
 std::string ClassName(unsigned int elementClass) {
-    return PimTool::ClassName(elementClass);
+    return ParserCreatorCollection::ElementClassName(elementClass);
 }
 
 std::vector<std::size_t> ItemOffsets(const std::uint8_t* data, std::size_t size) {
