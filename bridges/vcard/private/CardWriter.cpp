@@ -462,7 +462,12 @@ void CardWriter::Receiver::Params(const PropertyInfo* info, std::string_view pro
         } else if (name == "TYPE" && info != nullptr && info->types != TypeSet::None) {
             others.clear();
             ForEachTypeValue(Types(info->types), value, [&](std::string_view v, unsigned int bit) {
-                if (bit == 0) ((others += others.empty() ? "" : ",") += v);
+                if (bit != 0) return;
+                // A parameter value holds no CR; a value of nothing else
+                // would go out as an empty TYPE and read back as none.
+                std::string kept(v);
+                kept.erase(std::remove(kept.begin(), kept.end(), '\r'), kept.end());
+                if (!kept.empty()) (others += others.empty() ? "" : ",") += kept;
             });
             TypeParam(others);
         } else if (name == "VALUE" && info != nullptr && info->shape == Shape::Telephone &&
