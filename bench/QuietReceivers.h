@@ -43,24 +43,9 @@ class TQuietItem : private QuietSinkHolder, public Item::template ReceiverFor<Qu
     TQuietItem() : Item::template ReceiverFor<QuietSink>(m_quietSink) {}
 };
 
-template <typename Receiver>
-struct ItemOf;
-template <>
-struct ItemOf<PimShared::ICalendarReceiver> {
-    using Type = PimShared::EventItem;
-};
-template <>
-struct ItemOf<PimShared::ITaskReceiver> {
-    using Type = PimShared::TaskItem;
-};
-template <>
-struct ItemOf<PimShared::INoteReceiver> {
-    using Type = PimShared::NoteItem;
-};
-
 // The quiet receiver of a calendar-family receiver interface.
 template <typename TReceiver>
-using Quiet = TQuietItem<typename ItemOf<TReceiver>::Type>;
+using Quiet = TQuietItem<typename PimShared::ItemOfReceiver<TReceiver>::Type>;
 using QuietEmail = TQuietItem<PimShared::EmailItem>;
 using QuietIM = TQuietItem<PimShared::ImItem>;
 

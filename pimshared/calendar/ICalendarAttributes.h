@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_CALENDAR_ICALENDARATTRIBUTES_H
 
 #include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/PalExport.h"
@@ -95,5 +96,15 @@ class PIMTLV_API ICalendarCreator : public ICalendarAttributes {
 };
 
 }  // namespace PimShared
+
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_EVENT_OPERATIONS(OP, OP0, OVERLOAD)           \
+    PIMTLV_CALENDAR_COMMON_OPERATIONS(OP, OP0, OVERLOAD)     \
+    PIMTLV_CALENDAR_EVENT_TASK_OPERATIONS(OP, OP0, OVERLOAD) \
+    OP(DateTimeEnd, "dateTime", "timeZone", "xParams")       \
+    OP(DateTimeEndLocal, "dateTime", "xParams")
 
 #endif

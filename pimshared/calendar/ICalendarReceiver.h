@@ -2,7 +2,7 @@
 #define PIMTLV_PIMSHARED_CALENDAR_ICALENDARRECEIVER_H
 
 #include "pimshared/calendar/ICalendarAttributes.h"
-#include "pimshared/common/ReceiverBases.h"
+#include "pimshared/common/ItemDescription.h"
 #include "platform/PalExport.h"
 
 namespace PimShared {
@@ -25,34 +25,11 @@ class PIMTLV_API ICalendarReceiver : public ICalendarAttributes {
     /// @}
 };
 
-/// A ICalendarReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
-class CCalendarReceiverBase : public TCalendarFamilyReceiverBase<ICalendarReceiver> {
-  public:
-    bool Location(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Priority(const unsigned char& /*priority*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeStart(const PAL::CDateAndTime& /*dateTime*/, const char* /*timeZone*/,
-                       const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeEnd(const PAL::CDateAndTime& /*dateTime*/, const char* /*timeZone*/,
-                     const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeStartLocal(const PAL::CDateAndTime& /*dateTime*/,
-                            const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeEndLocal(const PAL::CDateAndTime& /*dateTime*/,
-                          const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
+/// An ICalendarReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
+class CCalendarReceiverBase : public ICalendarReceiver {
+    PIMTLV_DESCRIBE_DO_NOTHING(ICalendarAttributes, PIMTLV_EVENT_OPERATIONS)
 };
 
 }  // namespace PimShared

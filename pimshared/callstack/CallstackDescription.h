@@ -1,23 +1,14 @@
 #ifndef PIMTLV_PIMSHARED_CALLSTACK_CALLSTACKDESCRIPTION_H
 #define PIMTLV_PIMSHARED_CALLSTACK_CALLSTACKDESCRIPTION_H
 
-// The call list's operations, described once (see pimshared/common/ItemDescription.h):
-// the library only reads call lists, so they are the receiver's.
+// The call list as code that iterates items sees it (see
+// pimshared/common/ItemDescription.h). Its operations are listed under
+// ICallstackReceiver, where a new property is declared and listed. The library only reads call
+// lists, so they are the receiver's.
 
 #include "pimshared/callstack/ICallstackReceiver.h"
 #include "pimshared/callstack/TLVCallstackParser.h"
 #include "pimshared/common/ItemDescription.h"
-
-#define PIMTLV_CALLLIST_OPERATIONS(OP, OP0, OVERLOAD) \
-    OP(Begin, "kind", "instance")                     \
-    OP0(End)                                          \
-    OP(CallByte, "value")                             \
-    OP(CallText1, "text")                             \
-    OP(CallText2, "text")                             \
-    OP(CallText3, "text")                             \
-    OP(CallText4, "text")                             \
-    OP(CallText5, "text")                             \
-    OP(CallFlag, "value")
 
 namespace PimShared {
 

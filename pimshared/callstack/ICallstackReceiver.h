@@ -1,7 +1,24 @@
 #ifndef PIMTLV_PIMSHARED_CALLSTACK_ICALLSTACKRECEIVER_H
 #define PIMTLV_PIMSHARED_CALLSTACK_ICALLSTACKRECEIVER_H
 
+#include "pimshared/common/ItemDescription.h"
 #include "platform/PalExport.h"
+
+// The operations of ICallstackReceiver below, described once for the code
+// that iterates them (the do-nothing receiver, the tool's documents, the
+// recording receivers of tests, fuzzers and benchmarks): an operation is
+// declared below and listed here, and a list that does not match the
+// declarations does not compile.
+#define PIMTLV_CALLLIST_OPERATIONS(OP, OP0, OVERLOAD) \
+    OP(Begin, "kind", "instance")                     \
+    OP0(End)                                          \
+    OP(CallByte, "value")                             \
+    OP(CallText1, "text")                             \
+    OP(CallText2, "text")                             \
+    OP(CallText3, "text")                             \
+    OP(CallText4, "text")                             \
+    OP(CallText5, "text")                             \
+    OP(CallFlag, "value")
 
 namespace PimShared {
 
@@ -47,22 +64,11 @@ class PIMTLV_API ICallstackReceiver {
     /// @}
 };
 
-/// A ICallstackReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
+/// An ICallstackReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
 class CCallstackReceiverBase : public ICallstackReceiver {
-  public:
-    bool Begin(const unsigned int& /*kind*/, const unsigned int& /*instance*/) override {
-        return true;
-    }
-    bool End() override { return true; }
-    bool CallByte(const unsigned char& /*value*/) override { return true; }
-    bool CallText1(const char* /*text*/) override { return true; }
-    bool CallText2(const char* /*text*/) override { return true; }
-    bool CallText3(const char* /*text*/) override { return true; }
-    bool CallText4(const char* /*text*/) override { return true; }
-    bool CallText5(const char* /*text*/) override { return true; }
-    bool CallFlag(const bool& /*value*/) override { return true; }
-    bool TraceMessage(const int& /*code*/, const char* /*text*/) override { return true; }
+    PIMTLV_DESCRIBE_DO_NOTHING(ICallstackReceiver, PIMTLV_CALLLIST_OPERATIONS)
 };
 
 }  // namespace PimShared

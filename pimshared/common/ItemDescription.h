@@ -43,6 +43,14 @@ constexpr std::array<const char*, sizeof...(S)> Names(S... names) {
     return {{names...}};
 }
 
+// The parameter types of a member function type F, as Param<I>.
+template <typename F>
+struct Signature {
+    using Traits = MemberTraits<F>;
+    template <std::size_t I>
+    using Param = std::tuple_element_t<I, typename Traits::Params>;
+};
+
 // Picks the overload of a member that takes P..., as a pointer to a member
 // of the class that declares it (a converted pointer cannot be a template
 // argument).
@@ -141,6 +149,12 @@ struct NoSink {
 };
 
 }  // namespace Description
+
+// The item whose receiver is Receiver: ItemOfReceiver<ICalendarReceiver>::Type
+// is EventItem. Specialised by each item's description.
+template <typename Receiver>
+struct ItemOfReceiver;
+
 }  // namespace PimShared
 
 // Counting the arguments of a macro (1 to 16).
@@ -154,22 +168,22 @@ struct NoSink {
 #define PIMTLV_DESC_UNPAREN(...) __VA_ARGS__
 
 // Parameters a0..aN-1 of operation type O, and the list of their names.
-#define PIMTLV_DESC_P1(O) O::Param<0> a0
-#define PIMTLV_DESC_P2(O) PIMTLV_DESC_P1(O), O::Param<1> a1
-#define PIMTLV_DESC_P3(O) PIMTLV_DESC_P2(O), O::Param<2> a2
-#define PIMTLV_DESC_P4(O) PIMTLV_DESC_P3(O), O::Param<3> a3
-#define PIMTLV_DESC_P5(O) PIMTLV_DESC_P4(O), O::Param<4> a4
-#define PIMTLV_DESC_P6(O) PIMTLV_DESC_P5(O), O::Param<5> a5
-#define PIMTLV_DESC_P7(O) PIMTLV_DESC_P6(O), O::Param<6> a6
-#define PIMTLV_DESC_P8(O) PIMTLV_DESC_P7(O), O::Param<7> a7
-#define PIMTLV_DESC_P9(O) PIMTLV_DESC_P8(O), O::Param<8> a8
-#define PIMTLV_DESC_P10(O) PIMTLV_DESC_P9(O), O::Param<9> a9
-#define PIMTLV_DESC_P11(O) PIMTLV_DESC_P10(O), O::Param<10> a10
-#define PIMTLV_DESC_P12(O) PIMTLV_DESC_P11(O), O::Param<11> a11
-#define PIMTLV_DESC_P13(O) PIMTLV_DESC_P12(O), O::Param<12> a12
-#define PIMTLV_DESC_P14(O) PIMTLV_DESC_P13(O), O::Param<13> a13
-#define PIMTLV_DESC_P15(O) PIMTLV_DESC_P14(O), O::Param<14> a14
-#define PIMTLV_DESC_P16(O) PIMTLV_DESC_P15(O), O::Param<15> a15
+#define PIMTLV_DESC_P1(O) [[maybe_unused]] O::Param<0> a0
+#define PIMTLV_DESC_P2(O) PIMTLV_DESC_P1(O), [[maybe_unused]] O::Param<1> a1
+#define PIMTLV_DESC_P3(O) PIMTLV_DESC_P2(O), [[maybe_unused]] O::Param<2> a2
+#define PIMTLV_DESC_P4(O) PIMTLV_DESC_P3(O), [[maybe_unused]] O::Param<3> a3
+#define PIMTLV_DESC_P5(O) PIMTLV_DESC_P4(O), [[maybe_unused]] O::Param<4> a4
+#define PIMTLV_DESC_P6(O) PIMTLV_DESC_P5(O), [[maybe_unused]] O::Param<5> a5
+#define PIMTLV_DESC_P7(O) PIMTLV_DESC_P6(O), [[maybe_unused]] O::Param<6> a6
+#define PIMTLV_DESC_P8(O) PIMTLV_DESC_P7(O), [[maybe_unused]] O::Param<7> a7
+#define PIMTLV_DESC_P9(O) PIMTLV_DESC_P8(O), [[maybe_unused]] O::Param<8> a8
+#define PIMTLV_DESC_P10(O) PIMTLV_DESC_P9(O), [[maybe_unused]] O::Param<9> a9
+#define PIMTLV_DESC_P11(O) PIMTLV_DESC_P10(O), [[maybe_unused]] O::Param<10> a10
+#define PIMTLV_DESC_P12(O) PIMTLV_DESC_P11(O), [[maybe_unused]] O::Param<11> a11
+#define PIMTLV_DESC_P13(O) PIMTLV_DESC_P12(O), [[maybe_unused]] O::Param<12> a12
+#define PIMTLV_DESC_P14(O) PIMTLV_DESC_P13(O), [[maybe_unused]] O::Param<13> a13
+#define PIMTLV_DESC_P15(O) PIMTLV_DESC_P14(O), [[maybe_unused]] O::Param<14> a14
+#define PIMTLV_DESC_P16(O) PIMTLV_DESC_P15(O), [[maybe_unused]] O::Param<15> a15
 #define PIMTLV_DESC_A1 a0
 #define PIMTLV_DESC_A2 PIMTLV_DESC_A1, a1
 #define PIMTLV_DESC_A3 PIMTLV_DESC_A2, a2
@@ -188,16 +202,17 @@ struct NoSink {
 #define PIMTLV_DESC_A16 PIMTLV_DESC_A15, a15
 
 // One operation type: Fn its member pointer, Name its name in documents.
-#define PIMTLV_DESC_OPERATION(Name, Fn, Args)                                             \
-    struct Name {                                                                         \
-        static constexpr auto kFn = Fn;                                                   \
-        using Traits = ::PimShared::Description::MemberTraits<decltype(Fn)>;              \
-        using Target = Attributes;                                                        \
-        template <std::size_t I>                                                          \
-        using Param = std::tuple_element_t<I, typename Traits::Params>;                   \
-        static constexpr const char* kName = #Name;                                       \
-        static constexpr auto kArgs = ::PimShared::Description::Names Args;               \
-        static_assert(kArgs.size() == Traits::kArity, "one name per argument of " #Name); \
+#define PIMTLV_DESC_OPERATION(Name, Fn, Args)                                              \
+    struct Name {                                                                          \
+        static constexpr auto kFn = Fn;                                                    \
+        using Traits = ::PimShared::Description::MemberTraits<decltype(Fn)>;               \
+        using Target = Attributes;                                                         \
+        template <std::size_t I>                                                           \
+        using Param =                                                                      \
+            typename ::PimShared::Description::Signature<decltype(Fn)>::template Param<I>; \
+        static constexpr const char* kName = #Name;                                        \
+        static constexpr auto kArgs = ::PimShared::Description::Names Args;                \
+        static_assert(kArgs.size() == Traits::kArity, "one name per argument of " #Name);  \
     };
 #define PIMTLV_DESC_DEFINE_OP(Member, ...) \
     PIMTLV_DESC_OPERATION(Member, &Attributes::Member, (__VA_ARGS__))
@@ -235,6 +250,39 @@ struct NoSink {
     }
 #define PIMTLV_DESC_SLOT_OVERLOAD(Member, Name, Types, ...) \
     PIMTLV_DESC_SLOT_(Member, Name, PIMTLV_DESC_NARG(__VA_ARGS__))
+
+// Slots that answer true and keep nothing, for the do-nothing receivers.
+#define PIMTLV_DESC_IGNORE_(Member, Fn, N)                                                        \
+    bool Member(PIMTLV_DESC_CAT(PIMTLV_DESC_P,                                                    \
+                                N)(::PimShared::Description::Signature<decltype(Fn)>)) override { \
+        return true;                                                                              \
+    }
+#define PIMTLV_DESC_IGNORE(Member, ...) \
+    PIMTLV_DESC_IGNORE_(Member, &Attributes::Member, PIMTLV_DESC_NARG(__VA_ARGS__))
+#define PIMTLV_DESC_IGNORE0(Member) \
+    bool Member() override {        \
+        return true;                \
+    }
+#define PIMTLV_DESC_IGNORE_OVERLOAD(Member, Name, Types, ...)                                   \
+    PIMTLV_DESC_IGNORE_(                                                                        \
+        Member,                                                                                 \
+        ::PimShared::Description::Overload<PIMTLV_DESC_UNPAREN Types>::Of(&Attributes::Member), \
+        PIMTLV_DESC_NARG(__VA_ARGS__))
+
+// The body of a do-nothing receiver: every operation of LIST, members of
+// AttributesType, and TraceMessage answer true and keep nothing. Written in
+// the class body of a receiver's base, so that an embedder derives from it
+// and overrides only the calls it needs; a pure virtual the list leaves out
+// keeps the class abstract, which the receiver's tests notice.
+#define PIMTLV_DESCRIBE_DO_NOTHING(AttributesType, LIST)                       \
+  private:                                                                     \
+    using Attributes = AttributesType;                                         \
+                                                                               \
+  public:                                                                      \
+    LIST(PIMTLV_DESC_IGNORE, PIMTLV_DESC_IGNORE0, PIMTLV_DESC_IGNORE_OVERLOAD) \
+    bool TraceMessage(const int& /*code*/, const char* /*text*/) override {    \
+        return true;                                                           \
+    }
 
 // Two templates: Slots<Base, Sink> implements every operation of LIST on
 // Base (the item's receiver or its Attributes interface) by handing it to the
@@ -282,6 +330,10 @@ struct NoSink {
         using ReceiverFor = ReceiverName<Sink>;                                                 \
         template <typename Base, typename Sink>                                                 \
         using SlotsFor = SlotsName<Base, Sink>;                                                 \
+    };                                                                                          \
+    template <>                                                                                 \
+    struct ItemOfReceiver<ReceiverType> {                                                       \
+        using Type = Item;                                                                      \
     };
 
 #endif

@@ -1,19 +1,14 @@
 #ifndef PIMTLV_PIMSHARED_EMAIL_EMAILDESCRIPTION_H
 #define PIMTLV_PIMSHARED_EMAIL_EMAILDESCRIPTION_H
 
-// The e-mail's operations, described once (see pimshared/common/ItemDescription.h):
-// a new property is added to IEmailAttributes and to this list.
+// The e-mail as code that iterates items sees it (see
+// pimshared/common/ItemDescription.h). Its operations are listed under
+// IEmailAttributes, where a new property is declared and listed.
 
 #include "pimshared/common/MimeMessageDescription.h"
 #include "pimshared/email/IEmailReceiver.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/email/TLVEmailParser.h"
-
-#define PIMTLV_EMAIL_OPERATIONS(OP, OP0, OVERLOAD)     \
-    PIMTLV_MIME_MESSAGE_OPERATIONS(OP, OP0, OVERLOAD)  \
-    OP(Group, "name", "mailboxes")                     \
-    OP(Mailbox, "fieldType", "displayName", "address") \
-    OVERLOAD(Priority, Priority, (const IEmailAttributes::ePriority&), "priority")
 
 namespace PimShared {
 namespace Description {

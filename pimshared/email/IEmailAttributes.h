@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_EMAIL_IEMAILATTRIBUTES_H
 
 #include "pimshared/common/IMimeMessageAttributes.h"
+#include "pimshared/common/MimeMessageDescription.h"
 #include "platform/PalExport.h"
 #include "platform/TVector.h"
 
@@ -47,5 +48,15 @@ class PIMTLV_API IEmailAttributes : public IMimeMessageAttributes {
 };
 
 }  // namespace PimShared
+
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_EMAIL_OPERATIONS(OP, OP0, OVERLOAD)     \
+    PIMTLV_MIME_MESSAGE_OPERATIONS(OP, OP0, OVERLOAD)  \
+    OP(Group, "name", "mailboxes")                     \
+    OP(Mailbox, "fieldType", "displayName", "address") \
+    OVERLOAD(Priority, Priority, (const IEmailAttributes::ePriority&), "priority")
 
 #endif

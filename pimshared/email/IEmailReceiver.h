@@ -1,7 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_EMAIL_IEMAILRECEIVER_H
 #define PIMTLV_PIMSHARED_EMAIL_IEMAILRECEIVER_H
 
-#include "pimshared/common/ReceiverBases.h"
+#include "pimshared/common/ItemDescription.h"
 #include "pimshared/email/IEmailAttributes.h"
 #include "platform/PalExport.h"
 
@@ -33,17 +33,11 @@ class PIMTLV_API IEmailReceiver : public IEmailAttributes {
     /// @}
 };
 
-/// A IEmailReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
-class CEmailReceiverBase : public TMimeMessageReceiverBase<IEmailReceiver> {
-  public:
-    bool Group(const char* /*name*/, const PAL::TVector<tMailbox>& /*mailboxes*/) override {
-        return true;
-    }
-    bool Mailbox(const eMailboxFieldType& /*fieldType*/, const char* /*displayName*/,
-                 const char* /*address*/) override {
-        return true;
-    }
+/// An IEmailReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
+class CEmailReceiverBase : public IEmailReceiver {
+    PIMTLV_DESCRIBE_DO_NOTHING(IEmailAttributes, PIMTLV_EMAIL_OPERATIONS)
 };
 
 }  // namespace PimShared

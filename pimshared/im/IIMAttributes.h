@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_IM_IIMATTRIBUTES_H
 
 #include "pimshared/common/IMimeMessageAttributes.h"
+#include "pimshared/common/MimeMessageDescription.h"
 #include "platform/PalExport.h"
 #include "platform/TVector.h"
 
@@ -118,5 +119,29 @@ class PIMTLV_API IIMAttributes : public IMimeMessageAttributes {
 };
 
 }  // namespace PimShared
+
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_IM_OPERATIONS(OP, OP0, OVERLOAD)                                            \
+    PIMTLV_MIME_MESSAGE_OPERATIONS(OP, OP0, OVERLOAD)                                      \
+    OP(Group, "name", "mailboxes")                                                         \
+    OP(Mailbox, "fieldType", "client", "displayName", "address")                           \
+    OVERLOAD(Priority, Priority, (const IIMAttributes::ePriority&), "priority")            \
+    OP(Direction, "direction")                                                             \
+    OP(EntityType, "entityType")                                                           \
+    OP(ExtendedData, "data")                                                               \
+    OP(ConversationID, "text")                                                             \
+    OP(ConversationName, "text")                                                           \
+    OP(ConversationLastActivity, "text")                                                   \
+    OP(ConversationVersionCounter, "text")                                                 \
+    OP(ConversationSummary, "text")                                                        \
+    OP(OwnerAvailability, "availability")                                                  \
+    OP(OwnerText, "text")                                                                  \
+    OP(OwnerLastActivity, "text")                                                          \
+    OP(OwnerChatState, "chatState")                                                        \
+    OP(ConversationParticipant, "client", "text1", "text2", "chatState", "text3", "text4", \
+       "text5", "availability", "text6", "flags")
 
 #endif

@@ -1,7 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_IM_IIMRECEIVER_H
 #define PIMTLV_PIMSHARED_IM_IIMRECEIVER_H
 
-#include "pimshared/common/ReceiverBases.h"
+#include "pimshared/common/ItemDescription.h"
 #include "pimshared/im/IIMAttributes.h"
 #include "platform/PalExport.h"
 
@@ -30,36 +30,11 @@ class PIMTLV_API IIMReceiver : public IIMAttributes {
     /// @}
 };
 
-/// A IIMReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
-class CIMReceiverBase : public TMimeMessageReceiverBase<IIMReceiver> {
-  public:
-    bool Group(const char* /*name*/, const PAL::TVector<tMailbox>& /*mailboxes*/) override {
-        return true;
-    }
-    bool Mailbox(const eMailboxFieldType& /*fieldType*/, eUCIClient /*client*/,
-                 const char* /*displayName*/, const char* /*address*/) override {
-        return true;
-    }
-    bool Direction(const eDirection& /*direction*/) override { return true; }
-    bool EntityType(const eEntityType& /*entityType*/) override { return true; }
-    bool ExtendedData(const PAL::TVector<tExtendedData>& /*data*/) override { return true; }
-    bool ConversationID(const char* /*text*/) override { return true; }
-    bool ConversationName(const char* /*text*/) override { return true; }
-    bool ConversationLastActivity(const char* /*text*/) override { return true; }
-    bool ConversationVersionCounter(const char* /*text*/) override { return true; }
-    bool ConversationSummary(const char* /*text*/) override { return true; }
-    bool OwnerAvailability(ePresenceAvailability /*availability*/) override { return true; }
-    bool OwnerText(const char* /*text*/) override { return true; }
-    bool OwnerLastActivity(const char* /*text*/) override { return true; }
-    bool OwnerChatState(eChatState /*chatState*/) override { return true; }
-    bool ConversationParticipant(eUCIClient /*client*/, const char* /*text1*/,
-                                 const char* /*text2*/, eChatState /*chatState*/,
-                                 const char* /*text3*/, const char* /*text4*/,
-                                 const char* /*text5*/, ePresenceAvailability /*availability*/,
-                                 const char* /*text6*/, const unsigned char& /*flags*/) override {
-        return true;
-    }
+/// An IIMReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
+class CIMReceiverBase : public IIMReceiver {
+    PIMTLV_DESCRIBE_DO_NOTHING(IIMAttributes, PIMTLV_IM_OPERATIONS)
 };
 
 }  // namespace PimShared

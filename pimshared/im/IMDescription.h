@@ -1,34 +1,14 @@
 #ifndef PIMTLV_PIMSHARED_IM_IMDESCRIPTION_H
 #define PIMTLV_PIMSHARED_IM_IMDESCRIPTION_H
 
-// The instant message's operations, described once (see
-// pimshared/common/ItemDescription.h): a new property is added to IIMAttributes
-// and to this list.
+// The instant message as code that iterates items sees it (see
+// pimshared/common/ItemDescription.h). Its operations are listed under
+// IIMAttributes, where a new property is declared and listed.
 
 #include "pimshared/common/MimeMessageDescription.h"
 #include "pimshared/im/IIMReceiver.h"
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/im/TLVIMParser.h"
-
-#define PIMTLV_IM_OPERATIONS(OP, OP0, OVERLOAD)                                            \
-    PIMTLV_MIME_MESSAGE_OPERATIONS(OP, OP0, OVERLOAD)                                      \
-    OP(Group, "name", "mailboxes")                                                         \
-    OP(Mailbox, "fieldType", "client", "displayName", "address")                           \
-    OVERLOAD(Priority, Priority, (const IIMAttributes::ePriority&), "priority")            \
-    OP(Direction, "direction")                                                             \
-    OP(EntityType, "entityType")                                                           \
-    OP(ExtendedData, "data")                                                               \
-    OP(ConversationID, "text")                                                             \
-    OP(ConversationName, "text")                                                           \
-    OP(ConversationLastActivity, "text")                                                   \
-    OP(ConversationVersionCounter, "text")                                                 \
-    OP(ConversationSummary, "text")                                                        \
-    OP(OwnerAvailability, "availability")                                                  \
-    OP(OwnerText, "text")                                                                  \
-    OP(OwnerLastActivity, "text")                                                          \
-    OP(OwnerChatState, "chatState")                                                        \
-    OP(ConversationParticipant, "client", "text1", "text2", "chatState", "text3", "text4", \
-       "text5", "availability", "text6", "flags")
 
 namespace PimShared {
 namespace Description {

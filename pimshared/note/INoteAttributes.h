@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_NOTE_INOTEATTRIBUTES_H
 
 #include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/PalExport.h"
@@ -85,5 +86,12 @@ class PIMTLV_API INoteCreator : public INoteAttributes {
 };
 
 }  // namespace PimShared
+
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_NOTE_OPERATIONS(OP, OP0, OVERLOAD) \
+    PIMTLV_CALENDAR_COMMON_OPERATIONS(OP, OP0, OVERLOAD)
 
 #endif

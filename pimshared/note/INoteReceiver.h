@@ -1,7 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 #define PIMTLV_PIMSHARED_NOTE_INOTERECEIVER_H
 
-#include "pimshared/common/ReceiverBases.h"
+#include "pimshared/common/ItemDescription.h"
 #include "pimshared/note/INoteAttributes.h"
 #include "platform/PalExport.h"
 
@@ -25,10 +25,11 @@ class PIMTLV_API INoteReceiver : public INoteAttributes {
     /// @}
 };
 
-/// A INoteReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
-class CNoteReceiverBase : public TCalendarFamilyReceiverBase<INoteReceiver> {
-  public:
+/// An INoteReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
+class CNoteReceiverBase : public INoteReceiver {
+    PIMTLV_DESCRIBE_DO_NOTHING(INoteAttributes, PIMTLV_NOTE_OPERATIONS)
 };
 
 }  // namespace PimShared

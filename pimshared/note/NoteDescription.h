@@ -1,16 +1,14 @@
 #ifndef PIMTLV_PIMSHARED_NOTE_NOTEDESCRIPTION_H
 #define PIMTLV_PIMSHARED_NOTE_NOTEDESCRIPTION_H
 
-// The note's operations, described once (see pimshared/common/ItemDescription.h):
-// a new property is added to INoteAttributes and to this list.
+// The note as code that iterates items sees it (see
+// pimshared/common/ItemDescription.h). Its operations are listed under
+// INoteAttributes, where a new property is declared and listed.
 
 #include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/note/INoteReceiver.h"
 #include "pimshared/note/TLVNoteCreator.h"
 #include "pimshared/note/TLVNoteParser.h"
-
-#define PIMTLV_NOTE_OPERATIONS(OP, OP0, OVERLOAD) \
-    PIMTLV_CALENDAR_COMMON_OPERATIONS(OP, OP0, OVERLOAD)
 
 namespace PimShared {
 

@@ -124,4 +124,33 @@ class PIMTLV_API ISMSAttributes {
 
 }  // namespace PimShared
 
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_SMS_OPERATIONS(OP, OP0, OVERLOAD)                             \
+    OP(Begin, "instance")                                                    \
+    OP0(End)                                                                 \
+    OP(Body, "text")                                                         \
+    OP(Concat, "first", "second", "third")                                   \
+    OP(Destination, "text")                                                  \
+    OP(ReadStatus, "status")                                                 \
+    OP(DownloadState, "state")                                               \
+    OP(Folder, "text")                                                       \
+    OP(Instance, "text")                                                     \
+    OP(Originator, "text")                                                   \
+    OP(OriginatorName, "part1", "part2", "part3", "part4", "part5", "part6") \
+    OP(OriginatorFName, "text")                                              \
+    OP(DestinationFName, "text")                                             \
+    OP(ServiceCenter, "text")                                                \
+    OP(SMSState, "state")                                                    \
+    OP(SMSType, "type")                                                      \
+    OP(StorageType, "type")                                                  \
+    OP(StorageIndex, "index")                                                \
+    OP(SendingState, "text")                                                 \
+    OP(Subject, "text")                                                      \
+    OP(Timestamp, "text")                                                    \
+    OP(TimestampLocal, "text")                                               \
+    OP(Priority, "priority")
+
 #endif

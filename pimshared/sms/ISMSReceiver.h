@@ -1,6 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_SMS_ISMSRECEIVER_H
 #define PIMTLV_PIMSHARED_SMS_ISMSRECEIVER_H
 
+#include "pimshared/common/ItemDescription.h"
 #include "pimshared/sms/ISMSAttributes.h"
 #include "platform/PalExport.h"
 
@@ -35,41 +36,11 @@ class PIMTLV_API ISMSReceiver : public ISMSAttributes {
     /// @}
 };
 
-/// A ISMSReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
+/// An ISMSReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
 class CSMSReceiverBase : public ISMSReceiver {
-  public:
-    bool Begin(const unsigned int& /*instance*/) override { return true; }
-    bool End() override { return true; }
-    bool Body(const char* /*text*/) override { return true; }
-    bool Concat(const unsigned char& /*first*/, const unsigned char& /*second*/,
-                const unsigned char& /*third*/) override {
-        return true;
-    }
-    bool Destination(const char* /*text*/) override { return true; }
-    bool ReadStatus(const eReadStatus& /*status*/) override { return true; }
-    bool DownloadState(const eDownloadState& /*state*/) override { return true; }
-    bool Folder(const char* /*text*/) override { return true; }
-    bool Instance(const char* /*text*/) override { return true; }
-    bool Originator(const char* /*text*/) override { return true; }
-    bool OriginatorName(const char* /*part1*/, const char* /*part2*/, const char* /*part3*/,
-                        const char* /*part4*/, const char* /*part5*/,
-                        const char* /*part6*/) override {
-        return true;
-    }
-    bool OriginatorFName(const char* /*text*/) override { return true; }
-    bool DestinationFName(const char* /*text*/) override { return true; }
-    bool ServiceCenter(const char* /*text*/) override { return true; }
-    bool SMSState(const eSMSState& /*state*/) override { return true; }
-    bool SMSType(const eSMSType& /*type*/) override { return true; }
-    bool StorageType(const eStorageType& /*type*/) override { return true; }
-    bool StorageIndex(const unsigned short& /*index*/) override { return true; }
-    bool SendingState(const char* /*text*/) override { return true; }
-    bool Subject(const char* /*text*/) override { return true; }
-    bool Timestamp(const char* /*text*/) override { return true; }
-    bool TimestampLocal(const char* /*text*/) override { return true; }
-    bool Priority(const ePriority& /*priority*/) override { return true; }
-    bool TraceMessage(const int& /*code*/, const char* /*text*/) override { return true; }
+    PIMTLV_DESCRIBE_DO_NOTHING(ISMSAttributes, PIMTLV_SMS_OPERATIONS)
 };
 
 }  // namespace PimShared

@@ -2,6 +2,7 @@
 #define PIMTLV_PIMSHARED_TASK_ITASKATTRIBUTES_H
 
 #include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarFamilyDescription.h"
 #include "pimshared/common/XParam.h"
 #include "platform/CDateAndTime.h"
 #include "platform/PalExport.h"
@@ -93,5 +94,14 @@ class PIMTLV_API ITaskCreator : public ITaskAttributes {
 };
 
 }  // namespace PimShared
+
+// The operations above, described once for the code that iterates them (the
+// do-nothing receiver, the tool's documents, the recording receivers of tests,
+// fuzzers and benchmarks): an operation is declared above and listed here, and
+// a list that does not match the declarations does not compile.
+#define PIMTLV_TASK_OPERATIONS(OP, OP0, OVERLOAD)            \
+    PIMTLV_CALENDAR_COMMON_OPERATIONS(OP, OP0, OVERLOAD)     \
+    PIMTLV_CALENDAR_EVENT_TASK_OPERATIONS(OP, OP0, OVERLOAD) \
+    OP(DateTimeDueLocal, "dateTime", "xParams")
 
 #endif

@@ -1,7 +1,7 @@
 #ifndef PIMTLV_PIMSHARED_TASK_ITASKRECEIVER_H
 #define PIMTLV_PIMSHARED_TASK_ITASKRECEIVER_H
 
-#include "pimshared/common/ReceiverBases.h"
+#include "pimshared/common/ItemDescription.h"
 #include "pimshared/task/ITaskAttributes.h"
 #include "platform/PalExport.h"
 
@@ -25,30 +25,11 @@ class PIMTLV_API ITaskReceiver : public ITaskAttributes {
     /// @}
 };
 
-/// A ITaskReceiver that answers true to every call and keeps nothing: derive
-/// from it and override only the calls you need.
-class CTaskReceiverBase : public TCalendarFamilyReceiverBase<ITaskReceiver> {
-  public:
-    bool Location(const char* /*text*/, const char* /*altRep*/, const char* /*language*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool Priority(const unsigned char& /*priority*/,
-                  const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeStart(const PAL::CDateAndTime& /*dateTime*/, const char* /*timeZone*/,
-                       const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeStartLocal(const PAL::CDateAndTime& /*dateTime*/,
-                            const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
-    bool DateTimeDueLocal(const PAL::CDateAndTime& /*dateTime*/,
-                          const PAL::TVector<tXParam>& /*xParams*/) override {
-        return true;
-    }
+/// An ITaskReceiver that answers true to every call and keeps nothing: derive
+/// from it and override only the calls you need. Its calls are made from the
+/// item's list of operations, so it has every call the receiver has.
+class CTaskReceiverBase : public ITaskReceiver {
+    PIMTLV_DESCRIBE_DO_NOTHING(ITaskAttributes, PIMTLV_TASK_OPERATIONS)
 };
 
 }  // namespace PimShared

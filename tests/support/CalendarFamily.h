@@ -14,10 +14,14 @@
 #include <string>
 #include <vector>
 
+#include "pimshared/calendar/CalendarDescription.h"
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/XParam.h"
+#include "pimshared/note/NoteDescription.h"
+#include "pimshared/task/TaskDescription.h"
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
+#include "support/CallText.h"
 #include "support/TlvRecorder.h"
 
 namespace CalendarFamilyTest {
@@ -89,68 +93,40 @@ inline std::string Str(const PAL::CDateAndTime& d) {
         .c_str();
 }
 
-// Records every receiver call as one line. It declares the operations of all
-// three receivers; those the base lacks are never called. failOn names an
-// operation (or "Trace<code>") that answers false.
-template <typename TReceiver>
-class Recorder : public TReceiver {
-  public:
-    using X = const XParams&;
-    using D = const PAL::CDateAndTime&;
-    using T = const char*;
-    using L = const Texts&;
-
+// Records every receiver call of an item of the family as one line. failOn
+// names an operation (or "Trace<code>") that answers false.
+struct CallLog {
     std::vector<std::string> calls;   // property calls, in order
     std::vector<std::string> traces;  // "code:text" for codes other than 0
     std::vector<std::string> all;     // both, and the code-0 lines, in order
     std::string failOn;
 
-    template <typename... A>
-    bool Rec(const std::string& name, const A&... args) {
-        std::string line = name + "(";
-        ((line += Str(args)), ...);
-        calls.push_back(line + ")");
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        const std::string name = Op::kName;
+        calls.push_back(
+            name + "(" +
+            TestSupport::ArgTexts<Op>([](const auto& v) { return Str(v); }, "", args...) + ")");
         all.push_back(calls.back());
         return name != failOn;
     }
-    bool TraceMessage(const int& code, const char* text) {
+    bool Trace(const int& code, const char* text) {
         const std::string line = std::to_string(code) + ":" + text;
         if (code != 0) traces.push_back(line);
         all.push_back(line);
         return failOn != "Trace" + std::to_string(code);
     }
+};
 
-    bool Begin(const unsigned int& i) { return Rec("Begin", i); }
-    bool End() { return Rec("End"); }
-    bool ProductIdentifier(T t, X x) { return Rec("ProductIdentifier", t, x); }
-    bool Version(T t, X x) { return Rec("Version", t, x); }
-    bool Categories(L l, T lang, X x) { return Rec("Categories", l, lang, x); }
-    bool Classification(T t, X x) { return Rec("Classification", t, x); }
-    bool Description(T t, T a, T l, X x) { return Rec("Description", t, a, l, x); }
-    bool Location(T t, T a, T l, X x) { return Rec("Location", t, a, l, x); }
-    bool Priority(const unsigned char& p, X x) { return Rec("Priority", unsigned{p}, x); }
-    bool Status(T t, X x) { return Rec("Status", t, x); }
-    bool Summary(T t, T a, T l, X x) { return Rec("Summary", t, a, l, x); }
-    bool DateTimeStart(D d, T z, X x) { return Rec("DateTimeStart", d, z, x); }
-    bool DateTimeEnd(D d, T z, X x) { return Rec("DateTimeEnd", d, z, x); }
-    bool DateTimeStartLocal(D d, X x) { return Rec("DateTimeStartLocal", d, x); }
-    bool DateTimeEndLocal(D d, X x) { return Rec("DateTimeEndLocal", d, x); }
-    bool DateTimeDueLocal(D d, X x) { return Rec("DateTimeDueLocal", d, x); }
-    bool UniqueIdentifier(T t, X x) { return Rec("UniqueIdentifier", t, x); }
-    bool DateTimeCreated(D d, X x) { return Rec("DateTimeCreated", d, x); }
-    bool LastModified(D d, X x) { return Rec("LastModified", d, x); }
-    bool SequenceNumber(const unsigned short& n, X x) {
-        return Rec("SequenceNumber", unsigned{n}, x);
-    }
-    bool Attendee(T a1, T a2, L a3, T a4, T a5, const PimShared::eRsvpType& a6, L a7, L a8, T a9,
-                  T a10, T a11, T a12, X x) {
-        return Rec("Attendee", a1, a2, a3, a4, a5, unsigned{a6}, a7, a8, a9, a10, a11, a12, x);
-    }
-    bool Organizer(T a1, T a2, T a3, T a4, T a5, X x) {
-        return Rec("Organizer", a1, a2, a3, a4, a5, x);
-    }
-    bool SendStatus(unsigned char s) { return Rec("SendStatus", unsigned{s}); }
-    bool InstanceName(T t) { return Rec("InstanceName", t); }
+// The recorder of receiver interface TReceiver. The sink comes first, so that
+// it exists when the receiver is handed it.
+template <typename TReceiver>
+class Recorder : public CallLog,
+                 public PimShared::ItemOfReceiver<TReceiver>::Type::template ReceiverFor<CallLog> {
+  public:
+    Recorder()
+        : PimShared::ItemOfReceiver<TReceiver>::Type::template ReceiverFor<CallLog>(
+              static_cast<CallLog&>(*this)) {}
 };
 
 template <typename TCreator>

@@ -11,8 +11,8 @@
 
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
-#include "pimshared/contact/ContactReceiver.h"
-#include "pimshared/contact/TLVContactCreator.h"
+#include "pimshared/contact/ContactDescription.h"
+#include "support/CallText.h"
 #include "support/TlvRecorder.h"
 
 namespace TestSupport {
@@ -88,8 +88,7 @@ constexpr unsigned int HugeLength = 16777216u;
 
 // Logs each receiver call as Name(arg|arg|...): "-" for a null text or data,
 // [a,b] for lists, [n=v] for x-parameters, #length:hex for data.
-class RecordingReceiver : public PimShared::IContactReceiver {
-  public:
+struct ContactLog {
     std::vector<std::string> calls;
     bool traceAnswer = true;
 
@@ -99,7 +98,12 @@ class RecordingReceiver : public PimShared::IContactReceiver {
         return all;
     }
 
-    bool TraceMessage(const int& code, const char* text) override {
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        calls.push_back(std::string(Op::kName) + "(" + ArgTexts<Op>(Arg{}, "|", args...) + ")");
+        return true;
+    }
+    bool Trace(const int& code, const char* text) {
         std::string line = "Trace(" + std::to_string(code);
         if (text == nullptr) {
             line += ":<null>";
@@ -109,93 +113,42 @@ class RecordingReceiver : public PimShared::IContactReceiver {
         calls.push_back(line + ")");
         return traceAnswer;
     }
-    // clang-format off
-    bool Begin(const unsigned int& i) override { return Log("Begin", i); }
-    bool End() override { return Log("End"); }
-    bool FormattedName(const char* a, const char* p, const XParams& x) override { return Log("FormattedName", a, p, x); }
-    bool Name(const char* a, const char* b, const char* c, const char* d, const char* e, const char* p,
-              const XParams& x) override { return Log("Name", a, b, c, d, e, p, x); }
-    bool Nickname(const Texts& l, const char* p, const XParams& x) override { return Log("Nickname", l, p, x); }
-    bool Photo(const char* a, const char* b, const void* d, const unsigned int& n, const char* c) override {
-        return Log("Photo", a, b, Data{d, n}, c); }
-    bool Birthday(const char* a, const char* b) override { return Log("Birthday", a, b); }
-    bool Address(const char* a, const char* b, const char* c, const char* d, const char* e, const char* f,
-                 const char* g, const unsigned char& t, const char* p, const XParams& x) override {
-        return Log("Address", a, b, c, d, e, f, g, t, p, x); }
-    bool Label(const char* a, const unsigned char& t, const char* p, const XParams& x) override { return Log("Label", a, t, p, x); }
-    bool Telephone(const char* a, const unsigned short& t, const unsigned char& b, const unsigned short& f,
-                   const char* c, const XParams& x) override { return Log("Telephone", a, t, b, f, c, x); }
-    bool Email(const char* a, const unsigned char& t) override { return Log("Email", a, t); }
-    bool Mailer(const char* a, const char* p, const XParams& x) override { return Log("Mailer", a, p, x); }
-    bool Timezone(const char* a, const char* b) override { return Log("Timezone", a, b); }
-    bool GeographicPosition(const char* a, const char* b) override { return Log("GeographicPosition", a, b); }
-    bool Title(const char* a, const char* p, const XParams& x) override { return Log("Title", a, p, x); }
-    bool Role(const char* a, const char* p, const XParams& x) override { return Log("Role", a, p, x); }
-    bool Logo(const char* a, const char* b, const void* d, const unsigned int& n, const char* c) override {
-        return Log("Logo", a, b, Data{d, n}, c); }
-    bool Agent(const char* a, const char* b) override { return Log("Agent", a, b); }
-    bool Organization(const char* a, const Texts& l) override { return Log("Organization", a, l); }
-    bool Categories(const Texts& l, const char* p, const XParams& x) override { return Log("Categories", l, p, x); }
-    bool Note(const char* a, const char* p, const XParams& x) override { return Log("Note", a, p, x); }
-    bool Revision(const char* a, const char* b) override { return Log("Revision", a, b); }
-    bool SortString(const char* a, const char* p, const XParams& x) override { return Log("SortString", a, p, x); }
-    bool Sound(const char* a, const char* b, const void* d, const unsigned int& n, const char* c, const char* f,
-               const char* n1, const char* n2, const char* n3, const char* n4, const char* n5) override {
-        return Log("Sound", a, b, Data{d, n}, c, f, n1, n2, n3, n4, n5); }
-    bool UID(const char* a) override { return Log("UID", a); }
-    bool SpeedDial(const char* a) override { return Log("SpeedDial", a); }
-    bool XUID(const char* a) override { return Log("XUID", a); }
-    bool XUCI(const char* a, int n, unsigned short u) override { return Log("XUCI", a, n, u); }
-    bool Handle(const char* a) override { return Log("Handle", a); }
-    bool URL(const char* a) override { return Log("URL", a); }
-    bool Version(const char* a) override { return Log("Version", a); }
-    bool Classification(const char* a) override { return Log("Classification", a); }
-    bool ProdID(const char* a) override { return Log("ProdID", a); }
-    bool Key(const char* a, const char* b, const void* d, const unsigned int& n) override { return Log("Key", a, b, Data{d, n}); }
-    bool PhotoAvailability(const bool& b) override { return Log("PhotoAvailability", b ? 1 : 0); }
-    bool NonStandardProperty(const char* a, const char* b, const void* d, const unsigned int& n,
-                             const XParams& x) override { return Log("NonStandardProperty", a, b, Data{d, n}, x); }
-    // clang-format on
 
-  protected:
-    struct Data {
-        const void* data;
-        unsigned int length;
-    };
-    static std::string Arg(const char* t) { return t == nullptr ? "-" : t; }
-    static std::string Arg(long long n) { return std::to_string(n); }
-    static std::string Arg(const Data& d) {
-        if (d.data == nullptr) return "-#" + std::to_string(d.length);
-        std::string s = "#" + std::to_string(d.length) + ":";
-        const unsigned char* p = static_cast<const unsigned char*>(d.data);
-        ReadEvery(p, d.length);  // only eight are shown, but all must be there
-        for (unsigned int i = 0; i < d.length && i < 8; ++i) {
-            char hex[3];
-            std::snprintf(hex, sizeof hex, "%02x", p[i]);
-            s += hex;
+  private:
+    struct Arg {
+        std::string operator()(const char* t) const { return t == nullptr ? "-" : t; }
+        std::string operator()(long long n) const { return std::to_string(n); }
+        std::string operator()(const Data& d) const {
+            if (d.data == nullptr) return "-#" + std::to_string(d.length);
+            std::string s = "#" + std::to_string(d.length) + ":";
+            const unsigned char* p = static_cast<const unsigned char*>(d.data);
+            ReadEvery(p, d.length);  // only eight are shown, but all must be there
+            for (unsigned int i = 0; i < d.length && i < 8; ++i) {
+                char hex[3];
+                std::snprintf(hex, sizeof hex, "%02x", p[i]);
+                s += hex;
+            }
+            return s;
         }
-        return s;
-    }
-    static std::string Arg(const Texts& l) {
-        std::string s = "[";
-        for (const char* t : l) s += (s.size() > 1 ? "," : "") + Arg(t);
-        return s + "]";
-    }
-    static std::string Arg(const XParams& l) {
-        std::string s = "[";
-        for (const tXParam& x : l)
-            s += (s.size() > 1 ? "," : "") + Arg(x.name) + "=" + Arg(x.value);
-        return s + "]";
-    }
-    template <typename... Args>
-    bool Log(const char* op, const Args&... args) {
-        std::string line = op;
-        line += "(";
-        std::string sep;
-        ((line += sep + Arg(args), sep = "|"), ...);
-        calls.push_back(line + ")");
-        return true;
-    }
+        std::string operator()(const Texts& l) const {
+            std::string s = "[";
+            for (const char* t : l) s += (s.size() > 1 ? "," : "") + (*this)(t);
+            return s + "]";
+        }
+        std::string operator()(const XParams& l) const {
+            std::string s = "[";
+            for (const tXParam& x : l)
+                s += (s.size() > 1 ? "," : "") + (*this)(x.name) + "=" + (*this)(x.value);
+            return s + "]";
+        }
+    };
+};
+
+// The sink comes first, so that it exists when the receiver is handed it.
+class RecordingReceiver : public ContactLog, public PimShared::TContactReceiverFor<ContactLog> {
+  public:
+    RecordingReceiver()
+        : PimShared::TContactReceiverFor<ContactLog>(static_cast<ContactLog&>(*this)) {}
 };
 
 }  // namespace TestSupport
