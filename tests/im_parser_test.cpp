@@ -76,18 +76,18 @@ TEST_P(IMReading, Calls) {
 }
 
 const std::string kEmptyParticipant =
-    "Participant(4294967295,null,null,4294967295,null,null,null,4294967295,null,255)";
+    "ConversationParticipant(4294967295,null,null,4294967295,null,null,null,4294967295,null,255)";
 
 const Case kCases[] = {
     {"a value before any extended-data node joins the list that node then clears",
      Message(900, {I32(992, 5), Node(990, {U8(991, 2), I32(992, 7), I32(992, 8)})}),
-     {"Begin(7)", "ExtendedData([2:7][2:8])", "End"}},
+     {"Begin(7)", "ExtendedData([2 7],[2 8])", "End"}},
     {"values outside the node are taken without complaint",
      Node(2, {U32(10, 7), Node(900, {Node(990, {U8(991, 4)}), I32(992, 1)}), I32(992, 2)}),
      {"Begin(7)", "ExtendedData()", "End"}},
     {"a node starts its key at zero",
      Message(900, {U8(991, 9), Node(990, {I32(992, 1)})}),
-     {"Begin(7)", "ExtendedData([0:1])", "End"}},
+     {"Begin(7)", "ExtendedData([0 1])", "End"}},
     {"mailbox client in a group and alone",
      Message(900, {Node(965, {Str(966, "g"), Node(930, {U8(931, 3), U8(934, 2), Str(932, "A")})}),
                    Node(930, {U8(934, 1)}), Node(930)}),
@@ -101,7 +101,7 @@ const Case kCases[] = {
     {"participant leaves by position",
      Message(900, {Node(980, {Str(988, "6"), U8(989, 0), U8(987, 1), U8(983, 2), Str(981, "1"),
                               Str(986, "5")})}),
-     {"Begin(7)", "Participant(4294967295,'1',null,2,null,null,'5',1,'6',0)", "End"}},
+     {"Begin(7)", "ConversationParticipant(4294967295,'1',null,2,null,null,'5',1,'6',0)", "End"}},
     {"owner and conversation leaves",
      Message(900, {U8(996, 3), U8(999, 2), U8(967, 1), U8(995, 0), Str(997, "t"), Str(998, "l"),
                    Str(974, "s")}),
@@ -117,7 +117,7 @@ const Case kCases[] = {
      Message(900, {Node(940, {Blob(943, "x"), Str(944, "L")}),
                    Node(935, {U8(936, 1), Str(937, "tok"), Node(940, {Str(944, "L")})})}),
      {"Begin(7)", "Trace(3,'Body content and body content link are set')",
-      "BodyTokens('tok','','L')", "ContentType(1,'tok')", "End"}},
+      "BodyTypedLink('tok','','L')", "ContentType(1,'tok')", "End"}},
     {"refusals",
      Message(900, {U8(925, 1), U8(934, 1), U8(983, 1), U8(987, 1), U8(989, 1), Str(981, "x"),
                    Str(988, "x"), I32(991, 1), U8(992, 1), Node(623)}),

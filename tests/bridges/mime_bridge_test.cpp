@@ -105,16 +105,16 @@ TEST(MimeImport, EntitiesNestAsThePartsDo) {
           "ContentTypeParam(5,5,null,null)",  // format=flowed
           "ContentTypeParam(1,1,'type','text/html')", "ContentTypeParam(1,1,'Version','2')",
           "ContentTypeParam(4,1,null,'Pläne.pdf')",  // encoded word in a parameter
-          "Disposition(2,null)", "Disposition(3,null)",
-          "DispositionParam(2,'Pläne.pdf',null)",  // RFC 2231
-          "DispositionParam(6,'295',null)",
-          "DispositionParam(3,'Mon, 3 Mar 2025 08:00:00 +0100',null)",
-          "DispositionParam(1,'kept','x-note')", "ContentId('<logo@example.org>')",
+          "ContentDispositionType(2,null)", "ContentDispositionType(3,null)",
+          "ContentDispositionTypeParam(2,'Pläne.pdf',null)",  // RFC 2231
+          "ContentDispositionTypeParam(6,'295',null)",
+          "ContentDispositionTypeParam(3,'Mon, 3 Mar 2025 08:00:00 +0100',null)",
+          "ContentDispositionTypeParam(1,'kept','x-note')", "ContentId('<logo@example.org>')",
           "ContentDescription('the logo')",
-          "BodyContent(4,3,'Gr\xFC\xDF"
+          "Body(4,3,'Gr\xFC\xDF"
           "e aus K\xF6ln, \nthe plan is attached.',38)",
           "Mailbox(0,'Earlier','earlier@example.org')", "Subject('the earlier mail')",
-          "BodyContent(5,0,'custom bytes',12)"}) {
+          "Body(5,0,'custom bytes',12)"}) {
         EXPECT_TRUE(Has(calls, call)) << call;
     }
 }
@@ -130,31 +130,31 @@ TEST(MimeImport, Bodies) {
     };
     const Case cases[] = {
         {"no encoding field: 7bit, us-ascii", "Content-Type: text/plain\n\nhi\r\nthere\n",
-         "BodyContent(1,1,'hi\nthere\n',9)", false},
+         "Body(1,1,'hi\nthere\n',9)", false},
         {"8bit utf-8",
          "Content-Type: text/plain; charset=UTF-8\nContent-Transfer-Encoding: 8bit\n\nä\n",
-         "BodyContent(2,2,'ä\n',3)", false},
+         "Body(2,2,'ä\n',3)", false},
         {"binary stays byte for byte",
          "Content-Type: application/octet-stream\nContent-Transfer-Encoding: binary\n\na\r\nb\n",
-         "BodyContent(3,0,'a\r\nb\n',5)", false},
+         "Body(3,0,'a\r\nb\n',5)", false},
         {"base64 windows-1252",
          "Content-Type: text/plain; charset=windows-1252\nContent-Transfer-Encoding: "
          "base64\n\ngA0K\n",
-         "BodyContent(5,5,'\x80\r\n',3)", false},
+         "Body(5,5,'\x80\r\n',3)", false},
         {"ISO_8859-1 is iso-8859-1",
          "Content-Type: text/plain; charset=ISO_8859-1\nContent-Transfer-Encoding: "
          "quoted-printable\n\n=E9\n",
-         "BodyContent(4,3,'\xE9\n',2)", false},
+         "Body(4,3,'\xE9\n',2)", false},
         {"a charset of no member", "Content-Type: text/plain; charset=koi8-r\n\nx\n",
-         "BodyContent(1,0,'x\n',2)", false},
+         "Body(1,0,'x\n',2)", false},
         {"uuencode is decoded and travels as base64",
          "Content-Type: text/plain\nContent-Transfer-Encoding: x-uuencode\n\n"
          "begin 644 a.txt\n#:&D*\n`\nend\n",
-         "BodyContent(5,1,'hi\n',3)", true},
+         "Body(5,1,'hi\n',3)", true},
         {"an encoding GMime does not know travels as sent",
          "Content-Type: text/plain\nContent-Transfer-Encoding: x-rot13\n\nuv\n",
-         "BodyContent(1,1,'uv\n',3)", true},
-        {"empty body", "Content-Type: text/plain\n\n", "BodyContent(1,1,'',0)", false},
+         "Body(1,1,'uv\n',3)", true},
+        {"empty body", "Content-Type: text/plain\n\n", "Body(1,1,'',0)", false},
     };
     for (const Case& c : cases) {
         const ImportResult r = Eml(std::string("Subject: s\nMIME-Version: 1.0\n") + c.part);
@@ -234,19 +234,19 @@ TEST(MimeImport, NothingChangesSilently) {
         {"parameter with bytes not valid in its charset",
          "From: a@b.c\nContent-Type: text/plain\nContent-Disposition: attachment;\n"
          " filename*=utf-8''caf%E9\n\nx\n",
-         "DispositionParam(2,'café',null)",
+         "ContentDispositionTypeParam(2,'café',null)",
          "Content-Disposition:3:a parameter value: bytes not valid in utf-8, read as windows-1252",
          Kind::Converted},
         {"a character split across encoded words is no fault",
          "From: a@b.c\nSubject: =?utf-8?Q?Caf=C3?= =?utf-8?Q?=A9?=\n\nx\n", "Subject('Café')",
          nullptr, Kind::Converted},
         {"8-bit body without a charset", "From: a@b.c\nContent-Type: text/plain\n\nCaf\xE9\n",
-         "BodyContent(1,0,'Caf\xE9\n',5)",
-         "Body:2:8-bit text without a charset: kept as sent, undecoded", Kind::Converted},
+         "Body(1,0,'Caf\xE9\n',5)", "Body:2:8-bit text without a charset: kept as sent, undecoded",
+         Kind::Converted},
         {"body in an unknown charset",
          "From: a@b.c\nContent-Type: text/plain; charset=x-bogus\n\nCaf\xE9\n",
-         "BodyContent(1,0,'Caf\xE9\n',5)",
-         "Body:2:unknown charset x-bogus: kept as sent, undecoded", Kind::Converted},
+         "Body(1,0,'Caf\xE9\n',5)", "Body:2:unknown charset x-bogus: kept as sent, undecoded",
+         Kind::Converted},
         {"message parts nested deeper than GMime reads", Deep(600, false), "Subject('level 511')",
          "(parts):1539:nested deeper than GMime reads (1024 levels, a message part counting two): "
          "kept as one body, as it was sent",
@@ -295,8 +295,7 @@ TEST(MimeImport, MboxQuotingBothWays) {
     ASSERT_TRUE(r.ok) << r.error;
     ASSERT_EQ(r.items.size(), 2u);
     EXPECT_EQ(r.items[1].line, 14u);
-    EXPECT_TRUE(
-        Has(Calls(r, 0), "BodyContent(1,1,'" + body + "'," + std::to_string(body.size()) + ")"));
+    EXPECT_TRUE(Has(Calls(r, 0), "Body(1,1,'" + body + "'," + std::to_string(body.size()) + ")"));
     EXPECT_TRUE(Has(Calls(r, 0), "Begin(0)"));
     EXPECT_TRUE(Has(Calls(r, 1), "Begin(1)"));
 

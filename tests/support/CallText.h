@@ -22,20 +22,24 @@ struct Data {
 
 template <typename Op, typename Format, typename Args, std::size_t... I>
 std::string ArgTextsOf([[maybe_unused]] Format& format, [[maybe_unused]] const char* separator,
-                       [[maybe_unused]] const Args& args, std::index_sequence<I...>) {
+                       [[maybe_unused]] bool skipEmpty, [[maybe_unused]] const Args& args,
+                       std::index_sequence<I...>) {
     std::string text;
     bool first = true;
     [[maybe_unused]] auto add = [&](auto index) {
         constexpr std::size_t i = decltype(index)::value;
         if constexpr (!PimShared::Description::IsDataLength<Op, i>()) {
             using T = std::decay_t<std::tuple_element_t<i, Args>>;
+            std::string one;
+            if constexpr (std::is_same_v<T, const void*>) {
+                one = format(Data{std::get<i>(args), std::get<i + 1>(args)});
+            } else {
+                one = format(std::get<i>(args));
+            }
+            if (skipEmpty && one.empty()) return;
             if (!first) text += separator;
             first = false;
-            if constexpr (std::is_same_v<T, const void*>) {
-                text += format(Data{std::get<i>(args), std::get<i + 1>(args)});
-            } else {
-                text += format(std::get<i>(args));
-            }
+            text += one;
         }
     };
     (add(std::integral_constant<std::size_t, I>{}), ...);
@@ -45,7 +49,14 @@ std::string ArgTextsOf([[maybe_unused]] Format& format, [[maybe_unused]] const c
 // The arguments of operation Op, each through format, joined by separator.
 template <typename Op, typename Format, typename... A>
 std::string ArgTexts(Format&& format, const char* separator, const A&... args) {
-    return ArgTextsOf<Op>(format, separator, std::forward_as_tuple(args...),
+    return ArgTextsOf<Op>(format, separator, false, std::forward_as_tuple(args...),
+                          std::index_sequence_for<A...>{});
+}
+
+// The same, leaving out the arguments whose text is empty.
+template <typename Op, typename Format, typename... A>
+std::string NonEmptyArgTexts(Format&& format, const char* separator, const A&... args) {
+    return ArgTextsOf<Op>(format, separator, true, std::forward_as_tuple(args...),
                           std::index_sequence_for<A...>{});
 }
 

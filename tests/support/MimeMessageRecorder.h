@@ -9,9 +9,12 @@
 #include <cctype>
 #include <initializer_list>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "pimshared/common/IMimeMessageAttributes.h"
+#include "support/CallText.h"
 
 namespace MimeTest {
 
@@ -87,13 +90,12 @@ inline std::string N(unsigned v) {
     return std::to_string(v);
 }
 
-// Records the shared operations of a receiver interface (or writes them to
-// another implementation of the same interface). A call answers false when
-// its line starts with stopOn.
-template <class Base>
-class TRecorder : public Base {
-  public:
-    using A = PimShared::IMimeMessageAttributes;
+// Records every call of an e-mail or instant-message receiver as one line:
+// Name, or Name(arguments) when it has any, texts quoted or null, numbers
+// and enumerations unsigned, data as its quoted bytes and their count, lists
+// as their entries ([fields] for records). A call answers false when its line
+// starts with stopOn.
+struct MimeLog {
     std::vector<std::string> calls;
     std::string stopOn = "\x01";
 
@@ -101,60 +103,55 @@ class TRecorder : public Base {
         calls.push_back(line);
         return line.rfind(stopOn, 0) != 0;
     }
-
-    bool End() override { return Log("End"); }
-    bool BeginEntity() override { return Log("BeginEntity"); }
-    bool EndEntity() override { return Log("EndEntity"); }
-    bool Priority(const unsigned char& v) override { return Log("PriorityLevel(" + N(v) + ")"); }
-    bool Body(const A::eBodyEncoding& e, const A::eBodyCharset& c, const void* content,
-              const unsigned& n) override {
-        const char* p = static_cast<const char*>(content);
-        return Log("BodyContent(" + N(e) + "," + N(c) + "," +
-                   (p == nullptr ? "null" : "'" + std::string(p, n) + "'") + "," + N(n) + ")");
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        if (sizeof...(A) == 0) return Log(Op::kName);
+        return Log(std::string(Op::kName) + "(" +
+                   TestSupport::NonEmptyArgTexts<Op>(Arg{}, ",", args...) + ")");
     }
-    bool Body(const A::eBodyEncoding& e, const A::eBodyCharset& c, const char* link) override {
-        return Log("BodyLink(" + N(e) + "," + N(c) + "," + T(link) + ")");
-    }
-    bool Body(const char* type, const char* subtype, const char* link) override {
-        return Log("BodyTokens(" + T(type) + "," + T(subtype) + "," + T(link) + ")");
-    }
-    bool ContentDispositionType(const A::eContentDispositionType& v, const char* t) override {
-        return Log("Disposition(" + N(v) + "," + T(t) + ")");
-    }
-    bool ContentDispositionTypeParam(const A::eContentDispositionParamName& n, const char* v,
-                                     const char* t) override {
-        return Log("DispositionParam(" + N(n) + "," + T(v) + "," + T(t) + ")");
-    }
-    bool ContentSubtype(const A::eContentSubtype& v, const char* t) override {
-        return Log("ContentSubtype(" + N(v) + "," + T(t) + ")");
-    }
-    bool ContentType(const A::eContentType& v, const char* t) override {
-        return Log("ContentType(" + N(v) + "," + T(t) + ")");
-    }
-    bool ContentTypeParam(const A::eContentParamName& n, const A::eContentParamValue& v,
-                          const char* nt, const char* vt) override {
-        return Log("ContentTypeParam(" + N(n) + "," + N(v) + "," + T(nt) + "," + T(vt) + ")");
-    }
-    bool Priority(const A::ePriority& v) { return Log("Priority(" + N(v) + ")"); }
-    bool TraceMessage(const int& code, const char* text) {
+    bool Trace(const int& code, const char* text) {
         return Log("Trace(" + std::to_string(code) + "," + T(text) + ")");
     }
 
-    // One line per operation of a text or a number (IMRecorder uses them too).
-    // clang-format off
-#define MIMETEST_TEXT(Op) bool Op(const char* s) override { return Log(#Op "(" + T(s) + ")"); }
-#define MIMETEST_NUMBER(Op, Type) \
-    bool Op(const Type& v) override { return Log(#Op "(" + N(v) + ")"); }
-    MIMETEST_TEXT(Comments) MIMETEST_TEXT(ContentDescription) MIMETEST_TEXT(ContentId)
-    MIMETEST_TEXT(Folder) MIMETEST_TEXT(InReplyTo) MIMETEST_TEXT(Instance) MIMETEST_TEXT(Keywords)
-    MIMETEST_TEXT(MessageId) MIMETEST_TEXT(MimeVersion) MIMETEST_TEXT(OrigDate)
-    MIMETEST_TEXT(SendingState) MIMETEST_TEXT(OrigDateLocal) MIMETEST_TEXT(References)
-    MIMETEST_TEXT(Subject)
-    MIMETEST_NUMBER(Begin, unsigned) MIMETEST_NUMBER(CutoffState, unsigned short)
-    MIMETEST_NUMBER(AttachmentAvailable, A::eAttachmentAvailable)
-    MIMETEST_NUMBER(ContentTransferEncodingEnum, A::eContentTransferEncoding)
-    MIMETEST_NUMBER(ReadStatus, A::eReadStatus) MIMETEST_NUMBER(DownloadState, A::eDownloadState)
-    // clang-format on
+  private:
+    struct Arg {
+        std::string operator()(const char* t) const { return T(t); }
+        std::string operator()(const TestSupport::Data& d) const {
+            const char* p = static_cast<const char*>(d.data);
+            return (p == nullptr ? "null" : "'" + std::string(p, d.length) + "'") + "," +
+                   N(d.length);
+        }
+        template <typename V>
+        std::string operator()(const V& v) const {
+            if constexpr (std::is_integral_v<V> && std::is_signed_v<V>) {
+                return std::to_string(v);
+            } else if constexpr (std::is_arithmetic_v<V> || std::is_enum_v<V>) {
+                return N(static_cast<unsigned>(v));
+            } else if constexpr (std::is_class_v<std::decay_t<decltype(*v.begin())>>) {
+                std::string s;
+                for (const auto& record : v) s += (s.empty() ? "" : ",") + Record(record);
+                return s;
+            }
+        }
+        template <typename R>
+        std::string Record(const R& record) const {
+            std::string s;
+            std::apply(
+                [&](auto... field) {
+                    ((s += (s.empty() ? "[" : " ") + (*this)(record.*field)), ...);
+                },
+                PimShared::Description::Record<R>::kFields);
+            return s + "]";
+        }
+    };
+};
+
+// The recorder of an item's receiver. The sink comes first, so that it exists
+// when the receiver is handed it.
+template <class Item>
+class TRecorder : public MimeLog, public Item::template ReceiverFor<MimeLog> {
+  public:
+    TRecorder() : Item::template ReceiverFor<MimeLog>(static_cast<MimeLog&>(*this)) {}
 };
 
 // The bytes a creator hands out, or DE AD when it refuses.
