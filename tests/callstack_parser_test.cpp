@@ -3,6 +3,7 @@
 #include <string>
 
 #include "pimshared/callstack/TLVCallstackParser.h"
+#include "support/LogRecorder.h"
 #include "support/TlvStreamText.h"
 
 namespace {
@@ -10,38 +11,7 @@ namespace {
 using TestSupport::Bytes;
 using TestSupport::Stream;
 
-// Writes every call as "Name(args)", blank-separated; answers traceAnswer to
-// reports and stopAnswer to everything else.
-class Recorder : public PimShared::ICallstackReceiver {
-  public:
-    std::string log;
-    bool traceAnswer = true;
-    bool stopAnswer = true;
-
-    bool Begin(const unsigned int& kind, const unsigned int& instance) override {
-        return Log("Begin", std::to_string(kind) + "," + std::to_string(instance));
-    }
-    // clang-format off
-    bool End() override { return Log("End", ""); }
-    bool CallByte(const unsigned char& v) override { return Log("CallByte", std::to_string(v)); }
-    bool CallFlag(const bool& v) override { return Log("CallFlag", v ? "true" : "false"); }
-    bool CallText1(const char* t) override { return Log("CallText1", t); }
-    bool CallText2(const char* t) override { return Log("CallText2", t); }
-    bool CallText3(const char* t) override { return Log("CallText3", t); }
-    bool CallText4(const char* t) override { return Log("CallText4", t); }
-    bool CallText5(const char* t) override { return Log("CallText5", t); }
-    // clang-format on
-    bool TraceMessage(const int& code, const char* text) override {
-        Log("Trace", std::to_string(code) + "," + text);
-        return traceAnswer;
-    }
-
-  private:
-    bool Log(const char* op, const std::string& args) {
-        log += (log.empty() ? "" : " ") + std::string(op) + "(" + args + ")";
-        return stopAnswer;
-    }
-};
+using Recorder = TestSupport::CallListRecorder;
 
 struct Case {
     const char* name;
@@ -109,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Streams, CallstackParse, testing::ValuesIn(kCases),
 TEST(CallstackParser, OnlyReportAnswersStopTheWalk) {
     Recorder receiver;
     PimShared::CTLVCallstackParser parser(receiver);
-    receiver.stopAnswer = false;
+    receiver.stopAt = "*";
     EXPECT_TRUE(ParseInto(parser, Stream("{5 {2000 s:2011=a u8:2016=1 } }")));
     EXPECT_EQ(receiver.log, "Begin(1,0) CallText1(a) CallFlag(true) End()");
 

@@ -34,7 +34,7 @@
 #include "support/ContactRecorder.h"
 #include "support/EmailRecorder.h"
 #include "support/IMRecorder.h"
-#include "support/SmsRecorder.h"
+#include "support/LogRecorder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "pimshared/sms/TLVSMSCreator.h"
 #include "pimshared/sms/TLVSMSParser.h"
-#include "support/SmsRecorder.h"
+#include "support/LogRecorder.h"
 #include "support/TlvStreamText.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "pimshared/sms/TLVSMSParser.h"
-#include "support/SmsRecorder.h"
+#include "support/LogRecorder.h"
 #include "support/TlvStreamText.h"
 
 namespace {

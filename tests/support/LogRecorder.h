@@ -1,8 +1,9 @@
-#ifndef PIMTLV_TESTS_SUPPORT_SMSRECORDER_H
-#define PIMTLV_TESTS_SUPPORT_SMSRECORDER_H
+#ifndef PIMTLV_TESTS_SUPPORT_LOGRECORDER_H
+#define PIMTLV_TESTS_SUPPORT_LOGRECORDER_H
 
 #include <string>
 
+#include "pimshared/callstack/CallstackDescription.h"
 #include "pimshared/sms/SMSDescription.h"
 
 namespace TestSupport {
@@ -10,9 +11,10 @@ namespace TestSupport {
 // Writes every receiver call as "Name(args)" into log, blank-separated, the
 // arguments comma-separated; null texts as "-", and a refusal text
 // "Unexpected <kind> with type ID = <id>", when it has exactly that shape,
-// as "<kind> <id>". Answers false to the operation named stopAt, and
-// traceAnswer to every TraceMessage.
-struct SmsLogSink {
+// as "<kind> <id>"; flags as true or false. Answers false to the operation
+// named stopAt (to every operation for "*"), and traceAnswer to every
+// TraceMessage.
+struct LogSink {
     std::string log;
     std::string stopAt;
     bool traceAnswer = true;
@@ -29,11 +31,13 @@ struct SmsLogSink {
             brief = brief.substr(head.size(), cut - head.size()) + " " +
                     brief.substr(cut + tail.size());
         }
-        return Log("Trace", std::to_string(code) + "," + brief) && traceAnswer;
+        Log("Trace", std::to_string(code) + "," + brief);
+        return traceAnswer;
     }
 
   private:
     static std::string Str(const char* t) { return t == nullptr ? "-" : t; }
+    static std::string Str(bool flag) { return flag ? "true" : "false"; }
     template <typename T>
     static std::string Str(const T& number) {
         return std::to_string(number);
@@ -47,15 +51,19 @@ struct SmsLogSink {
     }
     bool Log(const std::string& op, const std::string& args) {
         log += (log.empty() ? "" : " ") + op + "(" + args + ")";
-        return op != stopAt;
+        return op != stopAt && stopAt != "*";
     }
 };
 
-// The sink comes first, so that it exists when the receiver is handed it.
-class SmsRecorder : public SmsLogSink, public PimShared::TSmsReceiverFor<SmsLogSink> {
+// The recorder of an item's receiver. The sink comes first, so that it
+// exists when the receiver is handed it.
+template <typename Item>
+class TLogRecorder : public LogSink, public Item::template ReceiverFor<LogSink> {
   public:
-    SmsRecorder() : PimShared::TSmsReceiverFor<SmsLogSink>(static_cast<SmsLogSink&>(*this)) {}
+    TLogRecorder() : Item::template ReceiverFor<LogSink>(static_cast<LogSink&>(*this)) {}
 };
+using SmsRecorder = TLogRecorder<PimShared::SmsItem>;
+using CallListRecorder = TLogRecorder<PimShared::CallListItem>;
 
 }  // namespace TestSupport
 
