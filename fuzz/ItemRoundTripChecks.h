@@ -8,15 +8,16 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "fuzz/DescribedOps.h"
 #include "fuzz/ItemParserChecks.h"
 #include "fuzz/ItemRoundTrip.h"
-#include "pimshared/calendar/TLVCalendarCreator.h"
+#include "pimshared/calendar/CalendarDescription.h"
 #include "pimshared/contact/TLVContactCreator.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/im/TLVIMCreator.h"
-#include "pimshared/note/TLVNoteCreator.h"
-#include "pimshared/sms/TLVSMSCreator.h"
-#include "pimshared/task/TLVTaskCreator.h"
+#include "pimshared/note/NoteDescription.h"
+#include "pimshared/sms/SMSDescription.h"
+#include "pimshared/task/TaskDescription.h"
 
 namespace PimTlvFuzz {
 
@@ -38,99 +39,26 @@ constexpr Asymmetry kCalendarFamilyAsymmetries[] = {
     {Asym::EmptyItemUnclosed, "an item without properties is not closed when read"},
 };
 
-// Not given (0xFFFFFFFF, a quarter of the time), or a value below 2^31 whose
-// low byte travels.
-template <typename E>
-E Optional(OpArgs& a) {
-    const bool given = a.Number() % 4 != 3;
-    const std::uint32_t value = a.Number(Asym::LowByte) & 0x7FFFFFFFu;
-    return static_cast<E>(given ? value : 0xFFFFFFFFu);
-}
-
 constexpr Asym kMain = Asym::NullTextEmpty;
 
-// The operations the three items share, for any of their attributes
-// interfaces.
+// A property's main text (its first argument), list entries and x-parameters
+// are written even when absent.
 template <typename A>
-constexpr std::array<Op<A>, 15> CalendarFamilyOps() {
-    return {{
-        {"ProductIdentifier",
-         [](A& t, OpArgs& a) { return t.ProductIdentifier(a.Text(kMain), a.XParams(kMain)); }},
-        {"Version", [](A& t, OpArgs& a) { return t.Version(a.Text(kMain), a.XParams(kMain)); }},
-        {"Categories",
-         [](A& t, OpArgs& a) { return t.Categories(a.Texts(kMain), a.Text(), a.XParams(kMain)); }},
-        {"Classification",
-         [](A& t, OpArgs& a) { return t.Classification(a.Text(kMain), a.XParams(kMain)); }},
-        {"Description",
-         [](A& t, OpArgs& a) {
-             return t.Description(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
-         }},
-        {"Status", [](A& t, OpArgs& a) { return t.Status(a.Text(kMain), a.XParams(kMain)); }},
-        {"Summary",
-         [](A& t, OpArgs& a) {
-             return t.Summary(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
-         }},
-        {"UniqueIdentifier",
-         [](A& t, OpArgs& a) { return t.UniqueIdentifier(a.Text(kMain), a.XParams(kMain)); }},
-        {"DateTimeCreated",
-         [](A& t, OpArgs& a) { return t.DateTimeCreated(a.DateTime(), a.XParams(kMain)); }},
-        {"LastModified",
-         [](A& t, OpArgs& a) { return t.LastModified(a.DateTime(), a.XParams(kMain)); }},
-        {"SequenceNumber",
-         [](A& t, OpArgs& a) {
-             return t.SequenceNumber(static_cast<unsigned short>(a.Number()), a.XParams(kMain));
-         }},
-        {"Attendee",
-         [](A& t, OpArgs& a) {
-             const char* address = a.Text(kMain);
-             const char* cuType = a.Text();
-             const auto& members = a.Texts(kMain);
-             const char* role = a.Text();
-             const char* partStat = a.Text();
-             const auto rsvp = Optional<PimShared::eRsvpType>(a);
-             const auto& to = a.Texts(kMain);
-             const auto& from = a.Texts(kMain);
-             const char* sentBy = a.Text();
-             const char* name = a.Text();
-             const char* directory = a.Text();
-             const char* language = a.Text();
-             return t.Attendee(address, cuType, members, role, partStat, rsvp, to, from, sentBy,
-                               name, directory, language, a.XParams(kMain));
-         }},
-        {"Organizer",
-         [](A& t, OpArgs& a) {
-             return t.Organizer(a.Text(kMain), a.Text(), a.Text(), a.Text(), a.Text(),
-                                a.XParams(kMain));
-         }},
-        {"SendStatus",
-         [](A& t, OpArgs& a) { return t.SendStatus(static_cast<unsigned char>(a.Number())); }},
-        {"InstanceName", [](A& t, OpArgs& a) { return t.InstanceName(a.Text()); }},
-    }};
-}
-
-template <typename A>
-constexpr std::array<Op<A>, 2> LocationAndPriorityOps() {
-    return {{
-        {"Location",
-         [](A& t, OpArgs& a) {
-             return t.Location(a.Text(kMain), a.Text(), a.Text(), a.XParams(kMain));
-         }},
-        {"Priority",
-         [](A& t, OpArgs& a) {
-             return t.Priority(static_cast<unsigned char>(a.Number()), a.XParams(kMain));
-         }},
-    }};
-}
-
-template <typename A>
-constexpr std::array<Op<A>, 2> StartOps() {
-    return {{
-        {"DateTimeStart",
-         [](A& t, OpArgs& a) { return t.DateTimeStart(a.DateTime(), a.Text(), a.XParams(kMain)); }},
-        {"DateTimeStartLocal",
-         [](A& t, OpArgs& a) { return t.DateTimeStartLocal(a.DateTime(), a.XParams(kMain)); }},
-    }};
-}
+struct CalendarFamilyRules {
+    template <typename P>
+    static constexpr Asym Default(std::size_t index) {
+        if constexpr (std::is_same_v<P, const char*>) {
+            return index == 0 ? kMain : Asym::None;
+        } else if constexpr (std::is_same_v<P, PAL::TVector<const char*>> ||
+                             std::is_same_v<P, PAL::TVector<PimShared::tXParam>>) {
+            return kMain;
+        } else {
+            return Asym::None;
+        }
+    }
+    static constexpr std::array<ArgRule, 0> kArgRules{};
+    static constexpr std::array<Op<A>, 0> kSpecial{};
+};
 
 struct EventItem {
     using Attributes = PimShared::ICalendarAttributes;
@@ -140,19 +68,8 @@ struct EventItem {
     template <typename Base>
     using Log = CalendarFamilyLog<Base>;
     static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
-    static constexpr std::array<Op<Attributes>, 2> kEndOps{{
-        {"DateTimeEnd",
-         [](Attributes& t, OpArgs& a) {
-             return t.DateTimeEnd(a.DateTime(), a.Text(), a.XParams(kMain));
-         }},
-        {"DateTimeEndLocal",
-         [](Attributes& t, OpArgs& a) {
-             return t.DateTimeEndLocal(a.DateTime(), a.XParams(kMain));
-         }},
-    }};
     static constexpr auto kOps =
-        Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
-             Join(StartOps<Attributes>(), kEndOps));
+        DescribedOps<PimShared::EventItem, CalendarFamilyRules<Attributes>>();
 };
 
 struct TaskItem {
@@ -163,15 +80,8 @@ struct TaskItem {
     template <typename Base>
     using Log = CalendarFamilyLog<Base>;
     static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
-    static constexpr std::array<Op<Attributes>, 1> kDueOps{{
-        {"DateTimeDueLocal",
-         [](Attributes& t, OpArgs& a) {
-             return t.DateTimeDueLocal(a.DateTime(), a.XParams(kMain));
-         }},
-    }};
     static constexpr auto kOps =
-        Join(Join(CalendarFamilyOps<Attributes>(), LocationAndPriorityOps<Attributes>()),
-             Join(StartOps<Attributes>(), kDueOps));
+        DescribedOps<PimShared::TaskItem, CalendarFamilyRules<Attributes>>();
 };
 
 struct NoteItem {
@@ -182,7 +92,8 @@ struct NoteItem {
     template <typename Base>
     using Log = CalendarFamilyLog<Base>;
     static constexpr const Asymmetry (&kAsymmetries)[3] = kCalendarFamilyAsymmetries;
-    static constexpr auto kOps = CalendarFamilyOps<Attributes>();
+    static constexpr auto kOps =
+        DescribedOps<PimShared::NoteItem, CalendarFamilyRules<Attributes>>();
 };
 
 // ---- Short messages ---------------------------------------------------------
@@ -201,57 +112,43 @@ struct SmsItem {
     };
     static constexpr Asym kText = Asym::NullTextEmpty;
     static constexpr Asym kByte = Asym::LowByte;
-    static constexpr Op<A> kOps[] = {
-        {"Body", [](A& t, OpArgs& a) { return t.Body(a.Text(kText)); }},
-        {"Concat",
-         [](A& t, OpArgs& a) {
-             const auto first = static_cast<unsigned char>(a.Number());
-             const auto second = static_cast<unsigned char>(a.Number());
-             return t.Concat(first, second, static_cast<unsigned char>(a.Number()));
-         }},
-        {"Destination", [](A& t, OpArgs& a) { return t.Destination(a.Text(kText)); }},
-        {"ReadStatus", [](A& t, OpArgs& a) { return t.ReadStatus(a.Enum<A::eReadStatus>(kByte)); }},
-        {"DownloadState",
-         [](A& t, OpArgs& a) { return t.DownloadState(a.Enum<A::eDownloadState>(kByte)); }},
-        {"Folder", [](A& t, OpArgs& a) { return t.Folder(a.Text(kText)); }},
-        {"Instance", [](A& t, OpArgs& a) { return t.Instance(a.Text(kText)); }},
-        {"Originator", [](A& t, OpArgs& a) { return t.Originator(a.Text(kText)); }},
-        // Written as one call with six parts, read as one call per non-empty
-        // part from the second on, that part at its place and the rest null;
-        // the first part is not carried.
-        {"OriginatorName",
-         [](A& t, OpArgs& a) {
-             const char* p[6];
-             for (const char*& part : p) part = a.Text();
-             return t.OriginatorName(p[0], p[1], p[2], p[3], p[4], p[5]);
-         },
-         [](A& t, OpArgs& a) {
-             const char* p[6];
-             for (const char*& part : p) part = a.Text();
-             for (int i = 1; i < 6; ++i) {
-                 if (p[i] == nullptr || p[i][0] == 0) continue;
-                 const char* one[6] = {};
-                 one[i] = p[i];
-                 t.OriginatorName(one[0], one[1], one[2], one[3], one[4], one[5]);
-             }
-             return true;
-         }},
-        // Empty or absent friendly names are refused, so these are exact.
-        {"OriginatorFName", [](A& t, OpArgs& a) { return t.OriginatorFName(a.Text()); }},
-        {"DestinationFName", [](A& t, OpArgs& a) { return t.DestinationFName(a.Text()); }},
-        {"ServiceCenter", [](A& t, OpArgs& a) { return t.ServiceCenter(a.Text(kText)); }},
-        {"SMSState", [](A& t, OpArgs& a) { return t.SMSState(a.Enum<A::eSMSState>(kByte)); }},
-        {"SMSType", [](A& t, OpArgs& a) { return t.SMSType(a.Enum<A::eSMSType>(kByte)); }},
-        {"StorageType",
-         [](A& t, OpArgs& a) { return t.StorageType(a.Enum<A::eStorageType>(kByte)); }},
-        {"StorageIndex",
-         [](A& t, OpArgs& a) { return t.StorageIndex(static_cast<unsigned short>(a.Number())); }},
-        {"SendingState", [](A& t, OpArgs& a) { return t.SendingState(a.Text(kText)); }},
-        {"Subject", [](A& t, OpArgs& a) { return t.Subject(a.Text(kText)); }},
-        {"Timestamp", [](A& t, OpArgs& a) { return t.Timestamp(a.Text(kText)); }},
-        {"TimestampLocal", [](A& t, OpArgs& a) { return t.TimestampLocal(a.Text(kText)); }},
-        {"Priority", [](A& t, OpArgs& a) { return t.Priority(a.Enum<A::ePriority>(kByte)); }},
+    // Every text is written, absent ones as empty, but the friendly names,
+    // which are refused when empty or absent; enumerations as their low byte.
+    struct Rules {
+        template <typename P>
+        static constexpr Asym Default(std::size_t) {
+            if constexpr (std::is_same_v<P, const char*>) return kText;
+            if constexpr (std::is_enum_v<P>) return kByte;
+            return Asym::None;
+        }
+        static constexpr std::array<ArgRule, 2> kArgRules{{
+            {"OriginatorFName", 0, Asym::None},
+            {"DestinationFName", 0, Asym::None},
+        }};
+        static constexpr std::array<Op<A>, 1> kSpecial{{
+            // Written as one call with six parts, read as one call per non-empty
+            // part from the second on, that part at its place and the rest null;
+            // the first part is not carried.
+            {"OriginatorName",
+             [](A& t, OpArgs& a) {
+                 const char* p[6];
+                 for (const char*& part : p) part = a.Text();
+                 return t.OriginatorName(p[0], p[1], p[2], p[3], p[4], p[5]);
+             },
+             [](A& t, OpArgs& a) {
+                 const char* p[6];
+                 for (const char*& part : p) part = a.Text();
+                 for (int i = 1; i < 6; ++i) {
+                     if (p[i] == nullptr || p[i][0] == 0) continue;
+                     const char* one[6] = {};
+                     one[i] = p[i];
+                     t.OriginatorName(one[0], one[1], one[2], one[3], one[4], one[5]);
+                 }
+                 return true;
+             }},
+        }};
     };
+    static constexpr auto kOps = DescribedOps<PimShared::SmsItem, Rules>();
 };
 
 // ---- Contacts ---------------------------------------------------------------
