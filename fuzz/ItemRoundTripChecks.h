@@ -12,7 +12,7 @@
 #include "fuzz/ItemParserChecks.h"
 #include "fuzz/ItemRoundTrip.h"
 #include "pimshared/calendar/CalendarDescription.h"
-#include "pimshared/contact/TLVContactCreator.h"
+#include "pimshared/contact/ContactDescription.h"
 #include "pimshared/email/TLVEmailCreator.h"
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/note/NoteDescription.h"
@@ -43,8 +43,7 @@ constexpr Asym kMain = Asym::NullTextEmpty;
 
 // A property's main text (its first argument), list entries and x-parameters
 // are written even when absent.
-template <typename A>
-struct CalendarFamilyRules {
+struct MainTextFirst {
     template <typename P>
     static constexpr Asym Default(std::size_t index) {
         if constexpr (std::is_same_v<P, const char*>) {
@@ -56,6 +55,10 @@ struct CalendarFamilyRules {
             return Asym::None;
         }
     }
+};
+
+template <typename A>
+struct CalendarFamilyRules : MainTextFirst {
     static constexpr std::array<ArgRule, 0> kArgRules{};
     static constexpr std::array<Op<A>, 0> kSpecial{};
 };
@@ -161,7 +164,7 @@ bool FirstOfTwo(OpArgs& a, Write write) {
     return first != nullptr ? write(first, nullptr) : write(nullptr, second);
 }
 
-struct ContactItem {
+struct ContactItem : MainTextFirst {
     using Attributes = PimShared::IContactAttributes;
     using A = Attributes;
     using Creator = PimShared::CTLVContactCreator;
@@ -183,13 +186,6 @@ struct ContactItem {
     // its end (6), and no call comes.
     static constexpr Diagnostic kXuidLeaf[] = {{6, ""}};
     static constexpr Diagnostic kHandleNode[] = {{2, ""}, {2, ""}, {6, ""}};
-    // One text, a text parameter if given, x-parameters.
-    template <bool (A::*op)(const char*, const char*, const PAL::TVector<PimShared::tXParam>&)>
-    static bool Texted(A& t, OpArgs& a) {
-        const char* text = a.Text(kMain);
-        const char* parameter = a.Text();
-        return (t.*op)(text, parameter, a.XParams(kMain));
-    }
     template <bool (A::*op)(const char*)>
     static bool Single(A& t, OpArgs& a) {
         return (t.*op)(a.Text(kMain));
@@ -203,14 +199,6 @@ struct ContactItem {
     static bool FirstWins(A& t, OpArgs& a) {
         return FirstOfTwo(a, [&t](const char* x, const char* y) { return (t.*op)(x, y); });
     }
-    template <bool (A::*op)(const char*, const char*, const void*, const unsigned int&,
-                            const char*)>
-    static bool Media(A& t, OpArgs& a) {
-        const char* text = a.Text();
-        const char* type = a.Text();
-        const Bytes data = a.Data();
-        return (t.*op)(text, type, data.data, data.length, a.Text());
-    }
     // Written as every text given; a node with no part at all is read without
     // its text parameter and x-parameters.
     static bool Parts(OpArgs& a, const char* (&parts)[7], int count) {
@@ -219,8 +207,17 @@ struct ContactItem {
         return any;
     }
 
-    static constexpr Op<A> kOps[] = {
-        {"FormattedName", Texted<&A::FormattedName>},
+    // The first text is not the main one here: both or neither are written.
+    static constexpr std::array<ArgRule, 6> kArgRules{{
+        {"Photo", 0, Asym::None},
+        {"Logo", 0, Asym::None},
+        {"Sound", 0, Asym::None},
+        {"Key", 0, Asym::None},
+        {"Label", 0, Asym::None},
+        {"GeographicPosition", 0, Asym::None},
+    }};
+    // Read back in another shape, or reported.
+    static constexpr std::array<Op<A>, 10> kSpecial{{
         {"Name",
          [](A& t, OpArgs& a) {
              const char* p[7];
@@ -236,13 +233,6 @@ struct ContactItem {
              return any ? t.Name(p[0], p[1], p[2], p[3], p[4], parameter, x)
                         : t.Name(p[0], p[1], p[2], p[3], p[4], nullptr, {});
          }},
-        {"Nickname",
-         [](A& t, OpArgs& a) {
-             const auto& names = a.Texts(kMain);
-             const char* parameter = a.Text();
-             return t.Nickname(names, parameter, a.XParams(kMain));
-         }},
-        {"Photo", Media<&A::Photo>},
         {"Birthday", Both<&A::Birthday>, FirstWins<&A::Birthday>},
         {"Address",
          [](A& t, OpArgs& a) {
@@ -262,37 +252,7 @@ struct ContactItem {
              return any ? t.Address(p[0], p[1], p[2], p[3], p[4], p[5], p[6], type, parameter, x)
                         : t.Address(p[0], p[1], p[2], p[3], p[4], p[5], p[6], type, nullptr, {});
          }},
-        {"Label",
-         [](A& t, OpArgs& a) {
-             const char* text = a.Text();
-             const auto type = static_cast<unsigned char>(a.Number());
-             const char* parameter = a.Text();
-             return t.Label(text, type, parameter, a.XParams(kMain));
-         }},
-        {"Telephone",
-         [](A& t, OpArgs& a) {
-             const char* number = a.Text(kMain);
-             const auto type = static_cast<unsigned short>(a.Number());
-             const auto byte = static_cast<unsigned char>(a.Number());
-             const auto flags = static_cast<unsigned short>(a.Number());
-             const char* text = a.Text();
-             return t.Telephone(number, type, byte, flags, text, a.XParams(kMain));
-         }},
-        {"Email",
-         [](A& t, OpArgs& a) {
-             const char* address = a.Text(kMain);
-             return t.Email(address, static_cast<unsigned char>(a.Number()));
-         }},
-        {"Mailer", Texted<&A::Mailer>},
         {"Timezone", Both<&A::Timezone>, FirstWins<&A::Timezone>},
-        {"GeographicPosition",
-         [](A& t, OpArgs& a) {
-             const char* first = a.Text();
-             return t.GeographicPosition(first, a.Text());
-         }},
-        {"Title", Texted<&A::Title>},
-        {"Role", Texted<&A::Role>},
-        {"Logo", Media<&A::Logo>},
         // Exactly one text travels: both or neither given leave the node empty.
         {"Agent",
          [](A& t, OpArgs& a) {
@@ -304,11 +264,6 @@ struct ContactItem {
              const char* second = a.Text();
              return (first == nullptr) != (second == nullptr) ? t.Agent(first, second)
                                                               : t.Agent(nullptr, nullptr);
-         }},
-        {"Organization",
-         [](A& t, OpArgs& a) {
-             const char* name = a.Text(kMain);
-             return t.Organization(name, a.Texts(kMain));
          }},
         {"Categories",
          [](A& t, OpArgs& a) {
@@ -323,22 +278,7 @@ struct ContactItem {
              return list.isEmpty() ? t.Categories(list, nullptr, {})
                                    : t.Categories(list, parameter, x);
          }},
-        {"Note", Texted<&A::Note>},
         {"Revision", Both<&A::Revision>, FirstWins<&A::Revision>},
-        {"SortString", Texted<&A::SortString>},
-        {"Sound",
-         [](A& t, OpArgs& a) {
-             const char* text = a.Text();
-             const char* type = a.Text();
-             const Bytes data = a.Data();
-             const char* third = a.Text();
-             const char* p[7];
-             Parts(a, p, 6);
-             return t.Sound(text, type, data.data, data.length, third, p[0], p[1], p[2], p[3], p[4],
-                            p[5]);
-         }},
-        {"UID", Single<&A::UID>},
-        {"SpeedDial", Single<&A::SpeedDial>},
         {"XUID", Single<&A::XUID>,
          [](A& t, OpArgs& a) {
              a.Text();
@@ -359,27 +299,8 @@ struct ContactItem {
              return t.XUCI(text, number, 0);
          }},
         {"Handle", Single<&A::Handle>, NotCalled<A>, 0, Reported(kHandleNode)},
-        {"URL", Single<&A::URL>},
-        {"Version", Single<&A::Version>},
-        {"Classification", Single<&A::Classification>},
-        {"ProdID", Single<&A::ProdID>},
-        {"Key",
-         [](A& t, OpArgs& a) {
-             const char* keyType = a.Text();
-             const char* type = a.Text();
-             const Bytes data = a.Data();
-             return t.Key(keyType, type, data.data, data.length);
-         }},
-        {"PhotoAvailability",
-         [](A& t, OpArgs& a) { return t.PhotoAvailability(a.Number() % 2 == 1); }},
-        {"NonStandardProperty",
-         [](A& t, OpArgs& a) {
-             const char* name = a.Text(kMain);
-             const char* value = a.Text();
-             const Bytes data = a.Data();
-             return t.NonStandardProperty(name, value, data.data, data.length, a.XParams(kMain));
-         }},
-    };
+    }};
+    static constexpr auto kOps = DescribedOps<PimShared::ContactItem, ContactItem>();
 };
 
 // ---- E-mails and instant messages -------------------------------------------
