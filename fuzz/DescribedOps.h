@@ -97,12 +97,23 @@ bool RunDescribed(typename O::Target& target, OpArgs& a) {
     return RunWith<Rules, O>(target, a, std::make_index_sequence<O::Traits::kArity>{});
 }
 
+template <typename Rules, typename O>
+constexpr std::size_t SpecialIndex() {
+    std::size_t i = 0;
+    while (i < Rules::kSpecial.size() && !SameName(Rules::kSpecial[i].name, O::kName)) ++i;
+    return i;
+}
+
+// An operation's own row if it has one (then its arguments need no
+// generators), else the row made from its description.
 template <typename Rules, typename A, typename O>
 constexpr Op<A> RowOf() {
-    for (const Op<A>& special : Rules::kSpecial) {
-        if (SameName(special.name, O::kName)) return special;
+    constexpr std::size_t special = SpecialIndex<Rules, O>();
+    if constexpr (special < Rules::kSpecial.size()) {
+        return Rules::kSpecial[special];
+    } else {
+        return {O::kName, RunDescribed<Rules, O>};
     }
-    return {O::kName, RunDescribed<Rules, O>};
 }
 
 template <typename Rules, typename A, typename List>
@@ -110,6 +121,14 @@ struct DescribedTable;
 template <typename Rules, typename A, typename... O>
 struct DescribedTable<Rules, A, PimShared::Description::OperationList<O...>> {
     static constexpr std::array<Op<A>, sizeof...(O)> kAll{{RowOf<Rules, A, O>()...}};
+    // Every row of its own names an operation of the description.
+    static constexpr bool EverySpecialUsed() {
+        for (const Op<A>& special : Rules::kSpecial) {
+            if (!(SameName(special.name, O::kName) || ...)) return false;
+        }
+        return true;
+    }
+    static_assert(EverySpecialUsed(), "a row of its own names no operation of the item");
 };
 
 // The table of an item described by Description (PimShared::EventItem, ...):

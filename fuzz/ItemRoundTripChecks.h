@@ -13,8 +13,8 @@
 #include "fuzz/ItemRoundTrip.h"
 #include "pimshared/calendar/CalendarDescription.h"
 #include "pimshared/contact/ContactDescription.h"
-#include "pimshared/email/TLVEmailCreator.h"
-#include "pimshared/im/TLVIMCreator.h"
+#include "pimshared/email/EmailDescription.h"
+#include "pimshared/im/IMDescription.h"
 #include "pimshared/note/NoteDescription.h"
 #include "pimshared/sms/SMSDescription.h"
 #include "pimshared/task/TaskDescription.h"
@@ -321,62 +321,21 @@ inline Extensible ReadExtensible(OpArgs& a) {
     return {value, !a.Expecting() || raw == 1 ? token : nullptr};
 }
 
-// The operations e-mails and instant messages share. Reports names what the
-// item's reader says of the elements it refuses by design: the plain-byte
-// priority level (kPriorityLevel), and the type and subtype tokens that the
-// token form of Body writes straight into the body node (kBodyTokens), after
-// which the body arrives as a link with the default encoding and charset.
+// The operations e-mails and instant messages share that bring rows of their
+// own. Reports names what the item's reader says of the elements it refuses
+// by design: the plain-byte priority level (kPriorityLevel), and the type and
+// subtype tokens that the token form of Body writes straight into the body
+// node (kBodyTokens), after which the body arrives as a link with the default
+// encoding and charset.
 template <typename A, typename Reports>
-constexpr std::array<Op<A>, 31> MimeMessageOps() {
+constexpr std::array<Op<A>, 9> MimeMessageSpecialOps() {
     using M = PimShared::IMimeMessageAttributes;
     return {{
         {"BeginEntity", [](A& t, OpArgs&) { return t.BeginEntity(); }, nullptr, 1},
         {"EndEntity", [](A& t, OpArgs&) { return t.EndEntity(); }, nullptr, -1},
-        {"AttachmentAvailable",
-         [](A& t, OpArgs& a) {
-             return t.AttachmentAvailable(a.Enum<M::eAttachmentAvailable>(kMimeByte));
-         }},
-        {"CutoffState",
-         [](A& t, OpArgs& a) { return t.CutoffState(static_cast<unsigned short>(a.Number())); }},
-        {"Comments", [](A& t, OpArgs& a) { return t.Comments(a.Text(kMimeText)); }},
-        {"ContentDescription",
-         [](A& t, OpArgs& a) { return t.ContentDescription(a.Text(kMimeText)); }},
-        {"ContentId", [](A& t, OpArgs& a) { return t.ContentId(a.Text(kMimeText)); }},
-        {"ContentTransferEncodingEnum",
-         [](A& t, OpArgs& a) {
-             return t.ContentTransferEncodingEnum(a.Enum<M::eContentTransferEncoding>(kMimeByte));
-         }},
-        {"ReadStatus",
-         [](A& t, OpArgs& a) { return t.ReadStatus(a.Enum<M::eReadStatus>(kMimeByte)); }},
-        {"DownloadState",
-         [](A& t, OpArgs& a) { return t.DownloadState(a.Enum<M::eDownloadState>(kMimeByte)); }},
-        {"Folder", [](A& t, OpArgs& a) { return t.Folder(a.Text(kMimeText)); }},
-        {"InReplyTo", [](A& t, OpArgs& a) { return t.InReplyTo(a.Text(kMimeText)); }},
-        {"Instance", [](A& t, OpArgs& a) { return t.Instance(a.Text(kMimeText)); }},
-        {"Keywords", [](A& t, OpArgs& a) { return t.Keywords(a.Text(kMimeText)); }},
-        {"MessageId", [](A& t, OpArgs& a) { return t.MessageId(a.Text(kMimeText)); }},
-        {"MimeVersion", [](A& t, OpArgs& a) { return t.MimeVersion(a.Text(kMimeText)); }},
-        {"OrigDate", [](A& t, OpArgs& a) { return t.OrigDate(a.Text(kMimeText)); }},
-        {"SendingState", [](A& t, OpArgs& a) { return t.SendingState(a.Text(kMimeText)); }},
-        {"OrigDateLocal", [](A& t, OpArgs& a) { return t.OrigDateLocal(a.Text(kMimeText)); }},
         {"PriorityLevel",
          [](A& t, OpArgs& a) { return t.Priority(static_cast<unsigned char>(a.Number())); },
          NotCalled<A>, 0, Reported(Reports::kPriorityLevel)},
-        {"References", [](A& t, OpArgs& a) { return t.References(a.Text(kMimeText)); }},
-        {"Subject", [](A& t, OpArgs& a) { return t.Subject(a.Text(kMimeText)); }},
-        {"BodyContent",
-         [](A& t, OpArgs& a) {
-             const auto encoding = a.Enum<M::eBodyEncoding>(kMimeByte);
-             const auto charset = a.Enum<M::eBodyCharset>(kMimeByte);
-             const Bytes content = a.Data();
-             return t.Body(encoding, charset, content.data, content.length);
-         }},
-        {"BodyLink",
-         [](A& t, OpArgs& a) {
-             const auto encoding = a.Enum<M::eBodyEncoding>(kMimeByte);
-             const auto charset = a.Enum<M::eBodyCharset>(kMimeByte);
-             return t.Body(encoding, charset, a.Text(kMimeText));
-         }},
         {"BodyTypedLink",
          [](A& t, OpArgs& a) {
              const char* type = a.Text();
@@ -420,9 +379,19 @@ constexpr std::array<Op<A>, 31> MimeMessageOps() {
                                        static_cast<M::eContentParamValue>(value.value), name.token,
                                        value.token);
          }},
-        {"Priority", [](A& t, OpArgs& a) { return t.Priority(a.Enum<M::ePriority>(kMimeByte)); }},
     }};
 }
+
+// Texts are written even when absent, enumerations as their low byte.
+struct MimeMessageRules {
+    template <typename P>
+    static constexpr Asym Default(std::size_t) {
+        if constexpr (std::is_same_v<P, const char*>) return kMimeText;
+        if constexpr (std::is_enum_v<P>) return kMimeByte;
+        return Asym::None;
+    }
+    static constexpr std::array<ArgRule, 0> kArgRules{};
+};
 
 constexpr Asymmetry kMimeMessageAsymmetries[] = {
     {Asym::NullTextEmpty, "text leaves are always written, an absent text as empty"},
@@ -442,7 +411,7 @@ struct ImReports {
                                                  {2, "Unexpected String with type ID = 947"}};
 };
 
-struct EmailItem {
+struct EmailItem : MimeMessageRules {
     using Attributes = PimShared::IEmailAttributes;
     using A = Attributes;
     using Creator = PimShared::CTLVEmailCreator;
@@ -472,10 +441,11 @@ struct EmailItem {
              return t.Group(name, members);
          }},
     }};
-    static constexpr auto kOps = Join(MimeMessageOps<A, EmailReports>(), kOwnOps);
+    static constexpr auto kSpecial = Join(MimeMessageSpecialOps<A, EmailReports>(), kOwnOps);
+    static constexpr auto kOps = DescribedOps<PimShared::EmailItem, EmailItem>();
 };
 
-struct ImItem {
+struct ImItem : MimeMessageRules {
     using Attributes = PimShared::IIMAttributes;
     using A = Attributes;
     using Creator = PimShared::CTLVIMCreator;
@@ -485,7 +455,7 @@ struct ImItem {
     using Log = MimeMessageLog<Base>;
     static constexpr const Asymmetry (&kAsymmetries)[3] = kMimeMessageAsymmetries;
     static constexpr Asym kText = kMimeText;
-    static constexpr std::array<Op<A>, 14> kOwnOps{{
+    static constexpr std::array<Op<A>, 4> kOwnOps{{
         // The client only when given, the texts only when given.
         {"Mailbox",
          [](A& t, OpArgs& a) {
@@ -508,10 +478,6 @@ struct ImItem {
              }
              return t.Group(name, members);
          }},
-        {"Direction",
-         [](A& t, OpArgs& a) { return t.Direction(a.Enum<A::eDirection>(kMimeByte)); }},
-        {"EntityType",
-         [](A& t, OpArgs& a) { return t.EntityType(a.Enum<A::eEntityType>(kMimeByte)); }},
         {"ExtendedData",
          [](A& t, OpArgs& a) {
              auto& list = a.NewList<A::tExtendedData>();
@@ -521,21 +487,6 @@ struct ImItem {
              }
              return t.ExtendedData(list);
          }},
-        {"ConversationID", [](A& t, OpArgs& a) { return t.ConversationID(a.Text(kText)); }},
-        {"ConversationName", [](A& t, OpArgs& a) { return t.ConversationName(a.Text(kText)); }},
-        {"ConversationLastActivity",
-         [](A& t, OpArgs& a) { return t.ConversationLastActivity(a.Text(kText)); }},
-        {"ConversationVersionCounter",
-         [](A& t, OpArgs& a) { return t.ConversationVersionCounter(a.Text(kText)); }},
-        {"ConversationSummary",
-         [](A& t, OpArgs& a) { return t.ConversationSummary(a.Text(kText)); }},
-        // Written as its low byte even when not given.
-        {"OwnerAvailability",
-         [](A& t, OpArgs& a) {
-             return t.OwnerAvailability(a.Enum<A::ePresenceAvailability>(kMimeByte));
-         }},
-        {"OwnerText", [](A& t, OpArgs& a) { return t.OwnerText(a.Text(kText)); }},
-        {"OwnerLastActivity", [](A& t, OpArgs& a) { return t.OwnerLastActivity(a.Text(kText)); }},
         // The client does not travel; everything else only when given.
         {"ConversationParticipant",
          [](A& t, OpArgs& a) {
@@ -553,11 +504,8 @@ struct ImItem {
                                               t2, chat, t3, t4, t5, availability, t6, flags);
          }},
     }};
-    static constexpr std::array<Op<A>, 1> kChatOps{{
-        {"OwnerChatState",
-         [](A& t, OpArgs& a) { return t.OwnerChatState(a.Enum<A::eChatState>(kMimeByte)); }},
-    }};
-    static constexpr auto kOps = Join(Join(MimeMessageOps<A, ImReports>(), kOwnOps), kChatOps);
+    static constexpr auto kSpecial = Join(MimeMessageSpecialOps<A, ImReports>(), kOwnOps);
+    static constexpr auto kOps = DescribedOps<PimShared::ImItem, ImItem>();
 };
 
 constexpr ItemCheck kImRoundTrip = CheckItemRoundTrip<ImItem>;
