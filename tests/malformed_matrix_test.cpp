@@ -71,41 +71,10 @@ bool Diagnosed(TestSupport::RecordingReceiver& r) {
     r.calls.clear();
     return seen;
 }
-bool Diagnosed(TestSupport::SmsRecorder& r) {
+template <typename Item>
+bool Diagnosed(TestSupport::TLogRecorder<Item>& r) {
     const bool seen = r.log.find("Trace(") != std::string::npos;
     r.log.clear();
-    return seen;
-}
-
-// The call list has no recorder of its own elsewhere: this one only reads.
-class CallListReader : public PimShared::ICallstackReceiver {
-  public:
-    bool reported = false;
-    // clang-format off
-    bool Begin(const unsigned int&, const unsigned int&) override { return true; }
-    bool End() override { return true; }
-    bool CallByte(const unsigned char&) override { return true; }
-    bool CallFlag(const bool&) override { return true; }
-    bool CallText1(const char* t) override { return Read(t); }
-    bool CallText2(const char* t) override { return Read(t); }
-    bool CallText3(const char* t) override { return Read(t); }
-    bool CallText4(const char* t) override { return Read(t); }
-    bool CallText5(const char* t) override { return Read(t); }
-    // clang-format on
-    bool TraceMessage(const int& code, const char* text) override {
-        reported = reported || code != 0;
-        return Read(text);
-    }
-
-  private:
-    static bool Read(const char* t) {
-        TestSupport::ReadEvery(t, std::strlen(t));
-        return true;
-    }
-};
-bool Diagnosed(CallListReader& r) {
-    const bool seen = r.reported;
-    r.reported = false;
     return seen;
 }
 
@@ -301,7 +270,7 @@ const Item kItems[] = {
     {"Email", Email, ReaderOf<PimShared::CTLVEmailParser, MimeTest::EmailRecorder>},
     {"InstantMessage", InstantMessage, ReaderOf<PimShared::CTLVIMParser, MimeTest::IMRecorder>},
     {"Sms", Sms, ReaderOf<PimShared::CTLVSMSParser, TestSupport::SmsRecorder>},
-    {"CallList", CallList, ReaderOf<PimShared::CTLVCallstackParser, CallListReader>},
+    {"CallList", CallList, ReaderOf<PimShared::CTLVCallstackParser, TestSupport::CallListRecorder>},
 };
 
 // Offsets of the header bytes, length bytes and text terminators of the
