@@ -91,6 +91,13 @@ struct Document {
     Result result;  // of decoding; ignored by Encode
 };
 
+// Data in the documents' text forms (JSON, Python): lower-case hex, two
+// digits a byte.
+std::string HexOf(const Bytes& bytes);
+// Hex text back to bytes, white space anywhere ignored (as a person edits
+// it); false for any other character or an odd number of digits.
+bool BytesOfHex(const std::string& text, Bytes& out);
+
 // A document that cannot be replayed (unknown item, operation or argument,
 // a value of the wrong kind or out of range); what() says which call and
 // argument, as the tool does.

@@ -94,11 +94,30 @@ def test_check_lists_the_parsers_diagnostics_with_their_call():
     ({"item": "nothing", "calls": []}, "unknown item"),
     ({"item": "sms", "calls": [{"op": "Nope"}]}, "Nope"),
     ({"item": "sms", "calls": [{"op": "Begin", "args": {"instance": "x"}}]}, "instance"),
-    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": b"raw"}}]}, "no JSON value"),
+    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": b"raw"}}]}, "'text' is a bytes"),
+    ({"item": "sms", "calls": [{"op": "Begin", "args": {"instance": 2**64}}]}, "instance"),
+    ({"item": "sms", "calls": [{"op": "Begin", "args": {1: 2}}]}, "argument names must be str"),
+    ({"item": "sms", "calls": ({"op": "Begin"}, "End")}, "call 1 must be a dict, not str"),
+    ({"item": "sms"}, "needs \"calls\""),
+    ({"calls": []}, "needs \"item\""),
+    ({"item": "sms", "calls": [], "extra": 1}, "unknown document key 'extra'"),
+    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": "\ud800"}}]}, "lone surrogate"),
+    ("sms", "not str"),
 ])
 def test_documents_the_creator_cannot_take_raise_document_error(doc, message):
-    with pytest.raises(pimtlv.DocumentError, match=message):
+    with pytest.raises(pimtlv.DocumentError, match=f"item 2: .*{re.escape(message)}"):
         pimtlv.encode([pimtlv.decode(SAMPLE_BYTES["sms"])[0], doc])
+
+
+def test_nesting_without_end_is_refused_not_followed():
+    doc = pimtlv.decode(SAMPLE_BYTES["contact"])[0]
+    looped = []
+    looped.append(looped)
+    doc["calls"][0]["args"]["instance"] = looped
+    with pytest.raises(pimtlv.DocumentError, match="nests deeper"):
+        pimtlv.encode(doc)
+    with pytest.raises(pimtlv.DocumentError, match="not int"):
+        pimtlv.encode(5)
 
 
 def test_a_refused_call_warns_by_name_and_is_left_out():
