@@ -548,7 +548,8 @@ Document DecodeItem(const ItemInfo& item, const std::uint8_t* data, std::size_t 
     return EntryFor(*known)->decode(data, size, trace);
 }
 
-DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options) {
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options,
+                    const std::function<void(Document&&)>& onDocument) {
     DecodeResult result;
     const ItemInfo* forced = nullptr;
     if (!options.item.empty()) {
@@ -570,15 +571,15 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
                 return false;
             }
             next = span.offset + span.size;
-            result.documents.push_back(
-                DecodeItem(*item, data + span.offset, span.size, options.trace));
-            const Document& document = result.documents.back();
-            if (!document.result.ok) {
+            Document document = DecodeItem(*item, data + span.offset, span.size, options.trace);
+            const Result parsed = document.result;
+            onDocument(std::move(document));
+            if (!parsed.ok) {
                 result.ok = false;
                 result.errorOffset = span.offset;
                 result.error = "item at offset " + std::to_string(span.offset) + ": the " +
                                item->kind + " parser stopped after " +
-                               std::to_string(document.result.consumed) + " bytes";
+                               std::to_string(parsed.consumed) + " bytes";
                 return false;
             }
             return true;
@@ -589,6 +590,15 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
         result.error = why;
         result.errorOffset = next;
     }
+    return result;
+}
+
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options) {
+    std::vector<Document> documents;
+    DecodeResult result = Decode(data, size, options, [&documents](Document&& document) {
+        documents.push_back(std::move(document));
+    });
+    result.documents = std::move(documents);
     return result;
 }
 

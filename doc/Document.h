@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -134,6 +135,11 @@ struct DecodeResult {
 
 // The documents of every item of data (a file of items one after another).
 DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options = {});
+// The same, handing each document to onDocument as soon as its item is read
+// instead of keeping it (the result's documents stay empty): a large file
+// need not be held as documents whole.
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options,
+                    const std::function<void(Document&&)>& onDocument);
 // The document of one item of the given kind (the whole of data).
 Document DecodeItem(const ItemInfo& item, const std::uint8_t* data, std::size_t size,
                     bool trace = false);

@@ -46,12 +46,12 @@ class Names {
 
 // Python's own failures (no memory) throw pybind11::error_already_set.
 
-// A new list of the documents' dicts. Bytes of a text that are not UTF-8
-// (the parsers repair texts, so there should be none) become surrogate
-// escapes, which DocumentOf turns back into the bytes.
-PyObject* ListOf(const std::vector<PimDoc::Document>& documents, Names& names);
+// A new dict of the document. Bytes of a text that are not UTF-8 (the
+// parsers repair texts, so there should be none) become surrogate escapes,
+// which DocumentOf turns back into the bytes.
+PyObject* DictOf(const PimDoc::Document& document, Names& names);
 
-// The document of a Python value shaped as ListOf makes them (only "item"
+// The document of a Python value shaped as DictOf makes them (only "item"
 // and "calls" are read). Throws Failure (Document) naming what does not fit.
 PimDoc::Document DocumentOf(PyObject* document);
 

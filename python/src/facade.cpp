@@ -58,11 +58,17 @@ const PimDoc::ItemInfo* ForcedItem(const std::string& item) {
     return forced;
 }
 
-// Why the item at offset at stopped the decode, which has its documents up
-// to the one before it (or up to it, when its parser stopped in it).
+// The item whose parser stopped in it, its document handed out.
+struct Stopped {
+    bool present = false;
+    std::string item;
+    std::uint32_t consumed = 0;
+};
+
+// Why the item at offset at stopped the decode.
 DecodeFault FaultAt(const std::uint8_t* data, std::size_t size, std::size_t at,
-                    const PimDoc::ItemInfo* forced, bool trace,
-                    std::vector<PimDoc::Document>& documents) {
+                    const PimDoc::ItemInfo* forced, bool trace, const Stopped& stopped,
+                    const OnDocument& onDocument) {
     DecodeFault fault;
     fault.kind = DecodeFault::Kind::Malformed;
     fault.offset = at;
@@ -75,19 +81,18 @@ DecodeFault FaultAt(const std::uint8_t* data, std::size_t size, std::size_t at,
             item = PimDoc::FindItem(
                 PimShared::ItemKindName(PimShared::DetectItemKind(data + at, size - at)));
         }
-        if (item != nullptr)
-            documents.push_back(PimDoc::DecodeItem(*item, data + at, size - at, trace));
+        if (item != nullptr) onDocument(PimDoc::DecodeItem(*item, data + at, size - at, trace));
         if (!Explain(data, size, at, fault)) {
             fault.sentence = "malformed stream at offset " + std::to_string(at) + ": " +
                              Wire::DescribeCutFault(data, size, at);
         }
         return fault;
     }
-    if (!documents.empty() && !documents.back().result.ok) {
+    if (stopped.present) {
         if (!Explain(data, at + span.size, at, fault)) {
-            fault.offset = at + documents.back().result.consumed;
-            fault.sentence = "the " + documents.back().item + " parser stopped at offset " +
-                             std::to_string(fault.offset);
+            fault.offset = at + stopped.consumed;
+            fault.sentence =
+                "the " + stopped.item + " parser stopped at offset " + std::to_string(fault.offset);
         }
         return fault;
     }
@@ -103,18 +108,20 @@ DecodeFault FaultAt(const std::uint8_t* data, std::size_t size, std::size_t at,
 
 }  // namespace
 
-Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace) {
+DecodeFault Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace,
+                   const OnDocument& onDocument) {
     const PimDoc::ItemInfo* forced = ForcedItem(item);
     PimDoc::DecodeOptions options;
     options.item = item;
     options.trace = trace;
-    PimDoc::DecodeResult result = PimDoc::Decode(data, size, options);
-    Decoded decoded;
-    if (!result.ok) {
-        decoded.fault = FaultAt(data, size, result.errorOffset, forced, trace, result.documents);
-    }
-    decoded.documents = std::move(result.documents);
-    return decoded;
+    Stopped stopped;
+    const PimDoc::DecodeResult result =
+        PimDoc::Decode(data, size, options, [&](PimDoc::Document&& document) {
+            if (!document.result.ok) stopped = {true, document.item, document.result.consumed};
+            onDocument(std::move(document));
+        });
+    if (result.ok) return {};
+    return FaultAt(data, size, result.errorOffset, forced, trace, stopped, onDocument);
 }
 
 void Encode(const PimDoc::Document& document, std::vector<std::uint8_t>& out,

@@ -54,15 +54,14 @@ struct DecodeFault {
     std::string sentence;
 };
 
-// The documents of every item of data, up to and including a malformed one
-// as far as its parser read it. item forces the kind ("" tells it from each
-// item's frame; a name that is none throws Failure (UnknownItem)); trace
-// keeps the parsers' code-0 trace lines.
-struct Decoded {
-    std::vector<PimDoc::Document> documents;
-    DecodeFault fault;
-};
-Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace);
+// Hands onDocument the document of every item of data as it is read, up to
+// and including a malformed one as far as its parser read it, and says
+// where and why the decode stopped early. item forces the kind ("" tells it
+// from each item's frame; a name that is none throws Failure (UnknownItem));
+// trace keeps the parsers' code-0 trace lines.
+using OnDocument = std::function<void(PimDoc::Document&&)>;
+DecodeFault Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace,
+                   const OnDocument& onDocument);
 
 // Appends the stream a creator writes for one document to out, and "call N
 // (Op)" to refused for each call it refused. Throws Failure (Document).

@@ -143,34 +143,36 @@ PYBIND11_MODULE(_core, m) {
         "decode",
         [](const py::bytes& data, const std::string& item, bool trace) {
             const auto [bytes, size] = Buffer(data);
-            pimtlv_python::Decoded decoded;
-            {
+            py::list documents;
+            pimtlv_python::DecodeFault fault;
+            // Millions of small dicts and lists, none in a cycle: the cyclic
+            // collector would walk them again and again.
+            const bool collecting = PyGC_Disable() != 0;
+            try {
+                // Each item is parsed without the GIL and built into Python
+                // values with it, while its document is still in the cache.
                 py::gil_scoped_release unlocked;
-                decoded = pimtlv_python::Decode(bytes, size, item, trace);
-            }
-            py::object fault = py::none();
-            if (decoded.fault.kind != pimtlv_python::DecodeFault::Kind::None) {
-                fault = py::make_tuple(
-                    decoded.fault.kind == pimtlv_python::DecodeFault::Kind::UnknownItem
-                        ? "unknown-item"
-                        : "malformed",
-                    decoded.fault.offset, decoded.fault.sentence);
-            }
-            py::object documents;
-            {
-                // Millions of small dicts and lists, none in a cycle: the
-                // cyclic collector would walk them again and again.
-                const bool collecting = PyGC_Disable() != 0;
-                try {
-                    documents = py::reinterpret_steal<py::object>(
-                        pimtlv_python::ListOf(decoded.documents, *names));
-                } catch (...) {
-                    if (collecting) PyGC_Enable();
-                    throw;
-                }
+                fault = pimtlv_python::Decode(
+                    bytes, size, item, trace, [&](PimDoc::Document&& document) {
+                        py::gil_scoped_acquire locked;
+                        const py::object dict = py::reinterpret_steal<py::object>(
+                            pimtlv_python::DictOf(document, *names));
+                        if (PyList_Append(documents.ptr(), dict.ptr()) != 0) {
+                            throw py::error_already_set();
+                        }
+                    });
+            } catch (...) {
                 if (collecting) PyGC_Enable();
+                throw;
             }
-            return py::make_tuple(documents, fault);
+            if (collecting) PyGC_Enable();
+            if (fault.kind == pimtlv_python::DecodeFault::Kind::None) {
+                return py::make_tuple(documents, py::none());
+            }
+            const char* kind = fault.kind == pimtlv_python::DecodeFault::Kind::UnknownItem
+                                   ? "unknown-item"
+                                   : "malformed";
+            return py::make_tuple(documents, py::make_tuple(kind, fault.offset, fault.sentence));
         },
         "data"_a, "item"_a = "", "trace"_a = false,
         "([documents], None or (\"malformed\" or \"unknown-item\", offset, sentence))");
