@@ -344,8 +344,20 @@ class Reader {
 
 }  // namespace
 
+// The names are short and few (a few hundred), and a decode looks one up
+// for every call and argument: a hash of their length and three letters is
+// enough to spread them.
 struct Names::Cache {
-    std::unordered_map<std::string, PyObject*> strings;
+    struct Hash {
+        std::size_t operator()(const std::string& s) const noexcept {
+            const std::size_t n = s.size();
+            if (n == 0) return 0;
+            return n * 0x9E3779B1u ^ static_cast<unsigned char>(s[0]) << 8 ^
+                   static_cast<unsigned char>(s[n / 2]) << 16 ^
+                   static_cast<unsigned char>(s[n - 1]) << 24;
+        }
+    };
+    std::unordered_map<std::string, PyObject*, Hash> strings;
 };
 
 Names::Names()

@@ -50,7 +50,11 @@ def test_walk_names_elements_in_their_item_as_the_dump_does(tool):
 # Each damaged stream, the error it raises, where, and how many items
 # were read before it.
 TWO = SAMPLE_BYTES["sms"] + SAMPLE_BYTES["note"]
+FOLDER = SAMPLE_BYTES["sms"].index(b"Inbox\0")  # the value of the String at FOLDER - 3
 FAULTS = [
+    ("text without its zero byte",
+     SAMPLE_BYTES["sms"][:FOLDER + 5] + b"x" + SAMPLE_BYTES["sms"][FOLDER + 6:],
+     pimtlv.MalformedStream, FOLDER - 3, 1),
     ("truncated", SAMPLE_BYTES["event"][:-3], pimtlv.MalformedStream, 0, 1),
     ("second item truncated", TWO[:-1], pimtlv.MalformedStream, len(SAMPLE_BYTES["sms"]), 2),
     ("rest after an item", SAMPLE_BYTES["sms"] + b"\x80", pimtlv.MalformedStream,
@@ -177,24 +181,50 @@ def test_any_bytes_give_a_result_or_a_pimtlv_error(data):
         survives(lambda: pimtlv.to_text(data, fmt))
 
 
-JSON_VALUES = st.recursive(
-    st.none() | st.booleans() | st.integers(-2**70, 2**70) | st.floats(allow_nan=False)
-    | st.text(max_size=20),
-    lambda inner: st.lists(inner, max_size=3) | st.dictionaries(st.text(max_size=8), inner,
-                                                                max_size=3),
-    max_leaves=6)
+# Whatever a caller may put where a document's values go: JSON's values and
+# Python's others, huge numbers, keys that are not str, nesting.
+ANY_VALUES = st.recursive(
+    st.none() | st.booleans() | st.integers(-2**70, 2**70) | st.floats() | st.text(max_size=20)
+    | st.binary(max_size=8) | st.builds(object) | st.frozensets(st.integers(), max_size=2),
+    lambda inner: st.lists(inner, max_size=3) | st.tuples(inner, inner)
+    | st.dictionaries(st.text(max_size=8) | st.integers(), inner, max_size=3),
+    max_leaves=8)
 
 
-@settings(max_examples=100, deadline=None)
-@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
-def test_any_argument_values_give_a_stream_or_a_document_error(kind, data):
-    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
-    for call in data.draw(st.lists(st.sampled_from(doc["calls"]), max_size=3)):
-        if call.get("args"):
-            call["args"][data.draw(st.sampled_from(sorted(call["args"])))] = data.draw(JSON_VALUES)
+def survives_encode(doc):
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", pimtlv.RefusedCall)
         try:
             pimtlv.decode(pimtlv.encode(doc))
         except pimtlv.Error as e:
             assert e.sentence
+
+
+@settings(max_examples=150, deadline=None)
+@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
+def test_any_argument_values_give_a_stream_or_a_document_error(kind, data):
+    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
+    for call in data.draw(st.lists(st.sampled_from(doc["calls"]), max_size=3)):
+        if call.get("args"):
+            call["args"][data.draw(st.sampled_from(sorted(call["args"])))] = data.draw(ANY_VALUES)
+    survives_encode(doc)
+
+
+@settings(max_examples=150, deadline=None)
+@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
+def test_documents_of_any_shape_give_a_stream_or_a_document_error(kind, data):
+    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
+    where = data.draw(st.sampled_from(["doc", "key", "calls", "call", "op", "args"]))
+    garbage = data.draw(ANY_VALUES)
+    call = data.draw(st.sampled_from(doc["calls"]))
+    if where == "doc":
+        doc = garbage
+    elif where == "key":
+        doc[data.draw(st.sampled_from(["item", "calls", 7, "result"]))] = garbage
+    elif where == "calls":
+        doc["calls"].append(garbage)
+    elif where in ("op", "args"):
+        call[where] = garbage
+    else:
+        call[data.draw(st.text(max_size=4) | st.integers())] = garbage
+    survives_encode(doc)
