@@ -20,7 +20,7 @@
 
 namespace PimTlvFuzz {
 
-namespace detail {
+namespace Detail {
 using ParserCreatorCollection::CTLVCreator;
 
 class Input {
@@ -79,11 +79,11 @@ inline const char* CheckOutput(CTLVCreator& creator, PimTlvBench::MinimalWriter&
     return nullptr;
 }
 
-}  // namespace detail
+}  // namespace Detail
 
 // Replays the calls that data encodes; returns the first fault, or null.
 inline const char* CheckRoundTrip(const std::uint8_t* data, std::size_t size) {
-    using namespace detail;
+    using namespace Detail;
     Input in(data, size);
     CTLVCreator creator;
     PimTlvBench::MinimalWriter model;

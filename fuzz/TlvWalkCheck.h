@@ -209,7 +209,7 @@ struct WalkResult {
     std::size_t leaves = 0;       // leaves and unknown elements reported by that walk
 };
 
-namespace detail {
+namespace Detail {
 
 // REQUIRES: parser reports to target.
 inline bool Walk(CTLVParser& parser, CheckingTarget& target, const unsigned char* data,
@@ -225,7 +225,7 @@ inline bool Walk(CTLVParser& parser, CheckingTarget& target, const unsigned char
     return target.Finish() == nullptr;
 }
 
-}  // namespace detail
+}  // namespace Detail
 
 // Walks size bytes (which must stay at most 4 GiB - 1) twice: once answering
 // true to everything, once refusing the leaf numbered refuseAt modulo the
@@ -236,7 +236,7 @@ inline WalkResult CheckWalk(const unsigned char* data, std::size_t size, std::si
     WalkResult result;
     CheckingTarget target;
     CTLVParser parser(target);
-    if (!detail::Walk(parser, target, data, size, CheckingTarget::kNever, false, result.ok)) {
+    if (!Detail::Walk(parser, target, data, size, CheckingTarget::kNever, false, result.ok)) {
         result.fault = target.Finish();
         return result;
     }
@@ -246,7 +246,7 @@ inline WalkResult CheckWalk(const unsigned char* data, std::size_t size, std::si
 
     const std::size_t k = refuseAt % result.leaves;
     bool ok = false;
-    if (!detail::Walk(parser, target, data, size, k, true, ok)) {
+    if (!Detail::Walk(parser, target, data, size, k, true, ok)) {
         result.fault = target.Finish();
         return result;
     }
@@ -274,7 +274,7 @@ inline const char* CheckRebuild(const unsigned char* data, std::size_t size) {
     CheckingTarget original;
     CTLVParser parser(original);
     bool ok = false;
-    if (!detail::Walk(parser, original, data, size, CheckingTarget::kNever, false, ok) || !ok ||
+    if (!Detail::Walk(parser, original, data, size, CheckingTarget::kNever, false, ok) || !ok ||
         original.SawUnknown()) {
         return nullptr;
     }
@@ -293,7 +293,7 @@ inline const char* CheckRebuild(const unsigned char* data, std::size_t size) {
     if (length == 0) return original.Log().empty() ? nullptr : "the rebuilt stream is empty";
     CheckingTarget again;
     CTLVParser reparser(again);
-    if (!detail::Walk(reparser, again, static_cast<const unsigned char*>(out), length,
+    if (!Detail::Walk(reparser, again, static_cast<const unsigned char*>(out), length,
                       CheckingTarget::kNever, false, ok)) {
         return again.Finish();
     }

@@ -49,7 +49,7 @@ constexpr Asymmetries kAsymmetries[] = {
     {"sms", false, {"OriginatorName"}},
 };
 
-namespace detail {
+namespace Detail {
 
 // REQUIRES: calls describe one item (DescribesOneItem).
 inline bool IsAsymmetric(const std::string& item, const PimTool::Json& calls) {
@@ -94,7 +94,7 @@ inline const char* Escaped(const char* where, const std::exception& e) {
     return Said(std::string(where) + " let an exception other than UsageError escape", e);
 }
 
-}  // namespace detail
+}  // namespace Detail
 
 // How far a document got through the check.
 enum class Reached {
@@ -115,7 +115,7 @@ inline const char* CheckToolEncodeReaching(const std::uint8_t* data, std::size_t
     } catch (const UsageError&) {
         return nullptr;  // refused with a message: what bad input gets
     } catch (const std::exception& e) {
-        return detail::Escaped("encode", e);
+        return Detail::Escaped("encode", e);
     }
 
     const WalkResult walk = CheckWalk(first.bytes.data(), first.bytes.size(), 0);
@@ -135,21 +135,21 @@ inline const char* CheckToolEncodeReaching(const std::uint8_t* data, std::size_t
         status = DecodeStream(options, first.bytes, out, err);
         decoded = Json::parse(out.str());
     } catch (const std::exception& e) {
-        return detail::Escaped("decode", e);
+        return Detail::Escaped("decode", e);
     }
     // After a refused call the stream holds what the creator could still
     // write (a property without its item, say), and calls that do not make
     // one item make what they say: it must walk, but it need not be an item
     // its parser reads.
     const Json calls = Json::parse(text)["calls"];
-    if (!first.refused.empty() || !detail::DescribesOneItem(calls)) return nullptr;
+    if (!first.refused.empty() || !Detail::DescribesOneItem(calls)) return nullptr;
     if (status != 0) return "the item's parser did not read encode's stream to its end";
     if (decoded["result"]["consumed"].get<std::size_t>() != first.bytes.size()) {
         return "the item's parser stopped before the end of encode's stream";
     }
 
     reached = Reached::Read;
-    if (detail::IsAsymmetric(first.item, calls)) return nullptr;
+    if (Detail::IsAsymmetric(first.item, calls)) return nullptr;
     if (!decoded["diagnostics"].empty()) {
         static std::string fault;
         fault = "the item's parser reported a diagnostic on encode's stream: " +
@@ -160,7 +160,7 @@ inline const char* CheckToolEncodeReaching(const std::uint8_t* data, std::size_t
     try {
         second = EncodeDocument(out.str());
     } catch (const std::exception& e) {
-        return detail::Said("encode refused the document decode made of its stream", e);
+        return Detail::Said("encode refused the document decode made of its stream", e);
     }
     if (second.bytes != first.bytes) {
         return "decode and encode did not give back encode's stream";

@@ -9,7 +9,7 @@
 #include "pimshared/task/TLVTaskParser.h"
 #include "support/CalendarFamily.h"
 
-using namespace cftest;
+using namespace CalendarFamilyTest;
 using PimShared::CTLVCalendarCreator;
 using PimShared::CTLVCalendarParser;
 using EventRecorder = Recorder<PimShared::ICalendarReceiver>;

@@ -7,7 +7,7 @@
 #include "pimshared/note/TLVNoteParser.h"
 #include "support/CalendarFamily.h"
 
-using namespace cftest;
+using namespace CalendarFamilyTest;
 using PimShared::CTLVNoteCreator;
 using PimShared::CTLVNoteParser;
 using NoteRecorder = Recorder<PimShared::INoteReceiver>;

@@ -7,7 +7,7 @@
 #include "pimshared/task/TLVTaskParser.h"
 #include "support/CalendarFamily.h"
 
-using namespace cftest;
+using namespace CalendarFamilyTest;
 using PimShared::CTLVTaskCreator;
 using PimShared::CTLVTaskParser;
 using TaskRecorder = Recorder<PimShared::ITaskReceiver>;

@@ -7,8 +7,8 @@
 
 namespace {
 
-using testsupport::Bytes;
-using testsupport::Stream;
+using TestSupport::Bytes;
+using TestSupport::Stream;
 
 // Writes every call as "Name(args)", blank-separated; answers traceAnswer to
 // reports and stopAnswer to everything else.

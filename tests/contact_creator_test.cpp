@@ -6,7 +6,7 @@
 #include "pimshared/contact/TLVContactParser.h"
 #include "support/ContactRecorder.h"
 
-using namespace testsupport;
+using namespace TestSupport;
 
 namespace {
 

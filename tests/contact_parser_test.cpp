@@ -7,7 +7,7 @@
 #include "support/ContactRecorder.h"
 #include "support/TlvStreamText.h"
 
-using namespace testsupport;
+using namespace TestSupport;
 
 namespace {
 

@@ -38,7 +38,7 @@
 
 namespace {
 
-using testsupport::Bytes;
+using TestSupport::Bytes;
 
 struct Outcome {
     bool ok;
@@ -55,7 +55,7 @@ bool AnyTrace(const std::vector<std::string>& calls) {
 // How each receiver is emptied between streams and tells a report; the
 // recorders read every text when they write it down.
 template <typename T>
-bool Diagnosed(cftest::Recorder<T>& r) {
+bool Diagnosed(CalendarFamilyTest::Recorder<T>& r) {
     const bool seen = !r.traces.empty();
     r.calls.clear(), r.traces.clear(), r.all.clear();
     return seen;
@@ -66,12 +66,12 @@ bool Diagnosed(MimeTest::TRecorder<T>& r) {
     r.calls.clear();
     return seen;
 }
-bool Diagnosed(testsupport::RecordingReceiver& r) {
+bool Diagnosed(TestSupport::RecordingReceiver& r) {
     const bool seen = AnyTrace(r.calls);
     r.calls.clear();
     return seen;
 }
-bool Diagnosed(testsupport::SmsRecorder& r) {
+bool Diagnosed(TestSupport::SmsRecorder& r) {
     const bool seen = r.log.find("Trace(") != std::string::npos;
     r.log.clear();
     return seen;
@@ -99,7 +99,7 @@ class CallListReader : public PimShared::ICallstackReceiver {
 
   private:
     static bool Read(const char* t) {
-        testsupport::ReadEvery(t, std::strlen(t));
+        TestSupport::ReadEvery(t, std::strlen(t));
         return true;
     }
 };
@@ -133,7 +133,7 @@ Reader ReaderOf() {
 
 template <typename TCreator>
 Bytes Finish(TCreator& c, bool allWritten) {
-    return allWritten ? cftest::Take(c) : Bytes{};
+    return allWritten ? CalendarFamilyTest::Take(c) : Bytes{};
 }
 
 const std::string kLong(200, 'L');  // a value with a long-form length field
@@ -144,26 +144,29 @@ template <typename TCreator>
 Bytes CalendarFamilyItem(const std::function<bool(TCreator&)>& own) {
     TCreator c;
     bool ok = c.Begin(7);
-    for (const auto& row : cftest::SharedRows<TCreator>()) ok = ok && row.write(c);
-    ok = ok && c.Summary(kLong.c_str(), "alt", "en", cftest::TwoX()) && own(c) && c.End();
+    for (const auto& row : CalendarFamilyTest::SharedRows<TCreator>()) ok = ok && row.write(c);
+    ok = ok && c.Summary(kLong.c_str(), "alt", "en", CalendarFamilyTest::TwoX()) && own(c) &&
+         c.End();
     return Finish(c, ok);
 }
 
 Bytes Event() {
     return CalendarFamilyItem<PimShared::CTLVCalendarCreator>([](auto& c) {
-        return c.Location("Room", "alt", "de", cftest::TwoX()) && c.Priority(3, cftest::NoX()) &&
-               c.DateTimeStart(kTime, "Europe/Berlin", cftest::TwoX()) &&
-               c.DateTimeEnd(kTime, nullptr, cftest::NoX()) &&
-               c.DateTimeStartLocal(kTime, cftest::NoX()) &&
-               c.DateTimeEndLocal(kTime, cftest::TwoX());
+        return c.Location("Room", "alt", "de", CalendarFamilyTest::TwoX()) &&
+               c.Priority(3, CalendarFamilyTest::NoX()) &&
+               c.DateTimeStart(kTime, "Europe/Berlin", CalendarFamilyTest::TwoX()) &&
+               c.DateTimeEnd(kTime, nullptr, CalendarFamilyTest::NoX()) &&
+               c.DateTimeStartLocal(kTime, CalendarFamilyTest::NoX()) &&
+               c.DateTimeEndLocal(kTime, CalendarFamilyTest::TwoX());
     });
 }
 
 Bytes Task() {
     return CalendarFamilyItem<PimShared::CTLVTaskCreator>([](auto& c) {
-        return c.Location("Desk", nullptr, nullptr, cftest::NoX()) &&
-               c.Priority(1, cftest::TwoX()) && c.DateTimeStart(kTime, "UTC", cftest::NoX()) &&
-               c.DateTimeDueLocal(kTime, cftest::TwoX());
+        return c.Location("Desk", nullptr, nullptr, CalendarFamilyTest::NoX()) &&
+               c.Priority(1, CalendarFamilyTest::TwoX()) &&
+               c.DateTimeStart(kTime, "UTC", CalendarFamilyTest::NoX()) &&
+               c.DateTimeDueLocal(kTime, CalendarFamilyTest::TwoX());
     });
 }
 
@@ -173,8 +176,8 @@ Bytes Note() {
 
 // XUID and Handle stay out: the reader reports their nodes by design.
 Bytes Contact() {
-    const testsupport::XParams x{{"X-A", "1"}, {"X-B", ""}};
-    const testsupport::Texts two{"a", "b"};
+    const TestSupport::XParams x{{"X-A", "1"}, {"X-B", ""}};
+    const TestSupport::Texts two{"a", "b"};
     const unsigned char data[3] = {0xCA, 0xFE, 0x01};
     PimShared::CTLVContactCreator c;
     const bool ok =
@@ -288,13 +291,16 @@ struct Item {
 
 const Item kItems[] = {
     {"Event", Event,
-     ReaderOf<PimShared::CTLVCalendarParser, cftest::Recorder<PimShared::ICalendarReceiver>>},
-    {"Task", Task, ReaderOf<PimShared::CTLVTaskParser, cftest::Recorder<PimShared::ITaskReceiver>>},
-    {"Note", Note, ReaderOf<PimShared::CTLVNoteParser, cftest::Recorder<PimShared::INoteReceiver>>},
-    {"Contact", Contact, ReaderOf<PimShared::CTLVContactParser, testsupport::RecordingReceiver>},
+     ReaderOf<PimShared::CTLVCalendarParser,
+              CalendarFamilyTest::Recorder<PimShared::ICalendarReceiver>>},
+    {"Task", Task,
+     ReaderOf<PimShared::CTLVTaskParser, CalendarFamilyTest::Recorder<PimShared::ITaskReceiver>>},
+    {"Note", Note,
+     ReaderOf<PimShared::CTLVNoteParser, CalendarFamilyTest::Recorder<PimShared::INoteReceiver>>},
+    {"Contact", Contact, ReaderOf<PimShared::CTLVContactParser, TestSupport::RecordingReceiver>},
     {"Email", Email, ReaderOf<PimShared::CTLVEmailParser, MimeTest::EmailRecorder>},
     {"InstantMessage", InstantMessage, ReaderOf<PimShared::CTLVIMParser, MimeTest::IMRecorder>},
-    {"Sms", Sms, ReaderOf<PimShared::CTLVSMSParser, testsupport::SmsRecorder>},
+    {"Sms", Sms, ReaderOf<PimShared::CTLVSMSParser, TestSupport::SmsRecorder>},
     {"CallList", CallList, ReaderOf<PimShared::CTLVCallstackParser, CallListReader>},
 };
 

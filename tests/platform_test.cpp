@@ -154,7 +154,7 @@ TEST(Containers, BufferVectorAndString) {
 
 TEST(Trace, SinkReceivesRecordsAndSilenceWithout) {
     Velmor_TraceOut_trace(3, "M", 0, "p", "id", 1, "nobody listens");  // no sink: silent
-    testsupport::TraceCapture capture;
+    TestSupport::TraceCapture capture;
     Velmor_TraceOut_trace(2, "Mod", 0, "path/x", "0123456789ABCDEF0123456789ABCDEF", 42, nullptr);
     ASSERT_EQ(capture.entries.size(), 1u);
     EXPECT_EQ(capture.entries[0].level, 2);

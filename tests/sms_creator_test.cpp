@@ -11,8 +11,8 @@ namespace {
 
 using PimShared::ISMSAttributes;
 using PimShared::ISMSCreator;
-using testsupport::Bytes;
-using testsupport::Stream;
+using TestSupport::Bytes;
+using TestSupport::Stream;
 
 Bytes Take(ISMSCreator& creator) {
     const void* data = nullptr;
@@ -32,7 +32,7 @@ void Check(Write write, bool answer, const std::string& layout, const std::strin
     ASSERT_TRUE(creator.End());
     const Bytes bytes = Take(creator);
     EXPECT_EQ(bytes, Stream("{2 u32:10=1 {700 " + layout + " } }"));
-    testsupport::SmsRecorder receiver;
+    TestSupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     const char* error = nullptr;
     unsigned int consumed = 0;

@@ -8,15 +8,15 @@
 
 namespace {
 
-using testsupport::Bytes;
-using testsupport::Stream;
+using TestSupport::Bytes;
+using TestSupport::Stream;
 
 struct Outcome {
     bool result;
     std::string log;
 };
 
-Outcome Parse(PimShared::CTLVSMSParser& parser, testsupport::SmsRecorder& receiver,
+Outcome Parse(PimShared::CTLVSMSParser& parser, TestSupport::SmsRecorder& receiver,
               const Bytes& bytes) {
     receiver.log.clear();
     const char* error = nullptr;
@@ -67,7 +67,7 @@ const Case kCases[] = {
 class SmsParse : public testing::TestWithParam<Case> {};
 
 TEST_P(SmsParse, ReportsWhatIsOutOfPlace) {
-    testsupport::SmsRecorder receiver;
+    TestSupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     if (GetParam().before != nullptr) Parse(parser, receiver, Stream(GetParam().before));
     const Bytes bytes = Stream(GetParam().stream);
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Streams, SmsParse, testing::ValuesIn(kCases),
                          [](const testing::TestParamInfo<Case>& row) { return row.param.name; });
 
 TEST(SmsParser, FalseAnswersEndTheWalk) {
-    testsupport::SmsRecorder receiver;
+    TestSupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     receiver.stopAt = "Body";
     Outcome run = Parse(parser, receiver, Stream("{2 {700 s:740=a s:716=b } }"));
@@ -100,7 +100,7 @@ TEST(SmsParser, FalseAnswersEndTheWalk) {
 }
 
 TEST(SmsParser, NullStreamCallsNothing) {
-    testsupport::SmsRecorder receiver;
+    TestSupport::SmsRecorder receiver;
     PimShared::CTLVSMSParser parser(receiver);
     Parse(parser, receiver, Stream("{2 {700 i8:1=1 } }"));  // a diagnostic first
     receiver.log.clear();

@@ -9,9 +9,9 @@
 #include "support/TlvRecorder.h"
 
 using namespace ParserCreatorCollection;
-using testsupport::FromHex;
-using testsupport::ToHex;
-using testsupport::TraceCapture;
+using TestSupport::FromHex;
+using TestSupport::ToHex;
+using TestSupport::TraceCapture;
 
 namespace {
 

@@ -9,10 +9,10 @@
 #include "support/TlvRecorder.h"
 
 using namespace ParserCreatorCollection;
-using testsupport::Bytes;
-using testsupport::FromHex;
-using testsupport::TlvRecorder;
-using testsupport::TraceCapture;
+using TestSupport::Bytes;
+using TestSupport::FromHex;
+using TestSupport::TlvRecorder;
+using TestSupport::TraceCapture;
 
 namespace {
 

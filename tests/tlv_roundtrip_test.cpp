@@ -11,7 +11,7 @@
 #include "support/TlvRecorder.h"
 
 using namespace ParserCreatorCollection;
-using testsupport::TlvRecorder;
+using TestSupport::TlvRecorder;
 
 namespace {
 

@@ -22,7 +22,7 @@ namespace PimBridge {
 
 namespace {
 
-using namespace mime;
+using namespace Mime;
 
 struct Mailbox {
     unsigned int field = 0;

@@ -23,7 +23,7 @@ namespace PimBridge {
 
 namespace {
 
-using namespace mime;
+using namespace Mime;
 
 // The 1-based line of a byte offset of one message's text, counted from
 // the line the message starts on in the input. GMime's offsets mostly grow

@@ -8,12 +8,12 @@ CTLVCalendarCreator::~CTLVCalendarCreator() = default;
 
 bool CTLVCalendarCreator::DateTimeEnd(const PAL::CDateAndTime& dateTime, const char* timeZone,
                                       const PAL::TVector<tXParam>& xParams) {
-    return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeEnd, dateTime, timeZone, xParams);
+    return WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeEnd, dateTime, timeZone, xParams);
 }
 
 bool CTLVCalendarCreator::DateTimeEndLocal(const PAL::CDateAndTime& dateTime,
                                            const PAL::TVector<tXParam>& xParams) {
-    return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeEndLocal, dateTime, nullptr,
+    return WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeEndLocal, dateTime, nullptr,
                          xParams);
 }
 

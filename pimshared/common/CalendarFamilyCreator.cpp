@@ -6,7 +6,7 @@
 
 namespace PimShared {
 
-using namespace CalendarFamily;
+using namespace CalendarTypeIds;
 
 bool CCalendarFamilyCreator::WriteBegin(unsigned int root, unsigned int component,
                                         unsigned int instance) {

@@ -82,11 +82,11 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
     }
     bool End() override { return WriteEnd(Root, Component); }
     bool ProductIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarFamily::TypeIdPropTypeProductIdentifier,
-                         CalendarFamily::TypeIdValTypeProductIdentifier, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeProductIdentifier,
+                         CalendarTypeIds::TypeIdValTypeProductIdentifier, text, xParams);
     }
     bool Version(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarFamily::TypeIdPropTypeVersion, TypeIdValTypeVersion, text,
+        return WriteText(CalendarTypeIds::TypeIdPropTypeVersion, TypeIdValTypeVersion, text,
                          xParams);
     }
     bool Categories(const PAL::TVector<const char*>& categories, const char* language,
@@ -94,43 +94,44 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
         return WriteCategories(categories, language, xParams);
     }
     bool Classification(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarFamily::TypeIdPropTypeClassification,
-                         CalendarFamily::TypeIdValTypeClassification, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeClassification,
+                         CalendarTypeIds::TypeIdValTypeClassification, text, xParams);
     }
     bool Description(const char* text, const char* altRep, const char* language,
                      const PAL::TVector<tXParam>& xParams) override {
-        return WriteRichText(CalendarFamily::TypeIdPropTypeDescription,
-                             CalendarFamily::TypeIdValTypeDescription, text, altRep, language,
+        return WriteRichText(CalendarTypeIds::TypeIdPropTypeDescription,
+                             CalendarTypeIds::TypeIdValTypeDescription, text, altRep, language,
                              xParams);
     }
     /// The status goes out as the caller's text.
     bool Status(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarFamily::TypeIdPropTypeStatus, CalendarFamily::TypeIdValTypeStatus,
-                         text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeStatus,
+                         CalendarTypeIds::TypeIdValTypeStatus, text, xParams);
     }
     bool Summary(const char* text, const char* altRep, const char* language,
                  const PAL::TVector<tXParam>& xParams) override {
-        return WriteRichText(CalendarFamily::TypeIdPropTypeSummary,
-                             CalendarFamily::TypeIdValTypeSummary, text, altRep, language, xParams);
+        return WriteRichText(CalendarTypeIds::TypeIdPropTypeSummary,
+                             CalendarTypeIds::TypeIdValTypeSummary, text, altRep, language,
+                             xParams);
     }
     bool UniqueIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarFamily::TypeIdPropTypeUniqueIdentifier,
+        return WriteText(CalendarTypeIds::TypeIdPropTypeUniqueIdentifier,
                          TypeIdValTypeUniqueIdentifier, text, xParams);
     }
     bool DateTimeCreated(const PAL::CDateAndTime& dateTime,
                          const PAL::TVector<tXParam>& xParams) override {
-        return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeCreated, dateTime, nullptr,
+        return WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeCreated, dateTime, nullptr,
                              xParams);
     }
     bool LastModified(const PAL::CDateAndTime& dateTime,
                       const PAL::TVector<tXParam>& xParams) override {
-        return WriteDateTime(CalendarFamily::TypeIdPropTypeLastModified, dateTime, nullptr,
+        return WriteDateTime(CalendarTypeIds::TypeIdPropTypeLastModified, dateTime, nullptr,
                              xParams);
     }
     bool SequenceNumber(const unsigned short& number,
                         const PAL::TVector<tXParam>& xParams) override {
-        return WriteUInt16(CalendarFamily::TypeIdPropTypeSequenceNumber,
-                           CalendarFamily::TypeIdValTypeSequenceNumber, number, xParams);
+        return WriteUInt16(CalendarTypeIds::TypeIdPropTypeSequenceNumber,
+                           CalendarTypeIds::TypeIdValTypeSequenceNumber, number, xParams);
     }
     bool Attendee(const char* address, const char* cuType, const PAL::TVector<const char*>& members,
                   const char* role, const char* partStat, const eRsvpType& rsvp,
@@ -164,22 +165,22 @@ class TEventTaskCreator : public TCalendarFamilyCreator<TInterface, Root, Compon
 
     bool Location(const char* text, const char* altRep, const char* language,
                   const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteRichText(CalendarFamily::TypeIdPropTypeLocation,
-                                   CalendarFamily::TypeIdValTypeLocation, text, altRep, language,
+        return this->WriteRichText(CalendarTypeIds::TypeIdPropTypeLocation,
+                                   CalendarTypeIds::TypeIdValTypeLocation, text, altRep, language,
                                    xParams);
     }
     bool Priority(const unsigned char& priority, const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteUInt8(CalendarFamily::TypeIdPropTypePriority,
-                                CalendarFamily::TypeIdValTypePriority, priority, xParams);
+        return this->WriteUInt8(CalendarTypeIds::TypeIdPropTypePriority,
+                                CalendarTypeIds::TypeIdValTypePriority, priority, xParams);
     }
     bool DateTimeStart(const PAL::CDateAndTime& dateTime, const char* timeZone,
                        const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeStart, dateTime, timeZone,
+        return this->WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeStart, dateTime, timeZone,
                                    xParams);
     }
     bool DateTimeStartLocal(const PAL::CDateAndTime& dateTime,
                             const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeStartLocal, dateTime,
+        return this->WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeStartLocal, dateTime,
                                    nullptr, xParams);
     }
 };

@@ -20,6 +20,8 @@
 namespace PimShared {
 namespace CalendarFamily {
 
+using namespace CalendarTypeIds;
+
 // The values gathered for one property until its node closes. One record
 // shape serves every property of the family; which field holds which value
 // ID is fixed per property by the engine's layout table, and the receiver

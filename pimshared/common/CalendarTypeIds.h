@@ -5,11 +5,11 @@
 // numbering: an ID that two of its items share means the same thing in both.
 // The frame IDs (object and component nodes, the instance leaf) and the value
 // IDs of the 1000 range live in TypeIds.h, the zone text 323 in
-// CreatorFrame.h. A nested namespace keeps these names apart from the
+// CreatorFrame.h. The nested namespace keeps these names apart from the
 // contact's, which reuses some of the words with other numbers.
 
 namespace PimShared {
-namespace CalendarFamily {
+namespace CalendarTypeIds {
 
 /// Property nodes.
 constexpr unsigned int TypeIdPropTypeProductIdentifier = 202;
@@ -64,7 +64,7 @@ constexpr unsigned int TypeIdPropTypeObjLevel = 201;
 constexpr unsigned int TypeIdValTypeObjLevel = 301;
 constexpr unsigned int TypeIdValTypeInstanceName = 904;
 
-}  // namespace CalendarFamily
+}  // namespace CalendarTypeIds
 }  // namespace PimShared
 
 #endif

@@ -102,7 +102,7 @@ constexpr unsigned int ColumnCount(const tProperty& row) {
     return n;
 }
 
-namespace detail {
+namespace Detail {
 using namespace ContactTypeIds;
 constexpr eValueKind T = eValueKind::Text;
 constexpr eValueKind L = eValueKind::TextList;
@@ -174,19 +174,19 @@ constexpr tProperty kProperties[] = {
      {{TypeIdValTypeNonStandardName, T}, {TypeIdValTypeNonStandardValue, T}, {Bin, D}}},
 };
 // clang-format on
-}  // namespace detail
+}  // namespace Detail
 
-static_assert(sizeof(detail::kProperties) / sizeof(detail::kProperties[0]) == PropertyCount,
+static_assert(sizeof(Detail::kProperties) / sizeof(Detail::kProperties[0]) == PropertyCount,
               "one row per property operation, in slot order");
 
 constexpr const tProperty& Row(eProperty property) {
-    return detail::kProperties[property];
+    return Detail::kProperties[property];
 }
 
 // The row index of a property node, or PropertyCount when the ID is none.
 constexpr unsigned int IndexOfNode(unsigned int node) {
     for (unsigned int i = 0; i < PropertyCount; ++i) {
-        if (detail::kProperties[i].node == node) return i;
+        if (Detail::kProperties[i].node == node) return i;
     }
     return PropertyCount;
 }

@@ -8,7 +8,7 @@ CTLVTaskCreator::~CTLVTaskCreator() = default;
 
 bool CTLVTaskCreator::DateTimeDueLocal(const PAL::CDateAndTime& dateTime,
                                        const PAL::TVector<tXParam>& xParams) {
-    return WriteDateTime(CalendarFamily::TypeIdPropTypeDateTimeDueLocal, dateTime, nullptr,
+    return WriteDateTime(CalendarTypeIds::TypeIdPropTypeDateTimeDueLocal, dateTime, nullptr,
                          xParams);
 }
 

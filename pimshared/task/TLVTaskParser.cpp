@@ -9,6 +9,7 @@
 namespace PimShared {
 
 using namespace CalendarFamily;
+using namespace CalendarTypeIds;
 
 namespace {
 

@@ -31,24 +31,24 @@ std::string Cal(const std::string& body) {
 // The property calls of item i, without Begin, PRODID, VERSION and End.
 Lines Calls(const ImportResult& r, std::size_t i) {
     const auto& item = r.items.at(i);
-    const cftest::Bytes bytes(r.streams.begin() + item.offset,
-                              r.streams.begin() + item.offset + item.size);
+    const CalendarFamilyTest::Bytes bytes(r.streams.begin() + item.offset,
+                                          r.streams.begin() + item.offset + item.size);
     Lines calls;
     const auto run = [&](auto& recorder, auto& parser) {
-        EXPECT_TRUE(cftest::ParseWith(parser, bytes));
+        EXPECT_TRUE(CalendarFamilyTest::ParseWith(parser, bytes));
         EXPECT_EQ(recorder.traces, Lines{});
         calls = recorder.calls;
     };
     if (item.kind == "event") {
-        cftest::Recorder<PimShared::ICalendarReceiver> rec;
+        CalendarFamilyTest::Recorder<PimShared::ICalendarReceiver> rec;
         PimShared::CTLVCalendarParser parser(rec);
         run(rec, parser);
     } else if (item.kind == "task") {
-        cftest::Recorder<PimShared::ITaskReceiver> rec;
+        CalendarFamilyTest::Recorder<PimShared::ITaskReceiver> rec;
         PimShared::CTLVTaskParser parser(rec);
         run(rec, parser);
     } else {
-        cftest::Recorder<PimShared::INoteReceiver> rec;
+        CalendarFamilyTest::Recorder<PimShared::INoteReceiver> rec;
         PimShared::CTLVNoteParser parser(rec);
         run(rec, parser);
     }
@@ -281,10 +281,11 @@ TEST(IcalImport, MixedItemsInOrderWithCalendarTextsAndPositions) {
         EXPECT_EQ(r.items[i].kind, kinds[i]);
         EXPECT_EQ(r.items[i].line, lines[i]);
     }
-    const auto task = cftest::Bytes(r.streams.begin(), r.streams.begin() + r.items[0].size);
-    cftest::Recorder<PimShared::ITaskReceiver> rec;
+    const auto task =
+        CalendarFamilyTest::Bytes(r.streams.begin(), r.streams.begin() + r.items[0].size);
+    CalendarFamilyTest::Recorder<PimShared::ITaskReceiver> rec;
     PimShared::CTLVTaskParser parser(rec);
-    EXPECT_TRUE(cftest::ParseWith(parser, task));
+    EXPECT_TRUE(CalendarFamilyTest::ParseWith(parser, task));
     EXPECT_EQ(rec.calls, (Lines{"Begin(0)", "ProductIdentifier('-//t//EN'{})", "Version('2.0'{})",
                                 "UniqueIdentifier('t'{})", "End()"}));
     ExpectRoundTrip(r);
@@ -325,10 +326,11 @@ TEST(IcalImport, ItemsOfSeveralCalendarsGetTheirOwnCalendarTexts) {
     ASSERT_TRUE(r.ok) << r.error;
     ASSERT_EQ(r.items.size(), 2u);
     EXPECT_EQ(r.items[1].line, 10u);
-    const auto second = cftest::Bytes(r.streams.begin() + r.items[1].offset, r.streams.end());
-    cftest::Recorder<PimShared::ICalendarReceiver> rec;
+    const auto second =
+        CalendarFamilyTest::Bytes(r.streams.begin() + r.items[1].offset, r.streams.end());
+    CalendarFamilyTest::Recorder<PimShared::ICalendarReceiver> rec;
     PimShared::CTLVCalendarParser parser(rec);
-    EXPECT_TRUE(cftest::ParseWith(parser, second));
+    EXPECT_TRUE(CalendarFamilyTest::ParseWith(parser, second));
     EXPECT_EQ(rec.calls.at(1), "ProductIdentifier('-//u//EN'{})");
     // One calendar comes back, with the first item's product: the second
     // item reports that its own has no place.
@@ -434,12 +436,15 @@ TEST(IcalExport, RefusesOtherItemsAndPassesOnWhatParsersReport) {
     EXPECT_FALSE(nothing.ok);
     EXPECT_NE(nothing.error, "");
     EXPECT_EQ(nothing.text, "");
-    const cftest::Bytes contact = cftest::Element(8, 0, cftest::FromHex("90 0A 04 00 00 00 01"));
+    const CalendarFamilyTest::Bytes contact =
+        CalendarFamilyTest::Element(8, 0, CalendarFamilyTest::FromHex("90 0A 04 00 00 00 01"));
     const auto refused = ExportICalendar(contact.data(), contact.size());
     EXPECT_FALSE(refused.ok);
     EXPECT_EQ(refused.text, "");
-    const cftest::Bytes event = cftest::Frame(
-        1, 103, 4, {cftest::N(252, {cftest::U8(377, 1)}), cftest::N(209, {cftest::S(312, "x")})});
+    const CalendarFamilyTest::Bytes event =
+        CalendarFamilyTest::Frame(1, 103, 4,
+                                  {CalendarFamilyTest::N(252, {CalendarFamilyTest::U8(377, 1)}),
+                                   CalendarFamilyTest::N(209, {CalendarFamilyTest::S(312, "x")})});
     const auto out = ExportICalendar(event.data(), event.size());
     ASSERT_TRUE(out.ok) << out.error;
     ASSERT_EQ(out.items.size(), 1u);
@@ -450,11 +455,14 @@ TEST(IcalExport, RefusesOtherItemsAndPassesOnWhatParsersReport) {
 }
 
 TEST(IcalExport, LineBreaksAndBadNamesCannotForgeLines) {
-    const cftest::Bytes event = cftest::Frame(
+    const CalendarFamilyTest::Bytes event = CalendarFamilyTest::Frame(
         1, 103, 0,
-        {cftest::N(228, {cftest::S(340, "mailto:a@x\r\nEND:VEVENT\r\nBEGIN:VEVENT")}),
-         cftest::N(215, {cftest::S(320, "s"), cftest::S(1013, "X-A:B"), cftest::S(1014, "v"),
-                         cftest::S(1013, "X-C"), cftest::S(1014, "1\r\nUID:forged")})});
+        {CalendarFamilyTest::N(
+             228, {CalendarFamilyTest::S(340, "mailto:a@x\r\nEND:VEVENT\r\nBEGIN:VEVENT")}),
+         CalendarFamilyTest::N(
+             215, {CalendarFamilyTest::S(320, "s"), CalendarFamilyTest::S(1013, "X-A:B"),
+                   CalendarFamilyTest::S(1014, "v"), CalendarFamilyTest::S(1013, "X-C"),
+                   CalendarFamilyTest::S(1014, "1\r\nUID:forged")})});
     const auto out = ExportICalendar(event.data(), event.size());
     ASSERT_TRUE(out.ok) << out.error;
     EXPECT_EQ(out.text.find("forged"), std::string::npos) << out.text;

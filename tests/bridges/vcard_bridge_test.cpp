@@ -28,7 +28,7 @@ std::string Card(const std::string& version, const std::vector<std::string>& lin
 std::string Calls(const PimBridge::ImportResult& r, bool bare = true) {
     std::string all;
     for (const PimBridge::ImportedItem& item : r.items) {
-        testsupport::RecordingReceiver rec;
+        TestSupport::RecordingReceiver rec;
         PimShared::CTLVContactParser parser(rec);
         const char* error = nullptr;
         unsigned int consumed = 0;

@@ -16,7 +16,7 @@ const std::vector<std::string> kItems = {"event", "task", "note", "contact",
                                          "email", "im",   "sms",  "calllist"};
 
 std::string Sample(const std::string& item, const char* ext) {
-    return toolrun::Slurp(std::string(PIMTLV_SAMPLES_DIR) + "/" + item + "." + ext);
+    return ToolRun::Slurp(std::string(PIMTLV_SAMPLES_DIR) + "/" + item + "." + ext);
 }
 
 PimDoc::DecodeResult DecodeText(const std::string& bytes, const PimDoc::DecodeOptions& o = {}) {
@@ -36,7 +36,7 @@ TEST_P(SampleDocument, IsWhatTheToolDecodesAndEncodesBackToTheSameBytes) {
     ASSERT_EQ(decoded.documents.size(), 1u);
     EXPECT_EQ(decoded.documents[0].item, GetParam());
 
-    const toolrun::Result tool = toolrun::Tool("decode -", tlv);
+    const ToolRun::Result tool = ToolRun::Tool("decode -", tlv);
     ASSERT_EQ(tool.status, 0) << tool.err;
     EXPECT_EQ(PimDoc::ToJson(decoded.documents[0]), Json::parse(tool.out));
 
@@ -95,7 +95,7 @@ TEST(Documents, ForcedKindAndCodeZeroTracesFollowTheOptions) {
 
     PimDoc::DecodeOptions trace;
     trace.trace = true;
-    const toolrun::Result tool = toolrun::Tool("decode --trace -", event);
+    const ToolRun::Result tool = ToolRun::Tool("decode --trace -", event);
     EXPECT_EQ(PimDoc::ToJson(DecodeText(event, trace).documents[0]), Json::parse(tool.out));
 }
 

@@ -20,10 +20,10 @@
 #include "platform/TVector.h"
 #include "support/TlvRecorder.h"
 
-namespace cftest {
+namespace CalendarFamilyTest {
 
-using testsupport::Bytes;
-using testsupport::FromHex;
+using TestSupport::Bytes;
+using TestSupport::FromHex;
 
 inline Bytes Element(unsigned cls, unsigned id, const Bytes& value) {
     Bytes out{static_cast<unsigned char>(cls << 4 | id >> 8), static_cast<unsigned char>(id)};
@@ -341,6 +341,6 @@ std::vector<std::string> NameAcrossStreams(unsigned root, unsigned component,
     return r.traces;
 }
 
-}  // namespace cftest
+}  // namespace CalendarFamilyTest
 
 #endif

@@ -2,7 +2,7 @@
 #define PIMTLV_TESTS_SUPPORT_CONTACTRECORDER_H
 
 // Shared by the contact tests: a dump of a TLV stream in the notation that
-// testsupport::Stream reads, a receiver that logs every call as one line,
+// TestSupport::Stream reads, a receiver that logs every call as one line,
 // and refusal triggers for the creator.
 
 #include <cstdio>
@@ -15,7 +15,7 @@
 #include "pimshared/contact/TLVContactCreator.h"
 #include "support/TlvRecorder.h"
 
-namespace testsupport {
+namespace TestSupport {
 
 using PimShared::tXParam;
 using Texts = PAL::TVector<const char*>;
@@ -198,6 +198,6 @@ class RecordingReceiver : public PimShared::IContactReceiver {
     }
 };
 
-}  // namespace testsupport
+}  // namespace TestSupport
 
 #endif

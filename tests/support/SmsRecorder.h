@@ -5,7 +5,7 @@
 
 #include "pimshared/sms/SMSDescription.h"
 
-namespace testsupport {
+namespace TestSupport {
 
 // Writes every receiver call as "Name(args)" into log, blank-separated, the
 // arguments comma-separated; null texts as "-", and a refusal text
@@ -57,6 +57,6 @@ class SmsRecorder : public SmsLogSink, public PimShared::TSmsReceiverFor<SmsLogS
     SmsRecorder() : PimShared::TSmsReceiverFor<SmsLogSink>(static_cast<SmsLogSink&>(*this)) {}
 };
 
-}  // namespace testsupport
+}  // namespace TestSupport
 
 #endif

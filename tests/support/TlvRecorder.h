@@ -13,7 +13,7 @@
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "platform/Velmor.h"
 
-namespace testsupport {
+namespace TestSupport {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -147,6 +147,6 @@ class TraceCapture {
     }
 };
 
-}  // namespace testsupport
+}  // namespace TestSupport
 
 #endif

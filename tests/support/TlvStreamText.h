@@ -17,7 +17,7 @@
 
 #include "parsercreatorcollection/src/tlv/creator/TLVCreator.h"
 
-namespace testsupport {
+namespace TestSupport {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -69,6 +69,6 @@ inline Bytes Stream(const std::string& text) {
     return bytes;
 }
 
-}  // namespace testsupport
+}  // namespace TestSupport
 
 #endif

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-namespace toolrun {
+namespace ToolRun {
 
 struct Result {
     int status = -1;
@@ -64,6 +64,6 @@ inline std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-}  // namespace toolrun
+}  // namespace ToolRun
 
 #endif

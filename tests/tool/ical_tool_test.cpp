@@ -8,11 +8,11 @@
 
 namespace {
 
-using toolrun::Result;
-using toolrun::Slurp;
-using toolrun::Spit;
-using toolrun::Temp;
-using toolrun::Tool;
+using ToolRun::Result;
+using ToolRun::Slurp;
+using ToolRun::Spit;
+using ToolRun::Temp;
+using ToolRun::Tool;
 
 const std::string kCalendar =
     "BEGIN:VCALENDAR\r\nPRODID:-//t//EN\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:e\r\n"

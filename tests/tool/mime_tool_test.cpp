@@ -7,8 +7,8 @@
 
 namespace {
 
-using toolrun::Result;
-using toolrun::Tool;
+using ToolRun::Result;
+using ToolRun::Tool;
 
 const std::string kMessage =
     "From: Ann <ann@example.org>\nReceived: from a\nReceived: from b\nSubject: hi\n\nbody\n";

@@ -14,12 +14,12 @@
 
 namespace {
 
-using toolrun::Lines;
-using toolrun::Result;
-using toolrun::Slurp;
-using toolrun::Spit;
-using toolrun::Temp;
-using toolrun::Tool;
+using ToolRun::Lines;
+using ToolRun::Result;
+using ToolRun::Slurp;
+using ToolRun::Spit;
+using ToolRun::Temp;
+using ToolRun::Tool;
 
 std::vector<std::string> BuiltItems() {
     std::vector<std::string> items;

@@ -9,8 +9,8 @@
 
 namespace {
 
-using toolrun::Result;
-using toolrun::Tool;
+using ToolRun::Result;
+using ToolRun::Tool;
 
 const std::string kBook =
     std::string(PIMTLV_SAMPLES_DIR) + "/../tests/bridges/fixtures/vcard/addressbook.vcf";
@@ -18,9 +18,10 @@ const std::string kBook =
 TEST(VcardTool, ImportWarnsOfLossesAndExportWritesTheCardsBack) {
     const Result imported = Tool("import " + kBook);
     EXPECT_EQ(imported.status, 0) << imported.err;
-    EXPECT_EQ(imported.err, "warning: " + kBook + ":17: contact 2 (instance 1): EMAIL;GROUP not carried\n" +
-                                "warning: " + kBook + ":26: contact 3 (instance 2): KIND not carried\n" +
-                                "warning: " + kBook + ":28: contact 3 (instance 2): GENDER not carried\n");
+    EXPECT_EQ(imported.err,
+              "warning: " + kBook + ":17: contact 2 (instance 1): EMAIL;GROUP not carried\n" +
+                  "warning: " + kBook + ":26: contact 3 (instance 2): KIND not carried\n" +
+                  "warning: " + kBook + ":28: contact 3 (instance 2): GENDER not carried\n");
 
     const Result strict = Tool("import --strict " + kBook);
     EXPECT_EQ(strict.status, 1);

@@ -9,7 +9,7 @@
 #include <vector>
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 std::string Unreadable(const std::string& charset, std::string_view bytes, bool partial) {
     iconv_t cd = g_mime_iconv_open("UTF-8", charset.c_str());
@@ -252,5 +252,5 @@ std::string WithFallbackCharset(const char* raw) {
     return out;
 }
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge

@@ -14,7 +14,7 @@
 #include "bridges/common/Charset.h"
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 // Why bytes do not read in charset ("unknown charset x-foo", "bytes not
 // valid in utf-8"), or empty. A value cut into pieces may end inside a
@@ -41,7 +41,7 @@ CharsetTrouble FindCharsetTrouble(const char* raw);
 // without loss.
 std::string WithFallbackCharset(const char* raw);
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge
 
 #endif

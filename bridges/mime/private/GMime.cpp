@@ -3,7 +3,7 @@
 #include <mutex>
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 void EnsureGMime() {
     static std::once_flag once;
@@ -83,5 +83,5 @@ Ref<GMimeStream> StringStream(std::string& text) {
     return Ref<GMimeStream>(&object->parent);
 }
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge

@@ -11,7 +11,7 @@
 #include <string>
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 struct Unref {
     void operator()(gpointer object) const {
@@ -38,7 +38,7 @@ Ref<GMimeStream> MemoryStream(const void* data, std::size_t size);
 // seek back drops what follows.
 Ref<GMimeStream> StringStream(std::string& text);
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge
 
 #endif

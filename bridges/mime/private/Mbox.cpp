@@ -3,7 +3,7 @@
 #include <cstring>
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 namespace {
 
@@ -130,5 +130,5 @@ void QuoteFromLines(std::string& text, std::size_t offset) {
     text.replace(offset, std::string::npos, out);
 }
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge

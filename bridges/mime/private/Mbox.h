@@ -15,7 +15,7 @@
 #include <vector>
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 struct MboxMessage {
     std::size_t offset = 0;  // the message's text, after its separator line
@@ -42,7 +42,7 @@ std::string UnquoteFromLines(const char* text, std::size_t size);
 // '>' and then "From ".
 void QuoteFromLines(std::string& text, std::size_t offset);
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge
 
 #endif

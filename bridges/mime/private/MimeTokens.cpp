@@ -1,7 +1,7 @@
 #include "bridges/mime/private/MimeTokens.h"
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 namespace {
 
@@ -178,5 +178,5 @@ const TextField* TextFieldOf(bool (A::*op)(const char*)) {
     return nullptr;
 }
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge

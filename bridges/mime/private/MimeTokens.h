@@ -12,7 +12,7 @@
 #include "pimshared/email/IEmailAttributes.h"
 
 namespace PimBridge {
-namespace mime {
+namespace Mime {
 
 using A = PimShared::IEmailAttributes;
 
@@ -73,7 +73,7 @@ extern const TextField kTextFields[10];
 const TextField* TextFieldOf(const char* header);
 const TextField* TextFieldOf(bool (A::*op)(const char*));
 
-}  // namespace mime
+}  // namespace Mime
 }  // namespace PimBridge
 
 #endif

@@ -4,7 +4,7 @@ namespace PimTool {
 
 std::vector<TypeName> CalendarFamilyNames() {
     using namespace PimShared;
-    using namespace PimShared::CalendarFamily;
+    using namespace PimShared::CalendarTypeIds;
 #define NODE(c)                \
     TypeName {                 \
         c, true, kNoParent, #c \
