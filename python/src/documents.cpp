@@ -352,9 +352,10 @@ struct Names::Cache {
         std::size_t operator()(const std::string& s) const noexcept {
             const std::size_t n = s.size();
             if (n == 0) return 0;
-            return n * 0x9E3779B1u ^ static_cast<unsigned char>(s[0]) << 8 ^
-                   static_cast<unsigned char>(s[n / 2]) << 16 ^
-                   static_cast<unsigned char>(s[n - 1]) << 24;
+            const auto at = [&s](std::size_t i) {
+                return std::size_t{static_cast<unsigned char>(s[i])};
+            };
+            return n * 0x9E3779B1u ^ at(0) << 8 ^ at(n / 2) << 16 ^ at(n - 1) << 24;
         }
     };
     std::unordered_map<std::string, PyObject*, Hash> strings;
