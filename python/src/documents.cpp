@@ -3,8 +3,8 @@
 #include <pybind11/pybind11.h>
 
 #include <limits>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "facade.h"
 
@@ -345,20 +345,39 @@ class Reader {
 }  // namespace
 
 // The names are short and few (a few hundred), and a decode looks one up
-// for every call and argument: a hash of their length and three letters is
-// enough to spread them.
+// for every call and argument: an open table of a power of two slots, kept
+// at most half full, with a hash of the length and three letters, finds
+// them at the first or second slot.
 struct Names::Cache {
-    struct Hash {
-        std::size_t operator()(const std::string& s) const noexcept {
-            const std::size_t n = s.size();
-            if (n == 0) return 0;
-            const auto at = [&s](std::size_t i) {
-                return std::size_t{static_cast<unsigned char>(s[i])};
-            };
-            return n * 0x9E3779B1u ^ at(0) << 8 ^ at(n / 2) << 16 ^ at(n - 1) << 24;
-        }
+    struct Slot {
+        std::string name;
+        PyObject* string = nullptr;
     };
-    std::unordered_map<std::string, PyObject*, Hash> strings;
+    std::vector<Slot> slots = std::vector<Slot>(1024);
+    std::size_t used = 0;
+
+    static std::size_t Hash(const std::string& s) noexcept {
+        const std::size_t n = s.size();
+        if (n == 0) return 0;
+        const auto at = [&s](std::size_t i) {
+            return std::size_t{static_cast<unsigned char>(s[i])};
+        };
+        return (n * 0x9E3779B1u) ^ (at(0) * 31) ^ (at(n / 2) << 7) ^ (at(n - 1) << 13);
+    }
+    // The slot of name, or the empty slot where it goes.
+    Slot& Find(const std::string& name) {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t i = Hash(name) & mask;
+        while (slots[i].string != nullptr && slots[i].name != name) i = (i + 1) & mask;
+        return slots[i];
+    }
+    void Grow() {
+        std::vector<Slot> old(slots.size() * 2);
+        old.swap(slots);
+        for (Slot& slot : old) {
+            if (slot.string != nullptr) Find(slot.name) = std::move(slot);
+        }
+    }
 };
 
 Names::Names()
@@ -388,10 +407,11 @@ Names::Names()
 }
 
 PyObject* Names::Of(const std::string& name) {
-    const auto found = m_cache->strings.find(name);
-    if (found != m_cache->strings.end()) return found->second;
+    Cache::Slot& slot = m_cache->Find(name);
+    if (slot.string != nullptr) return slot.string;
     PyObject* s = Interned(name.c_str());
-    m_cache->strings.emplace(name, s);
+    slot = {name, s};
+    if (++m_cache->used * 2 > m_cache->slots.size()) m_cache->Grow();
     return s;
 }
 
