@@ -7,34 +7,6 @@ namespace Ical {
 
 namespace {
 
-constexpr unsigned int kAll = kEvent | kTask | kNote;
-
-// PRODID and VERSION belong to the VCALENDAR; every item gets its calendar's.
-// Notes have no location, priority or times of day beyond creation and
-// modification; only events have an end, only tasks a due time, and the due
-// time has no operation for UTC or zoned values.
-constexpr PropertyRow kRows[] = {
-    {ICAL_PRODID_PROPERTY, eShape::Text, kAll, eOp::ProductIdentifier, eOp::None, false},
-    {ICAL_VERSION_PROPERTY, eShape::Text, kAll, eOp::Version, eOp::None, false},
-    {ICAL_CATEGORIES_PROPERTY, eShape::Categories, kAll, eOp::Categories, eOp::None, false},
-    {ICAL_CLASS_PROPERTY, eShape::Text, kAll, eOp::Classification, eOp::None, false},
-    {ICAL_DESCRIPTION_PROPERTY, eShape::RichText, kAll, eOp::Description, eOp::None, false},
-    {ICAL_LOCATION_PROPERTY, eShape::RichText, kEvent | kTask, eOp::Location, eOp::None, false},
-    {ICAL_PRIORITY_PROPERTY, eShape::Byte, kEvent | kTask, eOp::Priority, eOp::None, false},
-    {ICAL_STATUS_PROPERTY, eShape::Text, kAll, eOp::Status, eOp::None, false},
-    {ICAL_SUMMARY_PROPERTY, eShape::RichText, kAll, eOp::Summary, eOp::None, false},
-    {ICAL_DTSTART_PROPERTY, eShape::DateTime, kEvent | kTask, eOp::DateTimeStart,
-     eOp::DateTimeStartLocal, true},
-    {ICAL_DTEND_PROPERTY, eShape::DateTime, kEvent, eOp::DateTimeEnd, eOp::DateTimeEndLocal, true},
-    {ICAL_DUE_PROPERTY, eShape::DateTime, kTask, eOp::None, eOp::DateTimeDueLocal, false},
-    {ICAL_UID_PROPERTY, eShape::Text, kAll, eOp::UniqueIdentifier, eOp::None, false},
-    {ICAL_CREATED_PROPERTY, eShape::DateTime, kAll, eOp::DateTimeCreated, eOp::None, false},
-    {ICAL_LASTMODIFIED_PROPERTY, eShape::DateTime, kAll, eOp::LastModified, eOp::None, false},
-    {ICAL_SEQUENCE_PROPERTY, eShape::Word, kAll, eOp::SequenceNumber, eOp::None, false},
-    {ICAL_ATTENDEE_PROPERTY, eShape::Attendee, kAll, eOp::Attendee, eOp::None, false},
-    {ICAL_ORGANIZER_PROPERTY, eShape::Organizer, kAll, eOp::Organizer, eOp::None, false},
-};
-
 constexpr ParamSlot kRichText[] = {
     {ICAL_ALTREP_PARAMETER, 1, -1},
     {ICAL_LANGUAGE_PARAMETER, 2, -1},
@@ -68,14 +40,6 @@ constexpr ParamSlot kAttendee[] = {
 const PropertyRow* RowOfKind(icalproperty_kind kind) {
     for (const PropertyRow& row : kRows) {
         if (row.kind == kind) return &row;
-    }
-    return nullptr;
-}
-
-const PropertyRow* RowOfOp(eOp op) {
-    if (op == eOp::None) return nullptr;
-    for (const PropertyRow& row : kRows) {
-        if (row.op == op || row.localOp == op) return &row;
     }
     return nullptr;
 }
