@@ -47,7 +47,8 @@
     OP(ProdID, "text")                                                                             \
     OP(Key, "keyType", "mediaType", "data", nullptr)                                               \
     OP(PhotoAvailability, "available")                                                             \
-    OP(NonStandardProperty, "name", "value", "data", nullptr, "xParams")
+    OP(NonStandardProperty, "name", "value", "data", nullptr, "xParams")                           \
+    OP(DemoMood, "text")
 
 namespace PimShared {
 

@@ -52,6 +52,7 @@ enum eProperty : unsigned int {
     Key,
     PhotoAvailability,
     NonStandardProperty,
+    DemoMood,
     PropertyCount
 };
 constexpr unsigned int FirstPropertySlot = 2;
@@ -172,6 +173,7 @@ constexpr tProperty kProperties[] = {
     {TypeIdPropTypePhotoAvailability, E, Yes, Rep, false, {{TypeIdValTypePhotoAvailability, eValueKind::Flag}}},
     {TypeIdPropTypeNonStandard, E, Yes, Rep, true,
      {{TypeIdValTypeNonStandardName, T}, {TypeIdValTypeNonStandardValue, T}, {Bin, D}}},
+    {TypeIdPropTypeDemoMood, E, Yes, Rep, false, {{TypeIdValTypeDemoMood, T}}},
 };
 // clang-format on
 }  // namespace Detail
