@@ -14,8 +14,7 @@
     PIMTLV_CALENDAR_COMMON_OPERATIONS(OP, OP0, OVERLOAD)     \
     PIMTLV_CALENDAR_EVENT_TASK_OPERATIONS(OP, OP0, OVERLOAD) \
     OP(DateTimeEnd, "dateTime", "timeZone", "xParams")       \
-    OP(DateTimeEndLocal, "dateTime", "xParams")              \
-    OP(DemoColor, "text", "xParams")
+    OP(DateTimeEndLocal, "dateTime", "xParams")
 
 namespace PimShared {
 

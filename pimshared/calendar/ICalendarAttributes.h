@@ -66,7 +66,6 @@ class PIMTLV_API ICalendarAttributes {
                            const PAL::TVector<tXParam>& xParams) = 0;
     virtual bool SendStatus(unsigned char status) = 0;
     virtual bool InstanceName(const char* name) = 0;
-    virtual bool DemoColor(const char* text, const PAL::TVector<tXParam>& xParams) = 0;
     /// @}
 
   protected:

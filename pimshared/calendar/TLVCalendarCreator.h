@@ -28,10 +28,6 @@ class PIMTLV_API CTLVCalendarCreator
     bool DateTimeEndLocal(const PAL::CDateAndTime& dateTime,
                           const PAL::TVector<tXParam>& xParams) override;
     /// @}
-    bool DemoColor(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeDemoColor,
-                         CalendarTypeIds::TypeIdValTypeDemoColor, text, xParams);
-    }
 };
 
 }  // namespace PimShared

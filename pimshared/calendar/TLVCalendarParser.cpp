@@ -37,8 +37,7 @@ const tParserItem kEvent = {
         SlotBit(TypeIdPropTypeDateTimeEndLocal) | SlotBit(TypeIdPropTypeUniqueIdentifier) |
         SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
         SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
-        SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus) |
-        SlotBit(TypeIdPropTypeDemoColor),
+        SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
     false,  // a name still waiting when the stream ends is dropped
     true,   // so is one waiting when an unimplemented property starts
 };
@@ -60,9 +59,6 @@ class CTLVCalendarParser::CTLVCalendarParserImpl final
         switch (property) {
             case TypeIdPropTypeDateTimeEnd:
                 answer = m_receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
-                return true;
-            case TypeIdPropTypeDemoColor:
-                answer = m_receiver.DemoColor(v.text[kMain], v.xParams);
                 return true;
             case TypeIdPropTypeDateTimeEndLocal:
                 answer = m_receiver.DateTimeEndLocal(v.dateTime, v.xParams);

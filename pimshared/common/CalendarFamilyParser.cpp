@@ -127,7 +127,6 @@ constexpr tSlotLayout kSlots[] = {
     {TypeIdPropTypeOrganizer, TypeIdValTypeCalAddress, eField::Text, kAddress, kOrganizer,
      Count(kOrganizer), true, 0},
     {TypeIdPropTypeSendStatus, TypeIdValTypeSendStatus, eField::Byte, 0, nullptr, 0, false, 0},
-    {TypeIdPropTypeDemoColor, TypeIdValTypeDemoColor, eField::Text, kMain, nullptr, 0, true, 0},
 };
 constexpr unsigned int kSlotCount = sizeof kSlots / sizeof kSlots[0];
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");

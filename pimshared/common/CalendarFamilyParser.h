@@ -35,7 +35,7 @@ struct tPropertyValues {
 };
 
 // Properties of the family whose values a parser gathers, one slot each.
-constexpr unsigned int kPropertySlots = 22;
+constexpr unsigned int kPropertySlots = 21;
 
 // Field names: main text of single-text properties, the rich texts
 // (description, location, summary), the zone beside a date-time, the

@@ -32,8 +32,6 @@ constexpr unsigned int TypeIdPropTypeDateTimeStartLocal = 249;
 constexpr unsigned int TypeIdPropTypeDateTimeEndLocal = 250;
 constexpr unsigned int TypeIdPropTypeDateTimeDueLocal = 251;
 constexpr unsigned int TypeIdPropTypeSendStatus = 252;
-constexpr unsigned int TypeIdPropTypeDemoColor = 260;
-constexpr unsigned int TypeIdValTypeDemoColor = 991;
 constexpr unsigned int TypeIdPropTypeCategories = 900;
 
 /// Value leaves (String unless noted).

@@ -82,7 +82,6 @@ class PIMTLV_API IContactAttributes {
     /// receiver with the values read (texts may be null when not given). True to go on.
     /// @{
     virtual bool URL(const char* text) = 0;
-    virtual bool DemoMood(const char* text) = 0;
     virtual bool Version(const char* text) = 0;
     virtual bool Classification(const char* text) = 0;
     virtual bool ProdID(const char* text) = 0;

@@ -47,8 +47,7 @@
     OP(ProdID, "text")                                                                             \
     OP(Key, "keyType", "mediaType", "data", nullptr)                                               \
     OP(PhotoAvailability, "available")                                                             \
-    OP(NonStandardProperty, "name", "value", "data", nullptr, "xParams")                           \
-    OP(DemoMood, "text")
+    OP(NonStandardProperty, "name", "value", "data", nullptr, "xParams")
 
 namespace PimShared {
 

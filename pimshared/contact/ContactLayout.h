@@ -52,7 +52,6 @@ enum eProperty : unsigned int {
     Key,
     PhotoAvailability,
     NonStandardProperty,
-    DemoMood,
     PropertyCount
 };
 constexpr unsigned int FirstPropertySlot = 2;
@@ -173,7 +172,6 @@ constexpr tProperty kProperties[] = {
     {TypeIdPropTypePhotoAvailability, E, Yes, Rep, false, {{TypeIdValTypePhotoAvailability, eValueKind::Flag}}},
     {TypeIdPropTypeNonStandard, E, Yes, Rep, true,
      {{TypeIdValTypeNonStandardName, T}, {TypeIdValTypeNonStandardValue, T}, {Bin, D}}},
-    {TypeIdPropTypeDemoMood, E, Yes, Rep, false, {{TypeIdValTypeDemoMood, T}}},
 };
 // clang-format on
 }  // namespace Detail

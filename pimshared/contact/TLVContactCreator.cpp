@@ -374,10 +374,6 @@ bool CTLVContactCreator::Handle(const char* text) {
     return CPropertyWriter(*this, ContactLayout::Handle).Text(TypeIdValTypeHandle, text).Done();
 }
 
-bool CTLVContactCreator::DemoMood(const char* text) {
-    return CPropertyWriter(*this, ContactLayout::DemoMood).Text(TypeIdValTypeDemoMood, text).Done();
-}
-
 bool CTLVContactCreator::URL(const char* text) {
     return CPropertyWriter(*this, ContactLayout::URL).Text(TypeIdValTypeURL, text).Done();
 }

@@ -73,7 +73,6 @@ class PIMTLV_API CTLVContactCreator : public IContactCreator, public CTLVCreator
     bool XUCI(const char* text, int number, unsigned short unsignedNumber) override;
     bool Handle(const char* text) override;
     bool URL(const char* text) override;
-    bool DemoMood(const char* text) override;
     bool Version(const char* text) override;
     bool Classification(const char* text) override;
     bool ProdID(const char* text) override;

@@ -383,8 +383,6 @@ class CTLVContactParser::CTLVContactParserImpl final : public ParserCreatorColle
                 return r.XUCI(v[0].text, static_cast<int>(v[1].u16), v[2].u16);
             case ContactLayout::Handle:
                 return r.Handle(v[0].text);
-            case ContactLayout::DemoMood:
-                return r.DemoMood(v[0].text);
             case ContactLayout::URL:
                 return r.URL(v[0].text);
             case ContactLayout::Version:
