@@ -35,6 +35,64 @@ constexpr ParamSlot kAttendee[] = {
     {ICAL_LANGUAGE_PARAMETER, 7, -1},
 };
 
+// The argument of its operation that a parameter with a slot of its own is,
+// by the argument's name in the descriptions.
+constexpr const char* ArgumentOf(icalparameter_kind kind) {
+    switch (kind) {
+        case ICAL_ALTREP_PARAMETER:
+            return "altRep";
+        case ICAL_LANGUAGE_PARAMETER:
+            return "language";
+        case ICAL_SENTBY_PARAMETER:
+            return "sentBy";
+        case ICAL_CN_PARAMETER:
+            return "commonName";
+        case ICAL_DIR_PARAMETER:
+            return "directory";
+        case ICAL_CUTYPE_PARAMETER:
+            return "cuType";
+        case ICAL_MEMBER_PARAMETER:
+            return "members";
+        case ICAL_ROLE_PARAMETER:
+            return "role";
+        case ICAL_PARTSTAT_PARAMETER:
+            return "partStat";
+        case ICAL_RSVP_PARAMETER:
+            return "rsvp";
+        case ICAL_DELEGATEDTO_PARAMETER:
+            return "delegatedTo";
+        case ICAL_DELEGATEDFROM_PARAMETER:
+            return "delegatedFrom";
+        default:
+            return nullptr;
+    }
+}
+
+// Whether each parameter's slot is where the argument rule puts the
+// argument of that name: the tables cannot drift from the operations.
+template <typename Op, std::size_t N>
+constexpr bool SlotsMatch(const ParamSlot (&slots)[N]) {
+    constexpr auto kinds = Args::Kinds<Op>();
+    for (const ParamSlot& slot : slots) {
+        std::size_t at = 0;
+        while (at < Op::kArgs.size() && !SameName(Op::kArgs[at], ArgumentOf(slot.kind))) ++at;
+        if (at == Op::kArgs.size()) return false;
+        const int index = Args::SlotAt<Op>(at);
+        const bool placed = slot.text == kRsvpSlot ? kinds[at] == Args::eKind::Rsvp
+                            : slot.list >= 0 ? kinds[at] == Args::eKind::List && index == slot.list
+                                             : kinds[at] == Args::eKind::Text && index == slot.text;
+        if (!placed) return false;
+    }
+    return true;
+}
+using Event = PimShared::EventOperations;
+static_assert(SlotsMatch<Event::Summary>(kRichText) && SlotsMatch<Event::Description>(kRichText) &&
+                  SlotsMatch<Event::Location>(kRichText) &&
+                  SlotsMatch<Event::Categories>(kCategories) &&
+                  SlotsMatch<Event::Organizer>(kOrganizer) &&
+                  SlotsMatch<Event::Attendee>(kAttendee),
+              "a parameter's slot is not where its operation's argument goes");
+
 }  // namespace
 
 const PropertyRow* RowOfKind(icalproperty_kind kind) {

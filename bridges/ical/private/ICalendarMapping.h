@@ -11,6 +11,7 @@
 
 #include <libical/ical.h>
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <tuple>
@@ -201,22 +202,27 @@ constexpr eKind KindOf() {
 }
 
 template <typename Op, std::size_t... I>
-constexpr int SlotOf(std::size_t at, std::index_sequence<I...>) {
-    constexpr eKind kinds[] = {KindOf<Op, I>()...};
+constexpr std::array<eKind, sizeof...(I)> KindsOf(std::index_sequence<I...>) {
+    return {{KindOf<Op, I>()...}};
+}
+// The kind of every argument of Op.
+template <typename Op>
+constexpr std::array<eKind, Op::Traits::kArity> Kinds() {
+    return KindsOf<Op>(std::make_index_sequence<Op::Traits::kArity>{});
+}
+// The slot of argument at of Op among the arguments of its kind.
+template <typename Op>
+constexpr int SlotAt(std::size_t at) {
+    constexpr auto kinds = Kinds<Op>();
     int slot = kinds[at] == eKind::Text && kinds[0] != eKind::Text ? 1 : 0;
     for (std::size_t i = 0; i < at; ++i) slot += kinds[i] == kinds[at] ? 1 : 0;
     return slot;
 }
-// The slot of argument I among the arguments of its kind.
-template <typename Op, std::size_t I>
-constexpr int SlotOf() {
-    return SlotOf<Op>(I, std::make_index_sequence<Op::Traits::kArity>{});
-}
 
 template <typename Op, std::size_t I, typename T>
 void Store(PropertyValues& v, const T& arg) {
-    constexpr eKind kind = KindOf<Op, I>();
-    constexpr int slot = SlotOf<Op, I>();
+    constexpr eKind kind = Kinds<Op>()[I];
+    constexpr int slot = SlotAt<Op>(I);
     static_assert(kind != eKind::Other, "an argument PropertyValues has no place for");
     if constexpr (kind == eKind::Text) {
         static_assert(slot < PropertyValues::kTexts, "more texts than PropertyValues holds");
@@ -244,8 +250,8 @@ void Pack(PropertyValues& v, std::index_sequence<I...>, const A&... args) {
 
 template <typename Op, std::size_t I>
 decltype(auto) Arg(const PropertyValues& v) {
-    constexpr eKind kind = KindOf<Op, I>();
-    constexpr int slot = SlotOf<Op, I>();
+    constexpr eKind kind = Kinds<Op>()[I];
+    constexpr int slot = SlotAt<Op>(I);
     static_assert(kind != eKind::Other, "an argument PropertyValues has no place for");
     using T = Bare<typename Op::template Param<I>>;
     if constexpr (kind == eKind::Text) {
