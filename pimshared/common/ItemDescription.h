@@ -151,9 +151,11 @@ struct NoSink {
 }  // namespace Description
 
 // The item whose receiver is Receiver: ItemOfReceiver<ICalendarReceiver>::Type
-// is EventItem. Specialised by each item's description.
+// is EventItem. Each item's description declares the function it is found by.
 template <typename Receiver>
-struct ItemOfReceiver;
+struct ItemOfReceiver {
+    using Type = decltype(PimtlvItemOfReceiver(static_cast<Receiver*>(nullptr)));
+};
 
 }  // namespace PimShared
 
@@ -331,9 +333,8 @@ struct ItemOfReceiver;
         template <typename Base, typename Sink>                                                 \
         using SlotsFor = SlotsName<Base, Sink>;                                                 \
     };                                                                                          \
-    template <>                                                                                 \
-    struct ItemOfReceiver<ReceiverType> {                                                       \
-        using Type = Item;                                                                      \
-    };
+    inline Item PimtlvItemOfReceiver(ReceiverType*) {                                           \
+        return {};                                                                              \
+    }
 
 #endif
