@@ -5,7 +5,6 @@
 #include <iterator>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
-#include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
 
@@ -16,122 +15,16 @@ using ParserCreatorCollection::eClass;
 
 namespace {
 
-// Where a value leaf goes in its property's record.
-enum class eField : unsigned char {
-    None,         // not a value of the property
-    XParamName,   // the name of an extension parameter, waiting for its value
-    XParamValue,  // its value: the pair goes to the property's list
-    Text,         // text[index] := the text
-    Append,       // list[index] += the text
-    Byte,         // number := low 8 bits
-    Word,         // number := low 16 bits
-    DateTime,     // dateTime := the text read as an iCalendar date-time
-    Status,       // a String leaf: text[kMain]; any other: number := low 8 bits
-};
+using CalendarLayout::eField;
+using CalendarLayout::tProperty;
 
-struct tValueRule {
-    unsigned short valueId;
-    eField field;
-    unsigned char index;
-};
-
-constexpr tValueRule kRichText[] = {
-    {TypeIdValTypeAltRep, eField::Text, kAltRep},
-    {TypeIdValTypeLanguage, eField::Text, kLanguage},
-};
-constexpr tValueRule kDateTimeZone[] = {
-    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
-    {TypeIdValTypeDateTimeZone, eField::Text, kZone},
-};
-constexpr tValueRule kDateTimeAlt[] = {
-    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
-};
-constexpr tValueRule kCategories[] = {
-    {TypeIdValTypeLanguage, eField::Text, kCategoryLanguage},
-};
-constexpr tValueRule kAttendee[] = {
-    {TypeIdValTypeCuType, eField::Text, kAttendeeCuType},
-    {TypeIdValTypeMember, eField::Append, kAttendeeMembers},
-    {TypeIdValTypeRole, eField::Text, kAttendeeRole},
-    {TypeIdValTypePartStat, eField::Text, kAttendeePartStat},
-    {TypeIdValTypeRsvp, eField::Byte, 0},
-    {TypeIdValTypeDelegatedTo, eField::Append, kAttendeeDelegatedTo},
-    {TypeIdValTypeDelegatedFrom, eField::Append, kAttendeeDelegatedFrom},
-    {TypeIdValTypeSentBy, eField::Text, kAttendeeSentBy},
-    {TypeIdValTypeCommonName, eField::Text, kAttendeeCommonName},
-    {TypeIdValTypeDirectory, eField::Text, kAttendeeDirectory},
-    {TypeIdValTypeLanguage, eField::Text, kAttendeeLanguage},
-};
-constexpr tValueRule kOrganizer[] = {
-    {TypeIdValTypeSentBy, eField::Text, kOrganizerSentBy},
-    {TypeIdValTypeCommonName, eField::Text, kOrganizerCommonName},
-    {TypeIdValTypeDirectory, eField::Text, kOrganizerDirectory},
-    {TypeIdValTypeLanguage, eField::Text, kOrganizerLanguage},
-};
-
-// One property of the family: its main value (the leaf the creator always
-// writes), the other value IDs it takes, whether it takes extension
-// parameters, and the number it is reset to.
-struct tSlotLayout {
-    unsigned short property;
-    unsigned short mainValue;
-    eField mainField;
-    unsigned char mainIndex;
-    const tValueRule* extras;
-    unsigned char extraCount;
-    bool xParams;
-    unsigned int resetNumber;
-};
-
-template <std::size_t N>
-constexpr unsigned char Count(const tValueRule (&)[N]) {
-    return static_cast<unsigned char>(N);
-}
-
-// The slot order is the order in which every item's record lists them.
-constexpr tSlotLayout kSlots[] = {
-    {TypeIdPropTypeProductIdentifier, TypeIdValTypeProductIdentifier, eField::Text, kMain, nullptr,
-     0, true, 0},
-    {TypeIdPropTypeVersion, TypeIdValTypeVersion, eField::Text, kMain, nullptr, 0, true, 0},
-    {TypeIdPropTypeCategories, TypeIdValTypeCategory, eField::Append, kCategoryList, kCategories,
-     Count(kCategories), true, 0},
-    {TypeIdPropTypeClassification, TypeIdValTypeClassification, eField::Text, kMain, nullptr, 0,
-     true, 0},
-    {TypeIdPropTypeDescription, TypeIdValTypeDescription, eField::Text, kMain, kRichText,
-     Count(kRichText), true, 0},
-    {TypeIdPropTypeLocation, TypeIdValTypeLocation, eField::Text, kMain, kRichText,
-     Count(kRichText), true, 0},
-    {TypeIdPropTypePriority, TypeIdValTypePriority, eField::Byte, 0, nullptr, 0, true, 0},
-    {TypeIdPropTypeStatus, TypeIdValTypeStatus, eField::Status, kMain, nullptr, 0, true, 0},
-    {TypeIdPropTypeSummary, TypeIdValTypeSummary, eField::Text, kMain, kRichText, Count(kRichText),
-     true, 0},
-    {TypeIdPropTypeDateTimeStart, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
-     Count(kDateTimeZone), true, 0},
-    {TypeIdPropTypeDateTimeEnd, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
-     Count(kDateTimeZone), true, 0},
-    {TypeIdPropTypeDateTimeStartLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeDateTimeEndLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeDateTimeDueLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeUniqueIdentifier, TypeIdValTypeUniqueIdentifier, eField::Text, kMain, nullptr, 0,
-     true, 0},
-    {TypeIdPropTypeDateTimeCreated, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true,
-     0},
-    {TypeIdPropTypeLastModified, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true, 0},
-    {TypeIdPropTypeSequenceNumber, TypeIdValTypeSequenceNumber, eField::Word, 0, nullptr, 0, true,
-     0},
-    {TypeIdPropTypeAttendee, TypeIdValTypeCalAddress, eField::Text, kAddress, kAttendee,
-     Count(kAttendee), true, eRsvpNotGiven},
-    {TypeIdPropTypeOrganizer, TypeIdValTypeCalAddress, eField::Text, kAddress, kOrganizer,
-     Count(kOrganizer), true, 0},
-    {TypeIdPropTypeSendStatus, TypeIdValTypeSendStatus, eField::Byte, 0, nullptr, 0, false, 0},
-};
-constexpr unsigned int kSlotCount = sizeof kSlots / sizeof kSlots[0];
+constexpr unsigned int kSlotCount = CalendarLayout::PropertyCount;
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
-static_assert(kSlotCount <= 32, "slots are a 32-bit set");
 constexpr unsigned int kNoSlot = kSlotCount;
+
+const tProperty& Layout(unsigned int slot) {
+    return CalendarLayout::Row(static_cast<CalendarLayout::eProperty>(slot));
+}
 
 // Slot of every 12-bit ID, looked up once per property node.
 struct tSlotIndex {
@@ -141,7 +34,7 @@ constexpr tSlotIndex MakeSlotIndex() {
     tSlotIndex index{};
     for (unsigned char& s : index.slot) s = static_cast<unsigned char>(kNoSlot);
     for (unsigned int i = 0; i < kSlotCount; ++i) {
-        index.slot[kSlots[i].property] = static_cast<unsigned char>(i);
+        index.slot[CalendarLayout::Detail::kProperties[i].node] = static_cast<unsigned char>(i);
     }
     return index;
 }
@@ -150,7 +43,8 @@ static_assert(kNoSlot < 256, "slots fit the index");
 
 // Where each value ID goes in each slot's record, so that a value leaf is
 // placed by one look-up whatever the number of IDs its property takes. Value
-// IDs are numbered densely (kValueColumns) for the per-slot rows.
+// IDs are numbered densely (kValueColumns) for the per-slot rows; every ID no
+// row takes shares the last column, which is None in every row.
 struct tValueColumns {
     unsigned char column[4096];
     unsigned int count;
@@ -163,40 +57,36 @@ constexpr tValueColumns MakeValueColumns() {
             columns.column[valueId] = static_cast<unsigned char>(columns.count++);
         }
     };
-    for (const tSlotLayout& layout : kSlots) {
-        add(layout.mainValue);
-        for (unsigned int i = 0; i < layout.extraCount; ++i) add(layout.extras[i].valueId);
+    for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
+        const tProperty& row = CalendarLayout::Detail::kProperties[slot];
+        for (unsigned int i = 0; i < CalendarLayout::ColumnCount(row); ++i) add(row.values[i].id);
     }
     add(TypeIdValTypeXparamName);
     add(TypeIdValTypeXparamValue);
+    for (unsigned char& c : columns.column) {
+        if (c == 0xFF) c = static_cast<unsigned char>(columns.count);
+    }
     return columns;
 }
 constexpr tValueColumns kValueColumns = MakeValueColumns();
-constexpr unsigned int kColumnCount = kValueColumns.count;
+constexpr unsigned int kNoneColumn = kValueColumns.count;
 // Rows of a power-of-two width keep the look-up a shift.
 constexpr unsigned int kColumnStride = 32;
-static_assert(kColumnCount <= kColumnStride, "a slot's row holds every value column");
+static_assert(kNoneColumn < kColumnStride, "a slot's row holds every value column and None");
 
-struct tPlacement {
-    eField field;  // None where the property does not take the ID
-    unsigned char index;
-};
 struct tPlacements {
     tPlacement cell[kSlotCount][kColumnStride];
 };
-// The extension parameters win over the values, the main value over an extra
-// of the same ID, and an earlier extra over a later one: the rows are written
-// in the reverse order.
+// The extension parameters win over the values (no row takes their IDs).
 constexpr tPlacements MakePlacements() {
     tPlacements placements{};
     for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
-        const tSlotLayout& layout = kSlots[slot];
+        const tProperty& layout = CalendarLayout::Detail::kProperties[slot];
         tPlacement* row = placements.cell[slot];
-        for (unsigned int i = layout.extraCount; i > 0; --i) {
-            const tValueRule& rule = layout.extras[i - 1];
-            row[kValueColumns.column[rule.valueId]] = {rule.field, rule.index};
+        for (unsigned int i = 0; i < CalendarLayout::ColumnCount(layout); ++i) {
+            const CalendarLayout::tValue& value = layout.values[i];
+            row[kValueColumns.column[value.id]] = {value.field, value.index};
         }
-        row[kValueColumns.column[layout.mainValue]] = {layout.mainField, layout.mainIndex};
         if (layout.xParams) {
             row[kValueColumns.column[TypeIdValTypeXparamName]] = {eField::XParamName, 0};
             row[kValueColumns.column[TypeIdValTypeXparamValue]] = {eField::XParamValue, 0};
@@ -206,10 +96,8 @@ constexpr tPlacements MakePlacements() {
 }
 constexpr tPlacements kPlacements = MakePlacements();
 
-// Where valueId goes in slot's record (None for an ID the property does not take).
-tPlacement FindPlacement(unsigned int slot, unsigned int valueId) noexcept {
-    const unsigned int column = valueId < 4096 ? kValueColumns.column[valueId] : 0xFFu;
-    return column == 0xFF ? tPlacement{eField::None, 0} : kPlacements.cell[slot][column];
+unsigned int ColumnOf(unsigned int valueId) noexcept {
+    return valueId < 4096 ? kValueColumns.column[valueId] : kNoneColumn;
 }
 
 // The lists a slot's values can reach (bit set of list indices), the only
@@ -220,14 +108,12 @@ struct tSlotLists {
 constexpr tSlotLists MakeSlotLists() {
     tSlotLists table{};
     for (unsigned int i = 0; i < kSlotCount; ++i) {
-        for (unsigned int e = 0; e < kSlots[i].extraCount; ++e) {
-            if (kSlots[i].extras[e].field == eField::Append) {
+        const tProperty& row = CalendarLayout::Detail::kProperties[i];
+        for (unsigned int c = 0; c < CalendarLayout::ColumnCount(row); ++c) {
+            if (row.values[c].field == eField::Append) {
                 table.slot[i] =
-                    static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].extras[e].index));
+                    static_cast<unsigned char>(table.slot[i] | (1u << row.values[c].index));
             }
-        }
-        if (kSlots[i].mainField == eField::Append) {
-            table.slot[i] = static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].mainIndex));
         }
     }
     return table;
@@ -288,11 +174,6 @@ constexpr int kInternal = 6;
 
 }  // namespace
 
-unsigned int SlotBit(unsigned int property) noexcept {
-    const unsigned int slot = FindSlot(property);
-    return slot == kNoSlot ? 0u : 1u << slot;
-}
-
 template <typename TReceiver>
 TReceivingEngine<TReceiver>::TReceivingEngine(const tParserItem& item, TReceiver& receiver)
     : CTLVParser(static_cast<ParserCreatorCollection::ITLV&>(*this)),
@@ -333,7 +214,7 @@ void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
             if ((lists & (1u << i)) != 0) v.list[i].clear();
         }
     }
-    v.number = kSlots[slot].resetNumber;
+    v.number = Layout(slot).resetNumber;
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
     v.dateTime.setMicroseconds(0);
@@ -344,8 +225,13 @@ template <typename TReceiver>
 void TReceivingEngine<TReceiver>::SetCurrentProperty(unsigned int typeId) noexcept {
     m_currentProperty = typeId;
     const unsigned int slot = FindSlot(typeId);
-    m_currentSlot =
-        slot != kNoSlot && (m_item.gatheredProperties & (1u << slot)) != 0 ? slot : kNoSlot;
+    if (slot != kNoSlot && (m_item.layout.gathered & (1u << slot)) != 0) {
+        m_currentSlot = slot;
+        m_row = kPlacements.cell[slot];
+    } else {
+        m_currentSlot = kNoSlot;
+        m_row = nullptr;
+    }
 }
 
 template <typename TReceiver>
@@ -427,12 +313,12 @@ bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
     TraceLine(m_traceNodeBegin, typeId);
     switch (m_state) {
         case ParsingStateBegin:
-            if (typeId == m_item.root) {
+            if (typeId == m_item.layout.root) {
                 m_state = ParsingStateObjectContext;
                 m_skip = false;
                 return true;
             }
-            return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.root);
+            return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.layout.root);
         case ParsingStateObjectContext:
             if (IsObjectLevelProperty(typeId)) {
                 m_skip = false;
@@ -440,13 +326,14 @@ bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
                 SetCurrentProperty(typeId);
                 return true;
             }
-            if (typeId == m_item.component) {
+            if (typeId == m_item.layout.component) {
                 m_skip = false;
                 m_state = ParsingStateComponentContext;
                 return true;
             }
             if (typeId == TypeIdObjLevelMarker) return true;
-            return Report(kUnexpected, m_item.objectNodeUnexpected, typeId, m_item.component);
+            return Report(kUnexpected, m_item.objectNodeUnexpected, typeId,
+                          m_item.layout.component);
         case ParsingStateComponentContext:
             m_state = ParsingStatePropertyContext;
             return BeginProperty(typeId, m_item.componentUnimplemented);
@@ -485,20 +372,21 @@ bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
                           typeId);
         case ParsingStateObjectContext:
             if (typeId == m_currentProperty) return EndProperty(typeId);
-            if (typeId == m_item.root) {
+            if (typeId == m_item.layout.root) {
                 m_receiver.End();
                 m_state = ParsingStateBegin;
                 return true;
             }
             // A property of the object level that was already ended.
             if (typeId == TypeIdObjLevelMarker || IsObjectLevelProperty(typeId)) return true;
-            return Report(kUnexpected, m_item.objectEndUnexpected, typeId, m_item.root);
+            return Report(kUnexpected, m_item.objectEndUnexpected, typeId, m_item.layout.root);
         case ParsingStateComponentContext:
-            if (typeId == m_item.component) {
+            if (typeId == m_item.layout.component) {
                 m_state = ParsingStateObjectContext;
                 return true;
             }
-            return Report(kUnexpected, m_item.componentEndUnexpected, typeId, m_item.component);
+            return Report(kUnexpected, m_item.componentEndUnexpected, typeId,
+                          m_item.layout.component);
         case ParsingStatePropertyContext:
             if (typeId == m_currentProperty) {
                 const bool answer = EndProperty(typeId);
@@ -524,6 +412,7 @@ bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     }
     m_currentProperty = TypeIdNone;
     m_currentSlot = kNoSlot;
+    m_row = nullptr;
     return answer;
 }
 
@@ -531,7 +420,7 @@ template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
     TraceLine(m_traceCallback, typeId);
     bool answer = true;
-    if (m_currentSlot != kNoSlot && Deliver(typeId, m_values[m_currentSlot], answer)) {
+    if (m_currentSlot != kNoSlot && Deliver(m_receiver, typeId, m_values[m_currentSlot], answer)) {
         ResetSlot(m_currentSlot);
         m_filled &= ~(1u << m_currentSlot);
         return answer;
@@ -584,12 +473,18 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
         return Report(kInternal, "storePropertyValue(): Unexpected mCurrentProperty: %d",
                       m_currentProperty);
     }
-    tPropertyValues& v = m_values[m_currentSlot];
-    const tPlacement placement = FindPlacement(m_currentSlot, typeId);
+    return Place(kPlacements.cell[m_currentSlot][ColumnOf(typeId)], elementClass, typeId, value);
+}
+
+// A leaf of the open property, whose record is m_values[m_currentSlot].
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClass,
+                                        unsigned int typeId, const uTlvValue& value) {
     if (placement.field == eField::None) {
         return Report(kUnexpected, "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)",
                       typeId, m_currentProperty);
     }
+    tPropertyValues& v = m_values[m_currentSlot];
     // Marking the slot for a parameter name too costs less than telling it
     // apart, and a reset of a slot without values changes nothing.
     m_filled |= 1u << m_currentSlot;
@@ -645,52 +540,72 @@ bool TReceivingEngine<TReceiver>::HandleXParamValue(const char* text) {
     return m_values[m_currentSlot].xParams.pushBack(pair);
 }
 
-// Every leaf class funnels into LeafNode: a leaf is interpreted by its type ID.
+// Every leaf class funnels into Leaf: a leaf is interpreted by its type ID.
+// A value of an open property is placed straight away; every other leaf goes
+// through the state machine.
+template <typename TReceiver>
+inline bool TReceivingEngine<TReceiver>::Leaf(eClass elementClass, unsigned int typeId,
+                                              const uTlvValue& value) {
+    if (GathersValues()) {
+        TraceLine(m_traceLeaf, typeId);
+        return Place(m_row[ColumnOf(typeId)], elementClass, typeId, value);
+    }
+    return LeafNode(elementClass, typeId, value);
+}
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt8(const unsigned int& typeId, const signed char& value) {
     uTlvValue v;
     v.int8 = value;
-    return LeafNode(ParserCreatorCollection::Int8, typeId, v);
+    return Leaf(ParserCreatorCollection::Int8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt16(const unsigned int& typeId, const short& value) {
     uTlvValue v;
     v.int16 = value;
-    return LeafNode(ParserCreatorCollection::Int16, typeId, v);
+    return Leaf(ParserCreatorCollection::Int16, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt8(const unsigned int& typeId,
                                             const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
-    return LeafNode(ParserCreatorCollection::UInt8, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt16(const unsigned int& typeId,
                                              const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
-    return LeafNode(ParserCreatorCollection::UInt16, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt16, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafBitfield8(const unsigned int& typeId,
                                                 const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
-    return LeafNode(ParserCreatorCollection::Bitfield8, typeId, v);
+    return Leaf(ParserCreatorCollection::Bitfield8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafBitfield16(const unsigned int& typeId,
                                                  const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
-    return LeafNode(ParserCreatorCollection::Bitfield16, typeId, v);
+    return Leaf(ParserCreatorCollection::Bitfield16, typeId, v);
 }
+// Most values are texts of a text field: stored without the general placement.
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
     uTlvValue v;
     v.text = text;
-    return LeafNode(ParserCreatorCollection::String, typeId, v);
+    if (!GathersValues()) return LeafNode(ParserCreatorCollection::String, typeId, v);
+    TraceLine(m_traceLeaf, typeId);
+    const tPlacement placement = m_row[ColumnOf(typeId)];
+    if (placement.field != eField::Text || text == nullptr) {
+        return Place(placement, ParserCreatorCollection::String, typeId, v);
+    }
+    m_values[m_currentSlot].text[placement.index] = text;
+    m_filled |= 1u << m_currentSlot;
+    return true;
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafByteStream(const unsigned int& typeId, const void* data,
@@ -698,20 +613,20 @@ bool TReceivingEngine<TReceiver>::LeafByteStream(const unsigned int& typeId, con
     uTlvValue v;
     v.bytes.data = data;
     v.bytes.length = length;
-    return LeafNode(ParserCreatorCollection::ByteStream, typeId, v);
+    return Leaf(ParserCreatorCollection::ByteStream, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt32(const unsigned int& typeId,
                                              const unsigned int& value) {
     uTlvValue v;
     v.uint32 = value;
-    return LeafNode(ParserCreatorCollection::UInt32, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt32, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt32(const unsigned int& typeId, const int& value) {
     uTlvValue v;
     v.int32 = value;
-    return LeafNode(ParserCreatorCollection::Int32, typeId, v);
+    return Leaf(ParserCreatorCollection::Int32, typeId, v);
 }
 
 template class TReceivingEngine<ICalendarReceiver>;

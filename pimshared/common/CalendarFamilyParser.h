@@ -8,6 +8,7 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/calendar/ICalendarReceiver.h"
 #include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarLayout.h"
 #include "pimshared/common/CalendarTypeIds.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/XParam.h"
@@ -27,33 +28,45 @@ using namespace CalendarTypeIds;
 // ID is fixed per property by the engine's layout table, and the receiver
 // mapping reads the fields through the names below.
 struct tPropertyValues {
-    const char* text[8] = {};
-    PAL::TVector<const char*> list[3];
+    const char* text[CalendarLayout::kTexts] = {};
+    PAL::TVector<const char*> list[CalendarLayout::kLists];
     unsigned int number = 0;
     PAL::CDateAndTime dateTime;
     PAL::TVector<tXParam> xParams;
 };
 
-// Properties of the family whose values a parser gathers, one slot each.
-constexpr unsigned int kPropertySlots = 21;
+// Properties of the family whose values a parser gathers, one slot each: the
+// rows of the layout table, in its order.
+constexpr unsigned int kPropertySlots = CalendarLayout::PropertyCount;
 
-// Field names: main text of single-text properties, the rich texts
-// (description, location, summary), the zone beside a date-time, the
-// categories' language and the status text of a String status leaf.
-constexpr unsigned int kMain = 0;
-constexpr unsigned int kAltRep = 1;
-constexpr unsigned int kLanguage = 2;
-constexpr unsigned int kZone = 0;
-constexpr unsigned int kCategoryLanguage = 0;
-constexpr unsigned int kCategoryList = 0;
-// Attendee and organizer: the address comes first in both.
-constexpr unsigned int kAddress = 0;
-constexpr unsigned int kAttendeeCuType = 1, kAttendeeRole = 2, kAttendeePartStat = 3,
-                       kAttendeeSentBy = 4, kAttendeeCommonName = 5, kAttendeeDirectory = 6,
-                       kAttendeeLanguage = 7;
-constexpr unsigned int kAttendeeMembers = 0, kAttendeeDelegatedTo = 1, kAttendeeDelegatedFrom = 2;
-constexpr unsigned int kOrganizerSentBy = 1, kOrganizerCommonName = 2, kOrganizerDirectory = 3,
-                       kOrganizerLanguage = 4;
+// Field names of the record, as the layout table places the values.
+using CalendarLayout::kAddress;
+using CalendarLayout::kAltRep;
+using CalendarLayout::kAttendeeCommonName;
+using CalendarLayout::kAttendeeCuType;
+using CalendarLayout::kAttendeeDelegatedFrom;
+using CalendarLayout::kAttendeeDelegatedTo;
+using CalendarLayout::kAttendeeDirectory;
+using CalendarLayout::kAttendeeLanguage;
+using CalendarLayout::kAttendeeMembers;
+using CalendarLayout::kAttendeePartStat;
+using CalendarLayout::kAttendeeRole;
+using CalendarLayout::kAttendeeSentBy;
+using CalendarLayout::kCategoryLanguage;
+using CalendarLayout::kCategoryList;
+using CalendarLayout::kLanguage;
+using CalendarLayout::kMain;
+using CalendarLayout::kOrganizerCommonName;
+using CalendarLayout::kOrganizerDirectory;
+using CalendarLayout::kOrganizerLanguage;
+using CalendarLayout::kOrganizerSentBy;
+using CalendarLayout::kZone;
+
+// Where a value leaf goes in the open property's record.
+struct tPlacement {
+    CalendarLayout::eField field;  // None where the property does not take the ID
+    unsigned char index;
+};
 
 // A run of property IDs, both ends included.
 struct tIdRange {
@@ -77,17 +90,15 @@ inline constexpr tIdRange kUnimplementedInTasks[] = {
 // states and nodes, the properties it knows but does not implement (their
 // values are skipped) and the properties whose values it gathers.
 struct tParserItem {
-    unsigned int root;
-    unsigned int component;
-    const char* rootUnexpected;          // node in the begin state (typeId, root), code 1
-    const char* objectNodeUnexpected;    // node in the object state (typeId, component), code 2
-    const char* objectLeafUnexpected;    // leaf in the object state (typeId), code 2
-    const char* objectEndUnexpected;     // node end in the object state (typeId, root), code 2
-    const char* componentUnimplemented;  // unimplemented property at component level, code 4
-    const char* componentEndUnexpected;  // node end in the component state (typeId, component)
+    const CalendarLayout::tItem& layout;  // frame nodes and the properties gathered
+    const char* rootUnexpected;           // node in the begin state (typeId, root), code 1
+    const char* objectNodeUnexpected;     // node in the object state (typeId, component), code 2
+    const char* objectLeafUnexpected;     // leaf in the object state (typeId), code 2
+    const char* objectEndUnexpected;      // node end in the object state (typeId, root), code 2
+    const char* componentUnimplemented;   // unimplemented property at component level, code 4
+    const char* componentEndUnexpected;   // node end in the component state (typeId, component)
     const tIdRange* unimplemented;
     unsigned int unimplementedCount;
-    unsigned int gatheredProperties;  // bit set of slots, see SlotBit
     // Whether a 1013 name still waiting for its value when a stream ends may
     // pair with a 1014 of the next stream (the task's rule); the event and
     // the note drop it with the stream.
@@ -97,9 +108,16 @@ struct tParserItem {
     bool unimplementedDropsPendingName = false;
 };
 
-// Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
-// item of the family gathers).
-unsigned int SlotBit(unsigned int property) noexcept;
+// The receiver call of property with its gathered values, one per item,
+// defined beside the item's parser: sets answer to the receiver's answer;
+// false when the item has no operation for the property. Called straight from
+// the property's node end, once per property, not per element.
+bool Deliver(ICalendarReceiver& receiver, unsigned int property, const tPropertyValues& values,
+             bool& answer);
+bool Deliver(ITaskReceiver& receiver, unsigned int property, const tPropertyValues& values,
+             bool& answer);
+bool Deliver(INoteReceiver& receiver, unsigned int property, const tPropertyValues& values,
+             bool& answer);
 
 // The parse-state machine of the calendar family, written once for events,
 // tasks and notes and compiled once per receiver interface, so that the walk,
@@ -109,7 +127,7 @@ unsigned int SlotBit(unsigned int property) noexcept;
 // the item's receiver when the property's node closes. Every event first sends
 // a trace line with code 0; irregularities go out with their code and text and
 // the walk goes on. The item supplies its data (tParserItem) and its property
-// mapping (Deliver).
+// mapping (the Deliver of its receiver).
 template <typename TReceiver>
 class TReceivingEngine : public ParserCreatorCollection::ITLV,
                          public ParserCreatorCollection::CTLVParser {
@@ -145,14 +163,18 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
   protected:
     TReceivingEngine(const tParserItem& item, TReceiver& receiver);
 
-    // Calls the receiver operation of property with its gathered values and
-    // sets answer to the receiver's answer; false when the item has no
-    // operation for the property. Called once per property, not per element.
-    virtual bool Deliver(unsigned int property, const tPropertyValues& values, bool& answer) = 0;
-
     TReceiver& m_receiver;
 
   private:
+    // Whether a leaf is a value of an open property whose values are gathered:
+    // the common case, placed without the state machine's other checks.
+    bool GathersValues() const noexcept {
+        return m_row != nullptr && m_state == ParsingStatePropertyContext && !m_skip;
+    }
+    bool Leaf(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
+              const uTlvValue& value);
+    bool Place(tPlacement placement, ParserCreatorCollection::eClass elementClass,
+               unsigned int typeId, const uTlvValue& value);
     bool LeafNode(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
                   const uTlvValue& value);
     bool BeginProperty(unsigned int typeId, const char* unimplementedText);
@@ -186,7 +208,8 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     CTraceLine m_traceCallback{"callPropertyCallbackAndResetDataMember():  typeId: %d"};
     unsigned int m_state = ParsingStateBegin;
     unsigned int m_currentProperty;
-    unsigned int m_currentSlot;  // slot of m_currentProperty, or none
+    unsigned int m_currentSlot;         // slot of m_currentProperty, or none
+    const tPlacement* m_row = nullptr;  // the placements of m_currentSlot, or null
     // Within a walk the pending name points at its leaf's text; between walks
     // it is null or, for an item that keeps it, m_heldName.
     const char* m_pendingName = nullptr;
