@@ -33,24 +33,6 @@ const tParserItem kEvent = {
 
 }  // namespace
 
-namespace CalendarFamily {
-
-bool Deliver(ICalendarReceiver& receiver, unsigned int property, const tPropertyValues& v,
-             bool& answer) {
-    switch (property) {
-        case TypeIdPropTypeDateTimeEnd:
-            answer = receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
-            return true;
-        case TypeIdPropTypeDateTimeEndLocal:
-            answer = receiver.DateTimeEndLocal(v.dateTime, v.xParams);
-            return true;
-        default:
-            return DeliverEventAndTask(receiver, property, v, answer);
-    }
-}
-
-}  // namespace CalendarFamily
-
 class CTLVCalendarParser::CTLVCalendarParserImpl final
     : public TReceivingEngine<ICalendarReceiver> {
   public:

@@ -1,12 +1,11 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <iterator>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
+#include "pimshared/common/WalkInline.h"
 
 namespace PimShared {
 namespace CalendarFamily {
@@ -21,10 +20,6 @@ using CalendarLayout::tProperty;
 constexpr unsigned int kSlotCount = CalendarLayout::PropertyCount;
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
 constexpr unsigned int kNoSlot = kSlotCount;
-
-const tProperty& Layout(unsigned int slot) {
-    return CalendarLayout::Row(static_cast<CalendarLayout::eProperty>(slot));
-}
 
 // Slot of every 12-bit ID, looked up once per property node.
 struct tSlotIndex {
@@ -104,11 +99,13 @@ unsigned int ColumnOf(unsigned int valueId) noexcept {
 // ones its reset clears.
 struct tSlotLists {
     unsigned char slot[kSlotCount];
+    unsigned int resetNumber[kSlotCount];  // and the number each starts from
 };
 constexpr tSlotLists MakeSlotLists() {
     tSlotLists table{};
     for (unsigned int i = 0; i < kSlotCount; ++i) {
         const tProperty& row = CalendarLayout::Detail::kProperties[i];
+        table.resetNumber[i] = row.resetNumber;
         for (unsigned int c = 0; c < CalendarLayout::ColumnCount(row); ++c) {
             if (row.values[c].field == eField::Append) {
                 table.slot[i] =
@@ -167,6 +164,137 @@ bool IsObjectLevelProperty(unsigned int typeId) noexcept {
            typeId == TypeIdPropTypeVersion || typeId == TypeIdValTypeInstance;
 }
 
+// The layout of the item a receiver interface serves.
+template <typename TReceiver>
+struct tItemOf;
+template <>
+struct tItemOf<ICalendarReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kEvent.properties;
+};
+template <>
+struct tItemOf<ITaskReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kTask.properties;
+};
+template <>
+struct tItemOf<INoteReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kNote.properties;
+};
+
+template <typename TReceiver>
+constexpr bool Has(CalendarLayout::eProperty property) {
+    return (tItemOf<TReceiver>::kProperties & CalendarLayout::Bit(property)) != 0;
+}
+
+// The receiver call of the property in slot with its gathered values, written
+// once for the three receiver interfaces (their operations of the same name
+// take the same arguments): sets answer to the receiver's answer; false when
+// the item has no operation for the property.
+template <typename TReceiver>
+bool Deliver(TReceiver& receiver, unsigned int slot, const tPropertyValues& v, bool& answer) {
+    using namespace CalendarLayout;
+    switch (slot) {
+        case ProductIdentifier:
+            answer = receiver.ProductIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case Version:
+            answer = receiver.Version(v.text[kMain], v.xParams);
+            return true;
+        case Categories:
+            answer =
+                receiver.Categories(v.list[kCategoryList], v.text[kCategoryLanguage], v.xParams);
+            return true;
+        case Classification:
+            answer = receiver.Classification(v.text[kMain], v.xParams);
+            return true;
+        case Description:
+            answer =
+                receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case Location:
+            if constexpr (Has<TReceiver>(Location)) {
+                answer =
+                    receiver.Location(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+                return true;
+            }
+            return false;
+        case Priority:
+            if constexpr (Has<TReceiver>(Priority)) {
+                answer = receiver.Priority(static_cast<unsigned char>(v.number), v.xParams);
+                return true;
+            }
+            return false;
+        case Status: {
+            // A String status leaf carries its own text; a UInt8 leaf a code.
+            const char* text = v.text[kMain] != nullptr ? v.text[kMain] : StatusText(v.number);
+            answer = receiver.Status(text, v.xParams);
+            return true;
+        }
+        case Summary:
+            answer = receiver.Summary(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case DateTimeStart:
+            if constexpr (Has<TReceiver>(DateTimeStart)) {
+                answer = receiver.DateTimeStart(v.dateTime, v.text[kZone], v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeEnd:
+            if constexpr (Has<TReceiver>(DateTimeEnd)) {
+                answer = receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeStartLocal:
+            if constexpr (Has<TReceiver>(DateTimeStartLocal)) {
+                answer = receiver.DateTimeStartLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeEndLocal:
+            if constexpr (Has<TReceiver>(DateTimeEndLocal)) {
+                answer = receiver.DateTimeEndLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeDueLocal:
+            if constexpr (Has<TReceiver>(DateTimeDueLocal)) {
+                answer = receiver.DateTimeDueLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case UniqueIdentifier:
+            answer = receiver.UniqueIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case DateTimeCreated:
+            answer = receiver.DateTimeCreated(v.dateTime, v.xParams);
+            return true;
+        case LastModified:
+            answer = receiver.LastModified(v.dateTime, v.xParams);
+            return true;
+        case SequenceNumber:
+            answer = receiver.SequenceNumber(static_cast<unsigned short>(v.number), v.xParams);
+            return true;
+        case Attendee:
+            answer = receiver.Attendee(
+                v.text[kAddress], v.text[kAttendeeCuType], v.list[kAttendeeMembers],
+                v.text[kAttendeeRole], v.text[kAttendeePartStat], static_cast<eRsvpType>(v.number),
+                v.list[kAttendeeDelegatedTo], v.list[kAttendeeDelegatedFrom],
+                v.text[kAttendeeSentBy], v.text[kAttendeeCommonName], v.text[kAttendeeDirectory],
+                v.text[kAttendeeLanguage], v.xParams);
+            return true;
+        case Organizer:
+            answer = receiver.Organizer(v.text[kAddress], v.text[kOrganizerSentBy],
+                                        v.text[kOrganizerCommonName], v.text[kOrganizerDirectory],
+                                        v.text[kOrganizerLanguage], v.xParams);
+            return true;
+        case SendStatus:
+            answer = receiver.SendStatus(static_cast<unsigned char>(v.number));
+            return true;
+        default:
+            return false;
+    }
+}
+
 constexpr int kWrongRoot = 1;
 constexpr int kUnexpected = 2;
 constexpr int kUnimplemented = 4;
@@ -203,18 +331,20 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 template <typename TReceiver>
 void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    // Clearing all texts at once is cheaper than counting the used ones; the
-    // lists, rarely used, are cleared only where a value can reach them. The
-    // number and the microseconds are the reset state wherever no value
-    // reaches them.
-    std::fill(std::begin(v.text), std::end(v.text), nullptr);
+    // Only the texts a value reached, and the lists, rarely used, only where
+    // a value can reach them. The number and the microseconds are the reset
+    // state wherever no value reaches them.
+    for (unsigned int set = v.textsSet; set != 0; set &= set - 1) {
+        v.text[__builtin_ctz(set)] = nullptr;
+    }
+    v.textsSet = 0;
     const unsigned int lists = kSlotLists.slot[slot];
     if (lists != 0) {
         for (unsigned int i = 0; i < 3; ++i) {
             if ((lists & (1u << i)) != 0) v.list[i].clear();
         }
     }
-    v.number = Layout(slot).resetNumber;
+    v.number = kSlotLists.resetNumber[slot];
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
     v.dateTime.setMicroseconds(0);
@@ -222,15 +352,18 @@ void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
 }
 
 template <typename TReceiver>
-void TReceivingEngine<TReceiver>::SetCurrentProperty(unsigned int typeId) noexcept {
+PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
+    unsigned int typeId) noexcept {
     m_currentProperty = typeId;
     const unsigned int slot = FindSlot(typeId);
     if (slot != kNoSlot && (m_item.layout.gathered & (1u << slot)) != 0) {
         m_currentSlot = slot;
         m_row = kPlacements.cell[slot];
+        m_open = &m_values[slot];
     } else {
         m_currentSlot = kNoSlot;
         m_row = nullptr;
+        m_open = nullptr;
     }
 }
 
@@ -253,7 +386,8 @@ bool TReceivingEngine<TReceiver>::Parse(const void* data, const unsigned int& le
         return false;
     }
     m_state = ParsingStateBegin;
-    const bool ok = ParseInto(*this, data, length, errorText, consumed);
+    Direct direct{*this};
+    const bool ok = ParseInto(direct, data, length, errorText, consumed);
     if (!ok) m_receiver.TraceMessage(kInternal, errorText);
     CarryPendingName();
     return ok;
@@ -309,7 +443,7 @@ bool TReceivingEngine<TReceiver>::Unknown(const eClass& elementClass, const unsi
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeBegin(unsigned int typeId) {
     TraceLine(m_traceNodeBegin, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -350,8 +484,8 @@ bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
 // current property). Unknown IDs are let in on purpose: the value store and
 // the property end report them, with the values they carried.
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
-                                                const char* unimplementedText) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
+                                                                   const char* unimplementedText) {
     if (IsUnimplemented(typeId)) {
         m_skip = true;
         if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
@@ -364,7 +498,7 @@ bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeEnd(unsigned int typeId) {
     TraceLine(m_traceNodeEnd, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -403,7 +537,7 @@ bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     bool answer = true;
     if (m_skip) {
         m_skip = false;
@@ -413,6 +547,7 @@ bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     m_currentProperty = TypeIdNone;
     m_currentSlot = kNoSlot;
     m_row = nullptr;
+    m_open = nullptr;
     return answer;
 }
 
@@ -420,7 +555,7 @@ template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
     TraceLine(m_traceCallback, typeId);
     bool answer = true;
-    if (m_currentSlot != kNoSlot && Deliver(m_receiver, typeId, m_values[m_currentSlot], answer)) {
+    if (m_currentSlot != kNoSlot && Deliver(m_receiver, m_currentSlot, *m_open, answer)) {
         ResetSlot(m_currentSlot);
         m_filled &= ~(1u << m_currentSlot);
         return answer;
@@ -484,7 +619,7 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
         return Report(kUnexpected, "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)",
                       typeId, m_currentProperty);
     }
-    tPropertyValues& v = m_values[m_currentSlot];
+    tPropertyValues& v = *m_open;
     // Marking the slot for a parameter name too costs less than telling it
     // apart, and a reset of a slot without values changes nothing.
     m_filled |= 1u << m_currentSlot;
@@ -500,6 +635,7 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
             return HandleXParamValue(TextOf(elementClass, value));
         case eField::Text:
             v.text[index] = TextOf(elementClass, value);
+            v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << index));
             return true;
         case eField::Append:
             return AppendText(v.list[index], TextOf(elementClass, value));
@@ -519,6 +655,7 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
         case eField::Status:
             if (elementClass == ParserCreatorCollection::String) {
                 v.text[kMain] = TextOf(elementClass, value);
+                v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << kMain));
             } else {
                 v.text[kMain] = nullptr;
                 v.number = NumberOf(elementClass, value) & 0xFFu;
@@ -544,8 +681,8 @@ bool TReceivingEngine<TReceiver>::HandleXParamValue(const char* text) {
 // A value of an open property is placed straight away; every other leaf goes
 // through the state machine.
 template <typename TReceiver>
-inline bool TReceivingEngine<TReceiver>::Leaf(eClass elementClass, unsigned int typeId,
-                                              const uTlvValue& value) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::Leaf(eClass elementClass, unsigned int typeId,
+                                                          const uTlvValue& value) {
     if (GathersValues()) {
         TraceLine(m_traceLeaf, typeId);
         return Place(m_row[ColumnOf(typeId)], elementClass, typeId, value);
@@ -594,7 +731,8 @@ bool TReceivingEngine<TReceiver>::LeafBitfield16(const unsigned int& typeId,
 }
 // Most values are texts of a text field: stored without the general placement.
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnString(unsigned int typeId,
+                                                              const char* text) {
     uTlvValue v;
     v.text = text;
     if (!GathersValues()) return LeafNode(ParserCreatorCollection::String, typeId, v);
@@ -603,7 +741,8 @@ bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const c
     if (placement.field != eField::Text || text == nullptr) {
         return Place(placement, ParserCreatorCollection::String, typeId, v);
     }
-    m_values[m_currentSlot].text[placement.index] = text;
+    m_open->text[placement.index] = text;
+    m_open->textsSet = static_cast<unsigned char>(m_open->textsSet | (1u << placement.index));
     m_filled |= 1u << m_currentSlot;
     return true;
 }
@@ -628,6 +767,60 @@ bool TReceivingEngine<TReceiver>::LeafInt32(const unsigned int& typeId, const in
     v.int32 = value;
     return Leaf(ParserCreatorCollection::Int32, typeId, v);
 }
+
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
+    return OnNodeBegin(typeId);
+}
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
+    return OnNodeEnd(typeId);
+}
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
+    return OnString(typeId, text);
+}
+
+// The walk's target: the engine, with the calls of every element bound
+// statically, the common ones compiled into the walk, and their arguments by
+// value.
+template <typename TReceiver>
+struct TReceivingEngine<TReceiver>::Direct {
+    // The engine never asks the walk where it is.
+    static constexpr bool kReadsPosition = false;
+    TReceivingEngine& engine;
+    PIMTLV_WALK_INLINE_MEMBER bool NodeBegin(unsigned int typeId) {
+        return engine.OnNodeBegin(typeId);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool NodeEnd(unsigned int typeId) { return engine.OnNodeEnd(typeId); }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafString(unsigned int typeId, const char* text) {
+        return engine.OnString(typeId, text);
+    }
+    bool Unknown(eClass c, unsigned int typeId, const void* value, unsigned int length) {
+        return engine.Unknown(c, typeId, value, length);
+    }
+    bool LeafInt8(unsigned int typeId, signed char value) { return engine.LeafInt8(typeId, value); }
+    bool LeafInt16(unsigned int typeId, short value) { return engine.LeafInt16(typeId, value); }
+    bool LeafUInt8(unsigned int typeId, unsigned char value) {
+        return engine.LeafUInt8(typeId, value);
+    }
+    bool LeafUInt16(unsigned int typeId, unsigned short value) {
+        return engine.LeafUInt16(typeId, value);
+    }
+    bool LeafBitfield8(unsigned int typeId, unsigned char value) {
+        return engine.LeafBitfield8(typeId, value);
+    }
+    bool LeafBitfield16(unsigned int typeId, unsigned short value) {
+        return engine.LeafBitfield16(typeId, value);
+    }
+    bool LeafByteStream(unsigned int typeId, const void* data, unsigned int length) {
+        return engine.LeafByteStream(typeId, data, length);
+    }
+    bool LeafUInt32(unsigned int typeId, unsigned int value) {
+        return engine.LeafUInt32(typeId, value);
+    }
+    bool LeafInt32(unsigned int typeId, int value) { return engine.LeafInt32(typeId, value); }
+};
 
 template class TReceivingEngine<ICalendarReceiver>;
 template class TReceivingEngine<ITaskReceiver>;

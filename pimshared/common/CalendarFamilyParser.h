@@ -33,6 +33,7 @@ struct tPropertyValues {
     unsigned int number = 0;
     PAL::CDateAndTime dateTime;
     PAL::TVector<tXParam> xParams;
+    unsigned char textsSet = 0;  // bit set of the texts a value reached since the last reset
 };
 
 // Properties of the family whose values a parser gathers, one slot each: the
@@ -108,17 +109,6 @@ struct tParserItem {
     bool unimplementedDropsPendingName = false;
 };
 
-// The receiver call of property with its gathered values, one per item,
-// defined beside the item's parser: sets answer to the receiver's answer;
-// false when the item has no operation for the property. Called straight from
-// the property's node end, once per property, not per element.
-bool Deliver(ICalendarReceiver& receiver, unsigned int property, const tPropertyValues& values,
-             bool& answer);
-bool Deliver(ITaskReceiver& receiver, unsigned int property, const tPropertyValues& values,
-             bool& answer);
-bool Deliver(INoteReceiver& receiver, unsigned int property, const tPropertyValues& values,
-             bool& answer);
-
 // The parse-state machine of the calendar family, written once for events,
 // tasks and notes and compiled once per receiver interface, so that the walk,
 // the trace lines and the frame calls reach the receiver without a hop through
@@ -126,8 +116,8 @@ bool Deliver(INoteReceiver& receiver, unsigned int property, const tPropertyValu
 // element against its state, gathers each property's values and hands them to
 // the item's receiver when the property's node closes. Every event first sends
 // a trace line with code 0; irregularities go out with their code and text and
-// the walk goes on. The item supplies its data (tParserItem) and its property
-// mapping (the Deliver of its receiver).
+// the walk goes on. The item supplies its data (tParserItem); its receiver
+// calls follow from its layout (CalendarLayout::tItem).
 template <typename TReceiver>
 class TReceivingEngine : public ParserCreatorCollection::ITLV,
                          public ParserCreatorCollection::CTLVParser {
@@ -146,6 +136,8 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
 
     bool Unknown(const ParserCreatorCollection::eClass& elementClass, const unsigned int& typeId,
                  const void* value, const unsigned int& length) final;
+    // The walk calls these directly, once per element: they are compiled
+    // into it.
     bool NodeBegin(const unsigned int& typeId) final;
     bool NodeEnd(const unsigned int& typeId) final;
     bool LeafInt8(const unsigned int& typeId, const signed char& value) final;
@@ -166,6 +158,12 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     TReceiver& m_receiver;
 
   private:
+    struct Direct;
+    // The element calls themselves, by value: the walk binds them statically
+    // through Direct, and the ITLV overrides forward to them.
+    bool OnNodeBegin(unsigned int typeId);
+    bool OnNodeEnd(unsigned int typeId);
+    bool OnString(unsigned int typeId, const char* text);
     // Whether a leaf is a value of an open property whose values are gathered:
     // the common case, placed without the state machine's other checks.
     bool GathersValues() const noexcept {
@@ -210,6 +208,7 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     unsigned int m_currentProperty;
     unsigned int m_currentSlot;         // slot of m_currentProperty, or none
     const tPlacement* m_row = nullptr;  // the placements of m_currentSlot, or null
+    tPropertyValues* m_open = nullptr;  // the record of m_currentSlot, or null
     // Within a walk the pending name points at its leaf's text; between walks
     // it is null or, for an item that keeps it, m_heldName.
     const char* m_pendingName = nullptr;
@@ -231,102 +230,6 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
 extern template class TReceivingEngine<ICalendarReceiver>;
 extern template class TReceivingEngine<ITaskReceiver>;
 extern template class TReceivingEngine<INoteReceiver>;
-
-// The receiver calls of the properties that events, tasks and notes share,
-// written once for the three receiver interfaces (their operations of the
-// same name take the same arguments). False when property is not one of them.
-template <typename TReceiver>
-bool DeliverShared(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
-                   bool& answer) {
-    switch (property) {
-        case TypeIdPropTypeProductIdentifier:
-            answer = receiver.ProductIdentifier(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeVersion:
-            answer = receiver.Version(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeCategories:
-            answer =
-                receiver.Categories(v.list[kCategoryList], v.text[kCategoryLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeClassification:
-            answer = receiver.Classification(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeDescription:
-            answer =
-                receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeStatus: {
-            // A String status leaf carries its own text; a UInt8 leaf a code.
-            const char* text = v.text[kMain] != nullptr ? v.text[kMain] : StatusText(v.number);
-            answer = receiver.Status(text, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeSummary:
-            answer = receiver.Summary(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeUniqueIdentifier:
-            answer = receiver.UniqueIdentifier(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeDateTimeCreated:
-            answer = receiver.DateTimeCreated(v.dateTime, v.xParams);
-            return true;
-        case TypeIdPropTypeLastModified:
-            answer = receiver.LastModified(v.dateTime, v.xParams);
-            return true;
-        case TypeIdPropTypeSequenceNumber: {
-            const auto number = static_cast<unsigned short>(v.number);
-            answer = receiver.SequenceNumber(number, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeAttendee: {
-            const auto rsvp = static_cast<eRsvpType>(v.number);
-            answer = receiver.Attendee(
-                v.text[kAddress], v.text[kAttendeeCuType], v.list[kAttendeeMembers],
-                v.text[kAttendeeRole], v.text[kAttendeePartStat], rsvp,
-                v.list[kAttendeeDelegatedTo], v.list[kAttendeeDelegatedFrom],
-                v.text[kAttendeeSentBy], v.text[kAttendeeCommonName], v.text[kAttendeeDirectory],
-                v.text[kAttendeeLanguage], v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeOrganizer:
-            answer = receiver.Organizer(v.text[kAddress], v.text[kOrganizerSentBy],
-                                        v.text[kOrganizerCommonName], v.text[kOrganizerDirectory],
-                                        v.text[kOrganizerLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeSendStatus:
-            answer = receiver.SendStatus(static_cast<unsigned char>(v.number));
-            return true;
-        default:
-            return false;
-    }
-}
-
-// Location, priority and the start properties, which events and tasks have
-// and notes do not.
-template <typename TReceiver>
-bool DeliverEventAndTask(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
-                         bool& answer) {
-    switch (property) {
-        case TypeIdPropTypeLocation:
-            answer =
-                receiver.Location(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypePriority: {
-            const auto priority = static_cast<unsigned char>(v.number);
-            answer = receiver.Priority(priority, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeDateTimeStart:
-            answer = receiver.DateTimeStart(v.dateTime, v.text[kZone], v.xParams);
-            return true;
-        case TypeIdPropTypeDateTimeStartLocal:
-            answer = receiver.DateTimeStartLocal(v.dateTime, v.xParams);
-            return true;
-        default:
-            return DeliverShared(receiver, property, v, answer);
-    }
-}
 
 }  // namespace CalendarFamily
 }  // namespace PimShared

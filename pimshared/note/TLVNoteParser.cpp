@@ -34,15 +34,6 @@ const tParserItem kNote = {
 
 }  // namespace
 
-namespace CalendarFamily {
-
-bool Deliver(INoteReceiver& receiver, unsigned int property, const tPropertyValues& v,
-             bool& answer) {
-    return DeliverShared(receiver, property, v, answer);
-}
-
-}  // namespace CalendarFamily
-
 class CTLVNoteParser::CTLVNoteParserImpl final : public TReceivingEngine<INoteReceiver> {
   public:
     // The note's names of the engine's states.

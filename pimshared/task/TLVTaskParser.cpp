@@ -32,19 +32,6 @@ const tParserItem kTask = {
 
 }  // namespace
 
-namespace CalendarFamily {
-
-bool Deliver(ITaskReceiver& receiver, unsigned int property, const tPropertyValues& v,
-             bool& answer) {
-    if (property == TypeIdPropTypeDateTimeDueLocal) {
-        answer = receiver.DateTimeDueLocal(v.dateTime, v.xParams);
-        return true;
-    }
-    return DeliverEventAndTask(receiver, property, v, answer);
-}
-
-}  // namespace CalendarFamily
-
 class CTLVTaskParser::CTLVTaskParserImpl final : public TReceivingEngine<ITaskReceiver> {
   public:
     // The task's names of the engine's states.
