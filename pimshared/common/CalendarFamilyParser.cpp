@@ -21,21 +21,6 @@ constexpr unsigned int kSlotCount = CalendarLayout::PropertyCount;
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
 constexpr unsigned int kNoSlot = kSlotCount;
 
-// Slot of every 12-bit ID, looked up once per property node.
-struct tSlotIndex {
-    unsigned char slot[4096];
-};
-constexpr tSlotIndex MakeSlotIndex() {
-    tSlotIndex index{};
-    for (unsigned char& s : index.slot) s = static_cast<unsigned char>(kNoSlot);
-    for (unsigned int i = 0; i < kSlotCount; ++i) {
-        index.slot[CalendarLayout::Detail::kProperties[i].node] = static_cast<unsigned char>(i);
-    }
-    return index;
-}
-constexpr tSlotIndex kSlotIndex = MakeSlotIndex();
-static_assert(kNoSlot < 256, "slots fit the index");
-
 // Where each value ID goes in each slot's record, so that a value leaf is
 // placed by one look-up whatever the number of IDs its property takes. Value
 // IDs are numbered densely (kValueColumns) for the per-slot rows; every ID no
@@ -116,7 +101,7 @@ constexpr tSlotLists MakeSlotLists() {
     return table;
 }
 constexpr tSlotLists kSlotLists = MakeSlotLists();
-static_assert(kSlotLists.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]] == 7,
+static_assert(kSlotLists.slot[CalendarLayout::Attendee] == 7,
               "the attendee reaches all three lists");
 
 // Out of the store's common path: a list entry may allocate.
@@ -126,7 +111,7 @@ __attribute__((noinline)) bool AppendText(PAL::TVector<const char*>& list,
 }
 
 unsigned int FindSlot(unsigned int property) noexcept {
-    return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
+    return CalendarLayout::RowOfNode(property);
 }
 
 // The leaf's value as a number, whatever its class; texts and byte streams

@@ -195,6 +195,25 @@ constexpr unsigned int IndexOfNode(unsigned int node) {
     return PropertyCount;
 }
 
+// The row of every 12-bit node ID (PropertyCount for none), looked up once per
+// property node by the parser and by the writers.
+struct tNodeIndex {
+    unsigned char row[4096];
+};
+constexpr tNodeIndex MakeNodeIndex() {
+    tNodeIndex index{};
+    for (unsigned char& r : index.row) r = static_cast<unsigned char>(PropertyCount);
+    for (unsigned int i = 0; i < PropertyCount; ++i) {
+        index.row[Detail::kProperties[i].node] = static_cast<unsigned char>(i);
+    }
+    return index;
+}
+inline constexpr tNodeIndex kNodeIndex = MakeNodeIndex();
+
+constexpr unsigned int RowOfNode(unsigned int node) {
+    return node < 4096 ? kNodeIndex.row[node] : static_cast<unsigned int>(PropertyCount);
+}
+
 // Whether every row is well formed: at most one value always written (the
 // categories have none: their list may be empty), distinct value IDs, no
 // extension parameter ID among the values, fields within the record.
@@ -232,6 +251,11 @@ static_assert(ColumnCount(Row(Attendee)) == 12 && ColumnCount(Row(Organizer)) ==
                   ColumnCount(Row(Description)) == 3 && ColumnCount(Row(DateTimeStart)) == 3 &&
                   ColumnCount(Row(DateTimeStartLocal)) == 2 && ColumnCount(Row(Categories)) == 2,
               "the widest rows hold every argument of their operation");
+static_assert(Row(DateTimeStart).values[0].id == TypeIdValTypeDateTime &&
+                  Row(DateTimeStart).values[1].id == TypeIdValTypeDateTimeZone &&
+                  Row(DateTimeEnd).values[1].id == TypeIdValTypeDateTimeZone &&
+                  Row(DateTimeCreated).values[0].id == TypeIdValTypeDateTime,
+              "a date-time is its text, then its zone where it has one (the frame's date writer)");
 static_assert(Row(Attendee).values[ColumnCount(Row(Attendee)) - 1].write == eWrite::Always &&
                   Row(Organizer).values[ColumnCount(Row(Organizer)) - 1].write == eWrite::Always,
               "the address is written after the parameters");
