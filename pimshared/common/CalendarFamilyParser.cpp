@@ -314,7 +314,7 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 }
 
 template <typename TReceiver>
-void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
+PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
     // Only the texts a value reached, and the lists, rarely used, only where
     // a value can reach them. The number and the microseconds are the reset
