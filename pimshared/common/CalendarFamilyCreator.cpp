@@ -50,6 +50,12 @@ class CCalendarFamilyCreator::CRowWriter {
         }
         return *this;
     }
+    // What attendees and organizers share at their end: who sends for them,
+    // their name, directory entry and language, then the address.
+    CRowWriter& Party(const char* sentBy, const char* commonName, const char* directory,
+                      const char* language, const char* address) {
+        return Text(sentBy).Text(commonName).Text(directory).Text(language).Text(address);
+    }
     // One leaf per entry.
     CRowWriter& List(const PAL::TVector<const char*>& texts) {
         const tValue& column = Next();
@@ -151,11 +157,7 @@ bool CCalendarFamilyCreator::WriteAttendee(const char* address, const char* cuTy
         .UInt8(static_cast<unsigned char>(rsvp & 0xFFu), rsvp != eRsvpNotGiven)
         .List(delegatedTo)
         .List(delegatedFrom)
-        .Text(sentBy)
-        .Text(commonName)
-        .Text(directory)
-        .Text(language)
-        .Text(address)
+        .Party(sentBy, commonName, directory, language, address)
         .Close(xParams);
 }
 
@@ -164,11 +166,7 @@ bool CCalendarFamilyCreator::WriteOrganizer(const char* address, const char* sen
                                             const char* language,
                                             const PAL::TVector<tXParam>& xParams) {
     return CRowWriter(*this, TypeIdPropTypeOrganizer)
-        .Text(sentBy)
-        .Text(commonName)
-        .Text(directory)
-        .Text(language)
-        .Text(address)
+        .Party(sentBy, commonName, directory, language, address)
         .Close(xParams);
 }
 
