@@ -234,4 +234,49 @@ TEST(TLVErrorTest, EventsTellTheirOffsetAndARefusalIsNoFault) {
     EXPECT_EQ(e.Sentence(), "the receiver stopped the walk at UInt32 10");
 }
 
+// One parser, case after case: a refusal is a stop even on the last byte of
+// the stream, enclosing nodes close at their own headers, and empty nodes and
+// long length fields keep the offsets right.
+TEST(TLVErrorTest, StopsAndOffsetsHoldFromParseToParse) {
+    struct Case {
+        const char* hex;
+        unsigned int refuse;
+        bool ok;
+        unsigned int consumed;
+        unsigned int offset;  // of the stop
+        std::vector<std::string> seen;
+    };
+    const Case cases[] = {
+        {"00 01 01 01 00 02 01 02", 2, false, 8, 4, {"1@0", "2@4"}},
+        {"80 01 0B 80 02 08 00 05 01 07 00 06 01 08",
+         6,
+         false,
+         14,
+         10,
+         {"(1@0", "(2@3", "5@6", "6@10", ")2@3", ")1@0"}},
+        {"80 01 00 80 02 81 07 00 03 01 09 80 04 00",
+         ~0u,
+         true,
+         14,
+         0,
+         {"(1@0", ")1@0", "(2@3", "3@7", "(4@11", ")4@11", ")2@3"}},
+        {"80 05 03 80 06 00", 6, true, 6, 0, {"(5@0", "(6@3", ")6@3", ")5@0"}},
+    };
+    Offsets p;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.hex);
+        const Bytes b = Hex(c.hex);
+        const char* errorText = nullptr;
+        unsigned int consumed = 0;
+        p.seen.clear();
+        p.refuse = c.refuse;
+        EXPECT_EQ(p.Parse(b.data(), static_cast<unsigned int>(b.size()), errorText, consumed),
+                  c.ok);
+        EXPECT_EQ(consumed, c.consumed);
+        EXPECT_EQ(p.seen, c.seen);
+        EXPECT_EQ(p.LastError().reason, c.ok ? Reason::None : Reason::TargetStopped);
+        EXPECT_EQ(p.LastError().offset, c.offset);
+    }
+}
+
 }  // namespace

@@ -84,6 +84,15 @@ class PIMTLV_API CTLVParser {
     /// parseBuffer, reporting to target.
     template <typename Target>
     bool walk(Target& target, unsigned int limit);
+    /// Reports a leaf of a class other than String and Node whose size the
+    /// walk has checked. Part of the walk's loop, so always inlined there.
+    template <typename Target>
+#if defined(__GNUC__)
+    __attribute__((always_inline))
+#endif
+    static inline bool
+    leaf(Target& target, eClass elementClass, unsigned int typeId, const unsigned char* value,
+         unsigned int length);
 
     /// Bytes left between the position and limitEnd.
     unsigned int remaining(unsigned int limitEnd) const noexcept {
@@ -100,10 +109,11 @@ class PIMTLV_API CTLVParser {
     /// @}
 
   private:
+    // An open node: what its end gives back to the walk.
     struct Frame {
         unsigned int typeId;
-        unsigned int start;  ///< offset of the node's header
-        unsigned int end;    ///< offset one past the node's value
+        unsigned int start;     ///< offset of the node's header
+        unsigned int outerEnd;  ///< the limit of reads outside the node
     };
     // A String value that is not valid UTF-8: repaired in a copy that lives
     // until Parse returns; null (traced) when that fails. The rare path, kept
@@ -119,13 +129,15 @@ class PIMTLV_API CTLVParser {
     /// Ends a walk: how far it read, and the repaired texts freed.
     void finish(unsigned int& consumed) noexcept;
     /// Opens a node frame; false when memory for the walk itself runs out.
-    /// Frames are kept between parses, so growing is the rare case.
-    bool push(const Frame& frame) noexcept {
+    /// Frames are kept between parses, so growing is the rare case. The frame
+    /// goes by value, in registers, so that the common case stores its words
+    /// straight into the stack's storage rather than copying them from memory.
+    bool push(Frame frame) noexcept {
         if (m_stack.size() == m_stack.capacity()) return pushGrowing(frame);
         m_stack.push_back(frame);
         return true;
     }
-    bool pushGrowing(const Frame& frame) noexcept;
+    bool pushGrowing(Frame frame) noexcept;
     // Fills the error account for a walk that stopped at the element at
     // offset, with end the limit it had to keep: why, when the walk knows it
     // (the target's refusal, memory), else read from the bytes there.

@@ -35,161 +35,140 @@ bool CTLVParser::ParseInto(Target& target, const void* data, const unsigned int&
     return ok;
 }
 
-// The node walk. Each open node is a frame with its end offset; the innermost
-// end is the limit of every read, so a child can never run past its parent and
-// no read can leave the stream. The position and that limit live in locals
-// for the whole walk (a target's calls cannot move them; m_position and the
-// element's offset are set before each call for a target that may ask where
-// the walk is), and the value reads are written out here rather than through
-// the reading helpers, leaving the same position behind on every path: at the
-// element's first byte when its header cannot be read, after the header when
-// its value cannot, after the value otherwise. Every way out before the end
-// is explained once, after the loop, from the element where it stopped: the
-// loop itself only notes what the bytes cannot tell (the target's refusal,
-// memory), so that a walk that goes well pays only a store of each element's
-// offset and a wider node frame for the account.
+// The node walk. Each open node is a frame; the innermost node's end is the
+// limit of every read, so a child can never run past its parent and no read
+// can leave the stream. The position, that limit and the count of nodes this
+// walk opened live in locals for the whole walk (a target's calls cannot move
+// them), and a frame keeps what its node's end has to give back: the limit
+// outside it, its type ID and where its header starts. The value reads are
+// written out here rather than through the reading helpers, leaving the same
+// position behind on every path: at the element's first byte when its header
+// cannot be read, after the header when its value cannot, after the value
+// otherwise.
+//
+// What a walk that goes well pays for the account of one that does not is one
+// store per element, its offset (which ElementOffset reports and a stop
+// explains); every way out before the end is explained once, after the loop,
+// from the bytes of the element where it stopped. Texts come first in the
+// dispatch because most elements of an item are texts.
 template <typename Target>
 bool CTLVParser::walk(Target& target, unsigned int limit) {
     using Reason = TLVError::Reason;
     const unsigned char* const data = m_data;
-    const std::size_t base = m_stack.size();
     unsigned int pos = m_position;
-    const unsigned int outerEnd = pos + (limit < remaining(m_length) ? limit : remaining(m_length));
-    unsigned int end = outerEnd;
-    bool ok = true;
+    unsigned int end = pos + (limit < remaining(m_length) ? limit : remaining(m_length));
+    std::size_t depth = 0;
+    Reason why = Reason::None;  // what the bytes cannot tell: the target's refusal, memory
+    bool ok = false;            // set at the one way out that is not a stop
     constexpr bool report = WalkReportsPosition<Target>::value;
     for (;;) {
         if (pos == end) {
-            if (m_stack.size() == base) break;
-            const unsigned int closed = m_stack.back().typeId;
+            if (depth == 0) {
+                ok = true;
+                break;
+            }
+            --depth;
+            const Frame closed = m_stack.back();
+            m_stack.pop_back();
+            end = closed.outerEnd;
             if constexpr (report) {
                 m_position = pos;
-                m_element = m_stack.back().start;
+                m_element = closed.start;
             }
-            m_stack.pop_back();
-            end = m_stack.size() > base ? m_stack.back().end : outerEnd;
-            target.NodeEnd(closed);
+            target.NodeEnd(closed.typeId);
             continue;
         }
-        // The element's offset goes to memory rather than a register that
-        // would have to outlive the target's calls: only a stop reads it.
-        const unsigned int at = pos;
-        m_element = at;
+        m_element = pos;
         ElementHeader h;
-        if (ReadElementHeader(data + at, end - at, h) != HeaderFault::None) {
-            ok = false;
-            break;
-        }
+        if (ReadElementHeader(data + pos, end - pos, h) != HeaderFault::None) break;
         const unsigned int length = h.length;
-        pos += h.headerSize;
-        const auto elementClass = static_cast<eClass>(h.elementClass);
         const unsigned int typeId = h.typeId;
+        const auto elementClass = static_cast<eClass>(h.elementClass);
+        const unsigned int at = pos;
+        pos += h.headerSize;
         const unsigned int room = end - pos;
         const unsigned char* const value = data + pos;
-        bool answer = false;
-        switch (elementClass) {
-            case Node:
-                if (room < length) {
-                    ok = false;
+        bool answer;
+        if (elementClass == String) {
+            // The whole value within the limit, and its own terminator, without
+            // which a receiver would read past the value.
+            if (room < length || length == 0 || value[length - 1] != 0) break;
+            pos += length;
+            if constexpr (report) m_position = pos;
+            const char* text = reinterpret_cast<const char*>(value);
+            if (!PAL::IsValidUtf8(text, length)) {
+                text = repairText(value, length);
+                if (text == nullptr) {
+                    why = Reason::OutOfMemory;
                     break;
                 }
-                if (!push(Frame{typeId, at, pos + length})) {
-                    m_error.reason = Reason::OutOfMemory;
-                    ok = false;
-                    break;
-                }
-                end = pos + length;
-                if constexpr (report) m_position = pos;
-                target.NodeBegin(typeId);
-                continue;
-            case Int8:
-            case UInt8:
-            case Bitfield8:
-                if (length != 1 || room < 1) {
-                    ok = false;
-                    break;
-                }
-                pos += 1;
-                if constexpr (report) m_position = pos;
-                answer = elementClass == UInt8 ? target.LeafUInt8(typeId, value[0])
-                         : elementClass == Int8
-                             ? target.LeafInt8(typeId, static_cast<signed char>(value[0]))
-                             : target.LeafBitfield8(typeId, value[0]);
-                break;
-            case Int16:
-            case UInt16:
-            case Bitfield16: {
-                if (length != 2 || room < 2) {
-                    ok = false;
-                    break;
-                }
-                pos += 2;
-                if constexpr (report) m_position = pos;
-                const auto v = static_cast<unsigned short>((value[0] << 8) | value[1]);
-                answer = elementClass == UInt16  ? target.LeafUInt16(typeId, v)
-                         : elementClass == Int16 ? target.LeafInt16(typeId, static_cast<short>(v))
-                                                 : target.LeafBitfield16(typeId, v);
+            }
+            answer = target.LeafString(typeId, text);
+        } else if (elementClass == Node) {
+            if (room < length) break;
+            if (!push(Frame{typeId, at, end})) {
+                why = Reason::OutOfMemory;
                 break;
             }
-            case UInt32:
-            case Int32: {
-                if (length != 4 || room < 4) {
-                    ok = false;
-                    break;
-                }
-                pos += 4;
-                if constexpr (report) m_position = pos;
-                const unsigned int v = (static_cast<unsigned int>(value[0]) << 24) |
-                                       (static_cast<unsigned int>(value[1]) << 16) |
-                                       (static_cast<unsigned int>(value[2]) << 8) | value[3];
-                answer = elementClass == UInt32 ? target.LeafUInt32(typeId, v)
-                                                : target.LeafInt32(typeId, static_cast<int>(v));
-                break;
-            }
-            default:
-                // Variable-size values: the whole value must lie within the
-                // limit, and a text must carry its own terminator, without which
-                // a receiver would read past the value.
-                if (room < length ||
-                    (elementClass == String && (length == 0 || value[length - 1] != 0))) {
-                    ok = false;
-                    break;
-                }
-                pos += length;
-                if constexpr (report) m_position = pos;
-                if (elementClass == String) {
-                    const char* text = reinterpret_cast<const char*>(value);
-                    if (!PAL::IsValidUtf8(text, length)) {
-                        text = repairText(value, length);
-                        if (text == nullptr) {
-                            m_error.reason = Reason::OutOfMemory;
-                            ok = false;
-                            break;
-                        }
-                    }
-                    answer = target.LeafString(typeId, text);
-                } else if (elementClass == ByteStream) {
-                    answer = target.LeafByteStream(typeId, value, length);
-                } else {
-                    answer = target.Unknown(elementClass, typeId, value, length);
-                }
-                break;
+            ++depth;
+            end = pos + length;
+            if constexpr (report) m_position = pos;
+            target.NodeBegin(typeId);
+            continue;
+        } else {
+            const unsigned int fixed = FixedValueSize(elementClass);
+            if (fixed != 0 ? length != fixed || room < fixed : room < length) break;
+            pos += length;
+            if constexpr (report) m_position = pos;
+            answer = leaf(target, elementClass, typeId, value, length);
         }
-        if (!ok || !answer) {
-            if (ok) m_error.reason = Reason::TargetStopped;
-            ok = false;
+        if (!answer) {
+            why = Reason::TargetStopped;
             break;
         }
     }
     m_position = pos;
-    if (!ok) explain(m_error.reason, m_element, end);  // while the enclosing nodes are still open
-    while (m_stack.size() > base) {
+    if (!ok) explain(why, m_element, end);  // while the enclosing nodes are still open
+    for (; depth > 0; --depth) {
         const Frame closed = m_stack.back();
         m_stack.pop_back();
         if constexpr (report) m_element = closed.start;
         target.NodeEnd(closed.typeId);
     }
     return ok;
+}
+
+// One leaf of a class other than String and Node, its size already checked,
+// reported to target.
+template <typename Target>
+bool CTLVParser::leaf(Target& target, eClass elementClass, unsigned int typeId,
+                      const unsigned char* value, unsigned int length) {
+    const auto u16 = [value] { return static_cast<unsigned short>((value[0] << 8) | value[1]); };
+    switch (elementClass) {
+        case Int8:
+            return target.LeafInt8(typeId, static_cast<signed char>(value[0]));
+        case UInt8:
+            return target.LeafUInt8(typeId, value[0]);
+        case Bitfield8:
+            return target.LeafBitfield8(typeId, value[0]);
+        case Int16:
+            return target.LeafInt16(typeId, static_cast<short>(u16()));
+        case UInt16:
+            return target.LeafUInt16(typeId, u16());
+        case Bitfield16:
+            return target.LeafBitfield16(typeId, u16());
+        case UInt32:
+        case Int32: {
+            const unsigned int v = (static_cast<unsigned int>(u16()) << 16) |
+                                   (static_cast<unsigned int>(value[2]) << 8) | value[3];
+            return elementClass == UInt32 ? target.LeafUInt32(typeId, v)
+                                          : target.LeafInt32(typeId, static_cast<int>(v));
+        }
+        case ByteStream:
+            return target.LeafByteStream(typeId, value, length);
+        default:
+            return target.Unknown(elementClass, typeId, value, length);
+    }
 }
 
 }  // namespace ParserCreatorCollection

@@ -47,7 +47,7 @@ void CTLVParser::finish(unsigned int& consumed) noexcept {
     m_repaired.clear();
 }
 
-bool CTLVParser::pushGrowing(const Frame& frame) noexcept {
+bool CTLVParser::pushGrowing(Frame frame) noexcept {
     try {
         m_stack.push_back(frame);
     } catch (...) {
