@@ -345,6 +345,9 @@ PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
         m_currentSlot = slot;
         m_row = kPlacements.cell[slot];
         m_open = &m_values[slot];
+        // Marked when the property opens rather than per value: a reset of a
+        // slot that got no values changes nothing.
+        m_filled |= 1u << slot;
     } else {
         m_currentSlot = kNoSlot;
         m_row = nullptr;
@@ -605,9 +608,6 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
                       typeId, m_currentProperty);
     }
     tPropertyValues& v = *m_open;
-    // Marking the slot for a parameter name too costs less than telling it
-    // apart, and a reset of a slot without values changes nothing.
-    m_filled |= 1u << m_currentSlot;
     const unsigned int index = placement.index;
     switch (placement.field) {
         case eField::None:
@@ -728,7 +728,6 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnString(unsigned int typeI
     }
     m_open->text[placement.index] = text;
     m_open->textsSet = static_cast<unsigned char>(m_open->textsSet | (1u << placement.index));
-    m_filled |= 1u << m_currentSlot;
     return true;
 }
 template <typename TReceiver>

@@ -219,8 +219,8 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     std::string m_repairedName;
     std::string m_heldName;  // the name carried into the next Parse
     bool m_skip = false;
-    // Slots holding values since their last reset (bit set of slots): only
-    // these are cleared when a stream starts.
+    // Slots opened, and so perhaps holding values, since their last reset
+    // (bit set of slots): only these are cleared when a stream starts.
     unsigned int m_filled = 0;
     std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
     tPropertyValues m_values[kPropertySlots];
