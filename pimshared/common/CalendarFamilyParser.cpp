@@ -20,6 +20,10 @@ using CalendarLayout::tProperty;
 constexpr unsigned int kSlotCount = CalendarLayout::PropertyCount;
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
 constexpr unsigned int kNoSlot = kSlotCount;
+// In an engine's kind of an ID: the item knows the property but does not
+// implement it.
+constexpr unsigned int kUnimplementedBit = 0x80;
+static_assert(kNoSlot < kUnimplementedBit, "a kind is a slot and the bit");
 
 // Where each value ID goes in each slot's record, so that a value leaf is
 // placed by one look-up whatever the number of IDs its property takes. Value
@@ -295,10 +299,15 @@ TReceivingEngine<TReceiver>::TReceivingEngine(const tParserItem& item, TReceiver
       m_currentProperty(TypeIdNone),
       m_currentSlot(kNoSlot) {
     for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    for (unsigned int id = 0; id < 4096; ++id) {
+        const unsigned int slot = FindSlot(id);
+        m_property[id] = static_cast<unsigned char>(
+            slot != kNoSlot && (m_item.layout.gathered & (1u << slot)) != 0 ? slot : kNoSlot);
+    }
     for (unsigned int i = 0; i < m_item.unimplementedCount; ++i) {
         for (unsigned int id = m_item.unimplemented[i].first; id <= m_item.unimplemented[i].last;
              ++id) {
-            m_unimplemented.set(id);
+            m_property[id] = static_cast<unsigned char>(m_property[id] | kUnimplementedBit);
         }
     }
 }
@@ -340,8 +349,8 @@ template <typename TReceiver>
 PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
     unsigned int typeId) noexcept {
     m_currentProperty = typeId;
-    const unsigned int slot = FindSlot(typeId);
-    if (slot != kNoSlot && (m_item.layout.gathered & (1u << slot)) != 0) {
+    const unsigned int slot = KindOf(typeId) & ~kUnimplementedBit;
+    if (slot != kNoSlot) {
         m_currentSlot = slot;
         m_row = kPlacements.cell[slot];
         m_open = &m_values[slot];
@@ -353,11 +362,6 @@ PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
         m_row = nullptr;
         m_open = nullptr;
     }
-}
-
-template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::IsUnimplemented(unsigned int typeId) const noexcept {
-    return typeId < m_unimplemented.size() && m_unimplemented[typeId];
 }
 
 template <typename TReceiver>
@@ -474,7 +478,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeBegin(unsigned int ty
 template <typename TReceiver>
 PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
                                                                    const char* unimplementedText) {
-    if (IsUnimplemented(typeId)) {
+    if ((KindOf(typeId) & kUnimplementedBit) != 0) {
         m_skip = true;
         if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
         SetCurrentProperty(typeId);

@@ -1,7 +1,6 @@
 #ifndef PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 #define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 
-#include <bitset>
 #include <string>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
@@ -183,7 +182,11 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     bool HandleXParamValue(const char* text);
     void NotePendingNameSource() noexcept;
     void CarryPendingName() noexcept;
-    bool IsUnimplemented(unsigned int typeId) const noexcept;
+    // The kind of an ID in this item: the slot whose values it gathers (or
+    // none), with a bit for a property it knows but does not implement.
+    unsigned int KindOf(unsigned int typeId) const noexcept {
+        return typeId < sizeof m_property ? m_property[typeId] : kPropertySlots;
+    }
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
     // Kept out of the element paths: a report is the rare case.
@@ -222,7 +225,7 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     // Slots opened, and so perhaps holding values, since their last reset
     // (bit set of slots): only these are cleared when a stream starts.
     unsigned int m_filled = 0;
-    std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
+    unsigned char m_property[4096];  // KindOf every 12-bit ID
     tPropertyValues m_values[kPropertySlots];
 };
 
