@@ -547,9 +547,10 @@ template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
     TraceLine(m_traceCallback, typeId);
     bool answer = true;
-    if (m_currentSlot != kNoSlot && Deliver(m_receiver, m_currentSlot, *m_open, answer)) {
-        ResetSlot(m_currentSlot);
-        m_filled &= ~(1u << m_currentSlot);
+    const unsigned int slot = m_currentSlot;
+    if (slot != kNoSlot && Deliver(m_receiver, slot, *m_open, answer)) {
+        ResetSlot(slot);
+        m_filled &= ~(1u << slot);
         return answer;
     }
     // Values gathered for a property without a receiver operation stay until
