@@ -32,6 +32,43 @@ const Value* Call::Find(const std::string& name) const {
 }
 
 namespace {
+const char kHexDigits[] = "0123456789abcdef";
+
+int DigitOf(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+}  // namespace
+
+std::string HexOf(const Bytes& bytes) {
+    std::string hex;
+    hex.reserve(bytes.size() * 2);
+    for (std::uint8_t b : bytes) {
+        hex += kHexDigits[b >> 4];
+        hex += kHexDigits[b & 0x0F];
+    }
+    return hex;
+}
+
+bool BytesOfHex(const std::string& text, Bytes& out) {
+    int high = -1;
+    for (char c : text) {
+        if (c == ' ' || c == '\t' || c == '\n' || c == '\r') continue;
+        const int d = DigitOf(c);
+        if (d < 0) return false;
+        if (high < 0) {
+            high = d;
+        } else {
+            out.push_back(static_cast<std::uint8_t>(high * 16 + d));
+            high = -1;
+        }
+    }
+    return high < 0;
+}
+
+namespace {
 
 namespace Desc = PimShared::Description;
 
@@ -511,7 +548,8 @@ Document DecodeItem(const ItemInfo& item, const std::uint8_t* data, std::size_t 
     return EntryFor(*known)->decode(data, size, trace);
 }
 
-DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options) {
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options,
+                    const std::function<void(Document&&)>& onDocument) {
     DecodeResult result;
     const ItemInfo* forced = nullptr;
     if (!options.item.empty()) {
@@ -533,15 +571,15 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
                 return false;
             }
             next = span.offset + span.size;
-            result.documents.push_back(
-                DecodeItem(*item, data + span.offset, span.size, options.trace));
-            const Document& document = result.documents.back();
-            if (!document.result.ok) {
+            Document document = DecodeItem(*item, data + span.offset, span.size, options.trace);
+            const Result parsed = document.result;
+            onDocument(std::move(document));
+            if (!parsed.ok) {
                 result.ok = false;
                 result.errorOffset = span.offset;
                 result.error = "item at offset " + std::to_string(span.offset) + ": the " +
                                item->kind + " parser stopped after " +
-                               std::to_string(document.result.consumed) + " bytes";
+                               std::to_string(parsed.consumed) + " bytes";
                 return false;
             }
             return true;
@@ -552,6 +590,15 @@ DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOpti
         result.error = why;
         result.errorOffset = next;
     }
+    return result;
+}
+
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options) {
+    std::vector<Document> documents;
+    DecodeResult result = Decode(data, size, options, [&documents](Document&& document) {
+        documents.push_back(std::move(document));
+    });
+    result.documents = std::move(documents);
     return result;
 }
 

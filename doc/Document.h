@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -91,6 +92,13 @@ struct Document {
     Result result;  // of decoding; ignored by Encode
 };
 
+// Data in the documents' text forms (JSON, Python): lower-case hex, two
+// digits a byte.
+std::string HexOf(const Bytes& bytes);
+// Hex text back to bytes, white space anywhere ignored (as a person edits
+// it); false for any other character or an odd number of digits.
+bool BytesOfHex(const std::string& text, Bytes& out);
+
 // A document that cannot be replayed (unknown item, operation or argument,
 // a value of the wrong kind or out of range); what() says which call and
 // argument, as the tool does.
@@ -127,6 +135,11 @@ struct DecodeResult {
 
 // The documents of every item of data (a file of items one after another).
 DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options = {});
+// The same, handing each document to onDocument as soon as its item is read
+// instead of keeping it (the result's documents stay empty): a large file
+// need not be held as documents whole.
+DecodeResult Decode(const std::uint8_t* data, std::size_t size, const DecodeOptions& options,
+                    const std::function<void(Document&&)>& onDocument);
 // The document of one item of the given kind (the whole of data).
 Document DecodeItem(const ItemInfo& item, const std::uint8_t* data, std::size_t size,
                     bool trace = false);

@@ -8,42 +8,6 @@ namespace PimDoc {
 
 namespace {
 
-const char kHexDigits[] = "0123456789abcdef";
-
-std::string HexOf(const Bytes& bytes) {
-    std::string hex;
-    hex.reserve(bytes.size() * 2);
-    for (std::uint8_t b : bytes) {
-        hex += kHexDigits[b >> 4];
-        hex += kHexDigits[b & 0x0F];
-    }
-    return hex;
-}
-
-int DigitOf(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
-// Hex text, white space anywhere ignored (as a person edits it).
-bool BytesOfHex(const std::string& text, Bytes& out) {
-    int high = -1;
-    for (char c : text) {
-        if (c == ' ' || c == '\t' || c == '\n' || c == '\r') continue;
-        const int d = DigitOf(c);
-        if (d < 0) return false;
-        if (high < 0) {
-            high = d;
-        } else {
-            out.push_back(static_cast<std::uint8_t>(high * 16 + d));
-            high = -1;
-        }
-    }
-    return high < 0;
-}
-
 struct Where {
     std::size_t call;
     const char* op;

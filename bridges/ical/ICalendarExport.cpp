@@ -18,9 +18,6 @@
 #include "bridges/common/Clock.h"
 #include "bridges/common/ItemStreams.h"
 #include "bridges/common/LossCollector.h"
-#include "pimshared/calendar/TLVCalendarParser.h"
-#include "pimshared/note/TLVNoteParser.h"
-#include "pimshared/task/TLVTaskParser.h"
 #include "private/ICalendarItems.h"
 #include "private/ICalendarMapping.h"
 
@@ -31,7 +28,6 @@ using namespace Ical;
 namespace {
 
 using XParams = PAL::TVector<PimShared::tXParam>;
-using Texts = PAL::TVector<const char*>;
 
 // Written when no item names a product.
 constexpr const char* kOwnProductId = "-//pimtlv//pimtlv iCalendar bridge//EN";
@@ -126,7 +122,9 @@ class ComponentWriter {
         return true;
     }
     unsigned int Instance() const { return m_instance; }
-    bool Put(eOp op, const PropertyValues& v);
+    // The property of row from an operation's values; local: the operation
+    // was the row's localOp.
+    bool Put(const PropertyRow& row, bool local, const PropertyValues& v);
     void Unplaced(const char* what) { m_losses.Add(what, 0); }
     bool Trace(int code, const char* text) {
         if (code != 0) m_item->diagnostics.push_back(Diagnostic{code, text != nullptr ? text : ""});
@@ -154,7 +152,7 @@ class ComponentWriter {
 
   private:
     bool PutCalendarText(CalendarText& target, const PropertyValues& v);
-    icalvalue* MakeValue(const PropertyRow& row, eOp op, const PropertyValues& v,
+    icalvalue* MakeValue(const PropertyRow& row, bool local, const PropertyValues& v,
                          icalproperty* property);
     void AddParams(const PropertyRow& row, const PropertyValues& v, icalproperty* property);
     void UseZone(const char* tzid);
@@ -217,7 +215,7 @@ const char* Find(const XParams& x, const char* name) {
     return nullptr;
 }
 
-icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const PropertyValues& v,
+icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, bool local, const PropertyValues& v,
                                       icalproperty* property) {
     switch (row.shape) {
         case eShape::Byte:
@@ -225,7 +223,7 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
             return icalvalue_new_integer(static_cast<int>(v.number));
         case eShape::DateTime: {
             const XParams& x = *v.xParams;
-            const bool zoned = row.zoneArgument && op == row.op;
+            const bool zoned = row.zoneArgument && !local;
             const char* tzid = zoned ? v.zone : Find(x, kTzidParam);
             const char* marker = Find(x, kTimeMarker);
             const char* type = Find(x, kValueParam);
@@ -233,7 +231,7 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
             eForm form = eForm::Utc;
             if (tzid != nullptr) {
                 form = eForm::Zoned;
-            } else if (op == row.localOp) {
+            } else if (local) {
                 form = marker != nullptr && std::strcmp(marker, kTimeUtc) == 0 ? eForm::Utc
                                                                                : eForm::Floating;
             } else if (!zoned && marker != nullptr && std::strcmp(marker, kTimeFloating) == 0) {
@@ -260,13 +258,14 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, eOp op, const Prop
                 }
             }
             // A zoned revision time is stamped as the same instant in UTC.
-            if (op == eOp::DateTimeCreated || op == eOp::LastModified) {
+            const bool modified = row.kind == ICAL_LASTMODIFIED_PROPERTY;
+            if (modified || row.kind == ICAL_CREATED_PROPERTY) {
                 icaltimetype instant = t;
                 icaltimezone* zone = form == eForm::Zoned ? KnownZone(tzid) : nullptr;
                 if (zone != nullptr && !date) {
                     icaltimezone_convert_time(&instant, zone, icaltimezone_get_utc_timezone());
                 }
-                (op == eOp::LastModified ? m_modified : m_created) = instant;
+                (modified ? m_modified : m_created) = instant;
             }
             icalvalue* value = icalvalue_new_datetime(t);
             if (value != nullptr && date) icalvalue_free(value), value = icalvalue_new_date(t);
@@ -338,170 +337,57 @@ void ComponentWriter::AddParams(const PropertyRow& row, const PropertyValues& v,
     }
 }
 
-bool ComponentWriter::Put(eOp op, const PropertyValues& v) {
-    const PropertyRow* row = RowOfOp(op);
-    if (row == nullptr) return true;
-    if (op == eOp::ProductIdentifier) return PutCalendarText(m_prodid, v);
-    if (op == eOp::Version) return PutCalendarText(m_version, v);
-    icalproperty* property = icalproperty_new(row->kind);
+bool ComponentWriter::Put(const PropertyRow& row, bool local, const PropertyValues& v) {
+    if (row.kind == ICAL_PRODID_PROPERTY) return PutCalendarText(m_prodid, v);
+    if (row.kind == ICAL_VERSION_PROPERTY) return PutCalendarText(m_version, v);
+    icalproperty* property = icalproperty_new(row.kind);
     if (property == nullptr) return true;
-    icalvalue* value = MakeValue(*row, op, v, property);
+    icalvalue* value = MakeValue(row, local, v, property);
     if (value == nullptr) {
         icalproperty_free(property);
-        m_losses.Add(icalproperty_kind_to_string(row->kind), 0);
+        m_losses.Add(icalproperty_kind_to_string(row.kind), 0);
         return true;
     }
     icalproperty_set_value(property, value);
-    AddParams(*row, v, property);
+    AddParams(row, v, property);
     icalcomponent_add_property(m_component, property);
     return true;
 }
 
-// The receivers: one line per operation, packing its arguments into
-// PropertyValues. The three items share the common operations; events and
-// tasks add theirs.
-template <typename R>
-class CommonReceiver : public R {
+// Where the parsers' calls go: each operation a row names becomes its
+// property; any other, and every operation an item gains, is reported as
+// not carried, by its name.
+class ComponentSink {
   public:
-    using Rsvp = typename R::eRsvpType;
+    explicit ComponentSink(ComponentWriter& out) : m_out(out) {}
 
-    explicit CommonReceiver(ComponentWriter& out) : m_out(out) {}
+    template <typename Op, typename... A>
+    bool Call(const A&... args) {
+        constexpr std::size_t row = RowOfOp(Op::kName);
+        if constexpr (SameName(Op::kName, "Begin")) {
+            return m_out.Begin(args...);
+        } else if constexpr (SameName(Op::kName, "End")) {
+            return true;
+        } else if constexpr (row == kRowCount) {
+            m_out.Unplaced(LossName(Op::kName));
+            return true;
+        } else {
+            return m_out.Put(kRows[row], SameName(kRows[row].localOp, Op::kName),
+                             Pack<Op>(args...));
+        }
+    }
+    bool Trace(const int& code, const char* text) { return m_out.Trace(code, text); }
 
-    bool Begin(const unsigned int& instance) override { return m_out.Begin(instance); }
-    bool End() override { return true; }
-    bool ProductIdentifier(const char* t, const XParams& x) override {
-        return Text(eOp::ProductIdentifier, t, x);
-    }
-    bool Version(const char* t, const XParams& x) override { return Text(eOp::Version, t, x); }
-    bool Categories(const Texts& list, const char* language, const XParams& x) override {
-        PropertyValues v;
-        v.list[0] = &list;
-        v.text[1] = language;
-        return Put(eOp::Categories, v, x);
-    }
-    bool Classification(const char* t, const XParams& x) override {
-        return Text(eOp::Classification, t, x);
-    }
-    bool Description(const char* t, const char* alt, const char* lang, const XParams& x) override {
-        return Rich(eOp::Description, t, alt, lang, x);
-    }
-    bool Status(const char* t, const XParams& x) override { return Text(eOp::Status, t, x); }
-    bool Summary(const char* t, const char* alt, const char* lang, const XParams& x) override {
-        return Rich(eOp::Summary, t, alt, lang, x);
-    }
-    bool UniqueIdentifier(const char* t, const XParams& x) override {
-        return Text(eOp::UniqueIdentifier, t, x);
-    }
-    bool DateTimeCreated(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return Date(eOp::DateTimeCreated, dt, nullptr, x);
-    }
-    bool LastModified(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return Date(eOp::LastModified, dt, nullptr, x);
-    }
-    bool SequenceNumber(const unsigned short& n, const XParams& x) override {
-        PropertyValues v;
-        v.number = n;
-        return Put(eOp::SequenceNumber, v, x);
-    }
-    bool Attendee(const char* a1, const char* a2, const Texts& a3, const char* a4, const char* a5,
-                  const Rsvp& a6, const Texts& a7, const Texts& a8, const char* a9, const char* a10,
-                  const char* a11, const char* a12, const XParams& x) override {
-        PropertyValues v;
-        const char* texts[] = {a1, a2, a4, a5, a9, a10, a11, a12};
-        for (int i = 0; i < PropertyValues::kTexts; ++i) v.text[i] = texts[i];
-        v.list[0] = &a3;
-        v.list[1] = &a7;
-        v.list[2] = &a8;
-        v.rsvp = a6;
-        return Put(eOp::Attendee, v, x);
-    }
-    bool Organizer(const char* a1, const char* a2, const char* a3, const char* a4, const char* a5,
-                   const XParams& x) override {
-        PropertyValues v;
-        const char* texts[] = {a1, a2, a3, a4, a5};
-        for (int i = 0; i < 5; ++i) v.text[i] = texts[i];
-        return Put(eOp::Organizer, v, x);
-    }
-    bool SendStatus(unsigned char) override {
-        m_out.Unplaced("send status");
-        return true;
-    }
-    bool InstanceName(const char*) override {
-        m_out.Unplaced("instance name");
-        return true;
-    }
-    bool TraceMessage(const int& code, const char* text) override {
-        return m_out.Trace(code, text);
-    }
-
-  protected:
-    bool Put(eOp op, PropertyValues& v, const XParams& x) {
-        v.xParams = &x;
-        return m_out.Put(op, v);
-    }
-    bool Text(eOp op, const char* t, const XParams& x) {
-        PropertyValues v;
-        v.text[0] = t;
-        return Put(op, v, x);
-    }
-    bool Rich(eOp op, const char* t, const char* alt, const char* lang, const XParams& x) {
-        PropertyValues v;
-        v.text[0] = t;
-        v.text[1] = alt;
-        v.text[2] = lang;
-        return Put(op, v, x);
-    }
-    bool Date(eOp op, const PAL::CDateAndTime& dt, const char* zone, const XParams& x) {
-        PropertyValues v;
-        v.dateTime = &dt;
-        v.zone = zone;
-        return Put(op, v, x);
+  private:
+    // The names losses of these operations have always had.
+    static const char* LossName(const char* op) {
+        if (SameName(op, "SendStatus")) return "send status";
+        if (SameName(op, "InstanceName")) return "instance name";
+        return op;
     }
 
     ComponentWriter& m_out;
 };
-
-template <typename R>
-class EventTaskReceiver : public CommonReceiver<R> {
-  public:
-    using CommonReceiver<R>::CommonReceiver;
-
-    bool Location(const char* t, const char* alt, const char* lang, const XParams& x) override {
-        return this->Rich(eOp::Location, t, alt, lang, x);
-    }
-    bool Priority(const unsigned char& p, const XParams& x) override {
-        PropertyValues v;
-        v.number = p;
-        return this->Put(eOp::Priority, v, x);
-    }
-    bool DateTimeStart(const PAL::CDateAndTime& dt, const char* zone, const XParams& x) override {
-        return this->Date(eOp::DateTimeStart, dt, zone, x);
-    }
-    bool DateTimeStartLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return this->Date(eOp::DateTimeStartLocal, dt, nullptr, x);
-    }
-};
-
-class EventReceiver final : public EventTaskReceiver<PimShared::ICalendarReceiver> {
-  public:
-    using EventTaskReceiver::EventTaskReceiver;
-    bool DateTimeEnd(const PAL::CDateAndTime& dt, const char* zone, const XParams& x) override {
-        return Date(eOp::DateTimeEnd, dt, zone, x);
-    }
-    bool DateTimeEndLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return Date(eOp::DateTimeEndLocal, dt, nullptr, x);
-    }
-};
-
-class TaskReceiver final : public EventTaskReceiver<PimShared::ITaskReceiver> {
-  public:
-    using EventTaskReceiver::EventTaskReceiver;
-    bool DateTimeDueLocal(const PAL::CDateAndTime& dt, const XParams& x) override {
-        return Date(eOp::DateTimeDueLocal, dt, nullptr, x);
-    }
-};
-
-using NoteReceiver = CommonReceiver<PimShared::INoteReceiver>;
 
 // The three receivers, made once for the whole export; a parser per item,
 // so that nothing one item left half-read (a task parser keeps an extension
@@ -509,7 +395,7 @@ using NoteReceiver = CommonReceiver<PimShared::INoteReceiver>;
 class ItemReaders {
   public:
     explicit ItemReaders(ComponentWriter& writer)
-        : m_event(writer), m_task(writer), m_note(writer) {}
+        : m_sink(writer), m_event(m_sink), m_task(m_sink), m_note(m_sink) {}
 
     bool Parse(eItem item, const std::uint8_t* data, std::size_t size) {
         if (size > UINT_MAX) return false;
@@ -528,9 +414,10 @@ class ItemReaders {
         return parser.Parse(data, length, errorText, consumed);
     }
 
-    EventReceiver m_event;
-    TaskReceiver m_task;
-    NoteReceiver m_note;
+    ComponentSink m_sink;
+    PimShared::EventItem::ReceiverFor<ComponentSink> m_event;
+    PimShared::TaskItem::ReceiverFor<ComponentSink> m_task;
+    PimShared::NoteItem::ReceiverFor<ComponentSink> m_note;
 };
 
 struct ItemForm {

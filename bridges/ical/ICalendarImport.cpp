@@ -20,6 +20,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -35,9 +36,6 @@
 #include "bridges/common/Charset.h"
 #include "bridges/common/LossCollector.h"
 #include "parsercreatorcollection/src/tlv/creator/TLVObjects.h"
-#include "pimshared/calendar/TLVCalendarCreator.h"
-#include "pimshared/note/TLVNoteCreator.h"
-#include "pimshared/task/TLVTaskCreator.h"
 #include "platform/Utf8.h"
 #include "private/ICalendarMapping.h"
 
@@ -78,101 +76,69 @@ bool OverLimit(const PropertyValues& v) {
 // and writes its trees by recursion, so hostile nesting stops here.
 constexpr std::size_t kMaxDepth = 64;
 
-// Calls the creator operation of op with the gathered values. The item set
-// of each row keeps an item from being asked for an operation it lacks; the
-// constexpr branches only let the three interfaces share this one switch.
-template <typename I>
-bool Apply(I& c, eOp op, const PropertyValues& v) {
-    constexpr bool kIsEvent = std::is_base_of<PimShared::ICalendarAttributes, I>::value;
-    constexpr bool kIsTask = std::is_base_of<PimShared::ITaskAttributes, I>::value;
-    static const PAL::TVector<const char*> kNoTexts;
-    static const PAL::TVector<PimShared::tXParam> kNoXParams;
-    const auto list = [&v](int i) -> const PAL::TVector<const char*>& {
-        return v.list[i] != nullptr ? *v.list[i] : kNoTexts;
-    };
-    const PAL::TVector<PimShared::tXParam>& x = v.xParams != nullptr ? *v.xParams : kNoXParams;
-    const unsigned char byte = static_cast<unsigned char>(v.number);
-    const unsigned short word = static_cast<unsigned short>(v.number);
-    static const PAL::CDateAndTime kNoTime;
-    const PAL::CDateAndTime& dt = v.dateTime != nullptr ? *v.dateTime : kNoTime;
-    switch (op) {
-        case eOp::ProductIdentifier:
-            return c.ProductIdentifier(v.text[0], x);
-        case eOp::Version:
-            return c.Version(v.text[0], x);
-        case eOp::Categories:
-            return c.Categories(list(0), v.text[1], x);
-        case eOp::Classification:
-            return c.Classification(v.text[0], x);
-        case eOp::Description:
-            return c.Description(v.text[0], v.text[1], v.text[2], x);
-        case eOp::Status:
-            return c.Status(v.text[0], x);
-        case eOp::Summary:
-            return c.Summary(v.text[0], v.text[1], v.text[2], x);
-        case eOp::UniqueIdentifier:
-            return c.UniqueIdentifier(v.text[0], x);
-        case eOp::DateTimeCreated:
-            return c.DateTimeCreated(dt, x);
-        case eOp::LastModified:
-            return c.LastModified(dt, x);
-        case eOp::SequenceNumber:
-            return c.SequenceNumber(word, x);
-        case eOp::Attendee:
-            return c.Attendee(v.text[0], v.text[1], list(0), v.text[2], v.text[3], v.rsvp, list(1),
-                              list(2), v.text[4], v.text[5], v.text[6], v.text[7], x);
-        case eOp::Organizer:
-            return c.Organizer(v.text[0], v.text[1], v.text[2], v.text[3], v.text[4], x);
-        case eOp::Location:
-            if constexpr (kIsEvent || kIsTask)
-                return c.Location(v.text[0], v.text[1], v.text[2], x);
-            break;
-        case eOp::Priority:
-            if constexpr (kIsEvent || kIsTask) return c.Priority(byte, x);
-            break;
-        case eOp::DateTimeStart:
-            if constexpr (kIsEvent || kIsTask) return c.DateTimeStart(dt, v.zone, x);
-            break;
-        case eOp::DateTimeStartLocal:
-            if constexpr (kIsEvent || kIsTask) return c.DateTimeStartLocal(dt, x);
-            break;
-        case eOp::DateTimeEnd:
-            if constexpr (kIsEvent) return c.DateTimeEnd(dt, v.zone, x);
-            break;
-        case eOp::DateTimeEndLocal:
-            if constexpr (kIsEvent) return c.DateTimeEndLocal(dt, x);
-            break;
-        case eOp::DateTimeDueLocal:
-            if constexpr (kIsTask) return c.DateTimeDueLocal(dt, x);
-            break;
-        case eOp::None:
-            break;
-    }
-    return false;
-}
-
 // One item creator behind a common face, so the walk is written once.
 class ItemSink {
   public:
     virtual ~ItemSink() = default;
     virtual bool Begin(unsigned int instance) = 0;
-    virtual bool Put(eOp op, const PropertyValues& values) = 0;
+    // Whether the item has an operation for row.
+    virtual bool Carries(const PropertyRow& row) const = 0;
+    // Calls row's operation (its localOp with local) with the values.
+    virtual bool Put(const PropertyRow& row, bool local, const PropertyValues& values) = 0;
     virtual bool Finish(const void*& data, unsigned int& length) = 0;
 };
 
-template <typename Creator>
+// The creator call of the operation a row names, for the item Item (its
+// description), or null when the item has no such operation.
+template <typename Item>
+using CreatorCall = bool (*)(typename Item::Creator&, const PropertyValues&);
+
+template <typename Item, const char* const PropertyRow::*Which, std::size_t Row>
+constexpr CreatorCall<Item> CallOf() {
+    constexpr std::size_t at = ItemOperations<Item>::Find(kRows[Row].*Which);
+    using Ops = typename ItemOperations<Item>::Tuple;
+    if constexpr (at == std::tuple_size_v<Ops>) {
+        return nullptr;
+    } else {
+        return &Invoke<std::tuple_element_t<at, Ops>, typename Item::Creator>;
+    }
+}
+
+// Per row, the call of its operation (Which: op or localOp).
+template <typename Item, const char* const PropertyRow::*Which, std::size_t... R>
+constexpr std::array<CreatorCall<Item>, kRowCount> CallsOf(std::index_sequence<R...>) {
+    return {{CallOf<Item, Which, R>()...}};
+}
+
+// Which rows an item carries, and with what calls, is read from its
+// description.
+template <typename Item>
 class CreatorSink final : public ItemSink {
+    using Calls = std::array<CreatorCall<Item>, kRowCount>;
+    static constexpr Calls kOps =
+        CallsOf<Item, &PropertyRow::op>(std::make_index_sequence<kRowCount>{});
+    static constexpr Calls kLocalOps =
+        CallsOf<Item, &PropertyRow::localOp>(std::make_index_sequence<kRowCount>{});
+
   public:
     bool Begin(unsigned int instance) override {
         return m_creator.Reset() && m_creator.Begin(instance);
     }
-    bool Put(eOp op, const PropertyValues& values) override { return Apply(m_creator, op, values); }
+    bool Carries(const PropertyRow& row) const override {
+        const std::size_t r = static_cast<std::size_t>(&row - kRows);
+        return kOps[r] != nullptr || kLocalOps[r] != nullptr;
+    }
+    bool Put(const PropertyRow& row, bool local, const PropertyValues& values) override {
+        const CreatorCall<Item> call =
+            (local ? kLocalOps : kOps)[static_cast<std::size_t>(&row - kRows)];
+        return call != nullptr && call(m_creator, values);
+    }
     bool Finish(const void*& data, unsigned int& length) override {
         return m_creator.End() && m_creator.GetData(data, length);
     }
 
   private:
-    Creator m_creator;
+    typename Item::Creator m_creator;
 };
 
 struct ItemKind {
@@ -322,10 +288,9 @@ class Importer {
     bool WalkRoot(icalcomponent* root);
     bool ImportItem(icalcomponent* component, const ItemKind& kind, std::size_t index,
                     const CalendarContext& calendar);
-    bool PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* const* props,
-                     std::size_t count, std::size_t& i, std::size_t component,
-                     LossCollector& losses);
-    bool Gather(icalproperty* property, const PropertyRow& row, Gathered& g, eOp& op);
+    bool PutProperty(ItemSink& sink, icalproperty* const* props, std::size_t count, std::size_t& i,
+                     std::size_t component, LossCollector& losses);
+    bool Gather(icalproperty* property, const PropertyRow& row, Gathered& g, bool& local);
     void GatherParams(icalproperty* property, const PropertyRow& row, Gathered& g,
                       const char*& tzid);
     const char* ValueText(icalvalue* value);
@@ -376,9 +341,9 @@ class Importer {
     std::vector<icalproperty*> m_props;
     Gathered m_gathered;
     unsigned int m_instance = 0;
-    CreatorSink<PimShared::CTLVCalendarCreator> m_event;
-    CreatorSink<PimShared::CTLVTaskCreator> m_task;
-    CreatorSink<PimShared::CTLVNoteCreator> m_note;
+    CreatorSink<PimShared::EventItem> m_event;
+    CreatorSink<PimShared::TaskItem> m_task;
+    CreatorSink<PimShared::NoteItem> m_note;
 };
 
 ItemSink& Importer::SinkOf(eItem item) {
@@ -677,7 +642,7 @@ bool Importer::ImportItem(icalcomponent* component, const ItemKind& kind, std::s
     }
     DurationAsEnd(component, kind, index, losses);
     for (std::size_t i = 0; i < m_props.size(); ++i) {
-        if (!PutProperty(sink, kind, m_props.data(), m_props.size(), i, index, losses)) {
+        if (!PutProperty(sink, m_props.data(), m_props.size(), i, index, losses)) {
             const std::string name = PropertyNameOf(m_props[i]);
             const unsigned int at = LineOf(index, name);
             Fail(OverLimit(m_gathered.values)
@@ -772,9 +737,8 @@ void Importer::DurationAsEnd(icalcomponent* component, const ItemKind& kind, std
 
 // Puts props[i] into the item, or names it as lost. Consecutive CATEGORIES
 // from one line (libical makes one property per value) become one list.
-bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* const* props,
-                           std::size_t count, std::size_t& i, std::size_t component,
-                           LossCollector& losses) {
+bool Importer::PutProperty(ItemSink& sink, icalproperty* const* props, std::size_t count,
+                           std::size_t& i, std::size_t component, LossCollector& losses) {
     icalproperty* property = props[i];
     const icalproperty_kind propertyKind = icalproperty_isa(property);
     if (propertyKind == ICAL_XLICERROR_PROPERTY) {
@@ -787,13 +751,13 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
         return true;
     }
     const PropertyRow* row = RowOfKind(propertyKind);
-    if (row == nullptr || (row->items & kind.item) == 0) {
+    if (row == nullptr || !sink.Carries(*row)) {
         AddLoss(losses, component, property);
         return true;
     }
     Gathered& g = m_gathered;
-    eOp op = row->op;
-    if (!Gather(property, *row, g, op)) {
+    bool local = false;
+    if (!Gather(property, *row, g, local)) {
         AddLoss(losses, component, property);
         return true;
     }
@@ -810,7 +774,7 @@ bool Importer::PutProperty(ItemSink& sink, const ItemKind& kind, icalproperty* c
             if (more != nullptr) g.lists[0].pushBack(more);
         }
     }
-    return sink.Put(op, g.values);
+    return sink.Put(*row, local, g.values);
 }
 
 // A wrapped text without the letters the import added (see kWrapTag).
@@ -959,7 +923,7 @@ bool Representable(const PAL::CDateAndTime& dt) {
            back == dt;
 }
 
-bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& g, eOp& op) {
+bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& g, bool& local) {
     g.values = PropertyValues{};
     g.utcWithZone = false;
     for (auto& list : g.lists) list.clear();
@@ -1008,12 +972,11 @@ bool Importer::Gather(icalproperty* property, const PropertyRow& row, Gathered& 
             // dropped, and reported.
             g.utcWithZone = form == eForm::Utc && tzid != nullptr;
             if (g.utcWithZone) tzid = nullptr;
-            if (row.op != eOp::None && row.zoneArgument && form != eForm::Floating) {
-                op = row.op;
+            if (row.op != nullptr && row.zoneArgument && form != eForm::Floating) {
+                local = false;
                 g.values.zone = form == eForm::Zoned ? tzid : nullptr;
             } else {
-                const bool local = row.localOp != eOp::None;
-                op = local ? row.localOp : row.op;
+                local = row.localOp != nullptr;
                 if (tzid != nullptr) g.xParams.pushBack(PimShared::tXParam{kTzidParam, tzid});
                 if (local && form == eForm::Utc) {
                     g.xParams.pushBack(PimShared::tXParam{kTimeMarker, kTimeUtc});

@@ -12,11 +12,12 @@
 
 #include "bridges/common/ItemStreams.h"
 #include "bridges/common/LossCollector.h"
+#include "bridges/common/NotCarried.h"
 #include "bridges/mime/MimeBridge.h"
 #include "bridges/mime/private/GMime.h"
 #include "bridges/mime/private/Mbox.h"
 #include "bridges/mime/private/MimeTokens.h"
-#include "pimshared/email/TLVEmailParser.h"
+#include "pimshared/email/EmailDescription.h"
 
 namespace PimBridge {
 
@@ -85,10 +86,16 @@ const char* TokenOr(const TokenTable& table, unsigned int member, const char* to
     return keep.c_str();
 }
 
-class EntityReceiver : public PimShared::IEmailReceiver {
+// Device-side state (where the device keeps the message and what it did
+// with it: AttachmentAvailable, CutoffState, ReadStatus, DownloadState,
+// Folder, Instance, SendingState, OrigDateLocal, both Priority forms) has no
+// place in a file: those operations, and any the e-mail gains, are left to
+// the base, which reports them as not carried by their names.
+class EntityReceiver : public TNotCarriedReceiver<PimShared::EmailItem> {
   public:
-    using IEmailReceiver::Body;
-    using IEmailReceiver::Priority;
+    using TNotCarriedReceiver::Body;
+
+    EntityReceiver() : TNotCarriedReceiver(m_losses) {}
 
     std::unique_ptr<Entity> TakeRoot() { return std::move(m_root); }
     std::vector<Diagnostic> TakeDiagnostics() { return std::exchange(m_diagnostics, {}); }
@@ -132,21 +139,6 @@ class EntityReceiver : public PimShared::IEmailReceiver {
         }
         return true;
     }
-
-    // Device-side state: where the device keeps the message and what it did
-    // with it. A file has no place for any of it.
-    bool AttachmentAvailable(const eAttachmentAvailable&) override {
-        return Lose("AttachmentAvailable");
-    }
-    bool CutoffState(const unsigned short&) override { return Lose("CutoffState"); }
-    bool ReadStatus(const eReadStatus&) override { return Lose("ReadStatus"); }
-    bool DownloadState(const eDownloadState&) override { return Lose("DownloadState"); }
-    bool Folder(const char*) override { return Lose("Folder"); }
-    bool Instance(const char*) override { return Lose("Instance"); }
-    bool SendingState(const char*) override { return Lose("SendingState"); }
-    bool OrigDateLocal(const char*) override { return Lose("OrigDateLocal"); }
-    bool Priority(const unsigned char&) override { return Lose("PriorityLevel"); }
-    bool Priority(const ePriority&) override { return Lose("Priority"); }
 
     bool Comments(const char* t) override { return Text(&A::Comments, t); }
     bool ContentDescription(const char* t) override { return Text(&A::ContentDescription, t); }

@@ -14,7 +14,6 @@ line) and a sentence; nothing of the input makes it crash.
 from __future__ import annotations
 
 import gc
-import json
 import warnings
 from contextlib import contextmanager
 from typing import Iterator, List, NamedTuple, Optional, Sequence, Union
@@ -65,14 +64,6 @@ def _collector_paused():
             gc.enable()
 
 
-def _documents(text: str) -> List[dict]:
-    if not text:
-        return []  # a single broken item whose kind cannot be told
-    with _collector_paused():
-        docs = json.loads(text)
-    return [docs] if isinstance(docs, dict) else docs
-
-
 def decode(data: Bytes, item: Optional[str] = None, trace: bool = False) -> List[dict]:
     """The documents of every item of ``data``, in stream order.
 
@@ -86,12 +77,14 @@ def decode(data: Bytes, item: Optional[str] = None, trace: bool = False) -> List
     Raises :class:`MalformedStream` where the stream breaks (its
     ``documents`` hold every item up to and including the broken one, as far
     as it was read) and :class:`UnknownItem` for an item whose kind the
-    stream does not tell. The GIL is released while the stream is parsed.
+    stream does not tell (its ``documents`` hold the items before it); the
+    error's ``offset`` is the byte the library's account of the fault points
+    at. The GIL is released while the stream is parsed.
     """
-    text, fault = _core.decode(_bytes(data), item or "", trace)
-    docs = _documents(text)
+    docs, fault = _core.decode(_bytes(data), item or "", trace)
     if fault is not None:
-        error = MalformedStream(fault[1], fault[0])
+        kind, offset, sentence = fault
+        error = (UnknownItem if kind == "unknown-item" else MalformedStream)(sentence, offset)
         error._documents = docs
         raise error
     return docs
@@ -102,28 +95,17 @@ def encode(docs: Union[dict, Sequence[dict]]) -> bytes:
 
     A document is what :func:`decode` gives (only ``item`` and ``calls`` are
     read), so ``encode(decode(b)) == b`` wherever the tool's
-    ``decode | encode`` gives back the same bytes. A call the item's creator
-    refuses is left out of the stream with a :class:`RefusedCall` warning
-    that names it; a document that cannot be used raises
-    :class:`DocumentError`.
+    ``decode | encode`` gives back the same bytes. Data arguments take their
+    hex text or ``bytes``. A call the item's creator refuses is left out of
+    the stream with a :class:`RefusedCall` warning that names it; a document
+    that cannot be used (wrong types, missing or unknown keys, numbers out of
+    range) raises :class:`DocumentError` naming the item, call and argument.
+    The GIL is released while the creators write.
     """
-    many = not isinstance(docs, dict)
-    items = list(docs) if many else [docs]
-    out = bytearray()
-    for index, doc in enumerate(items):
-        where = f"item {index + 1}: " if many else ""
-        try:
-            text = json.dumps(doc, ensure_ascii=False, allow_nan=False)
-        except (TypeError, ValueError) as e:
-            raise DocumentError(f"{where}the document is no JSON value: {e}") from None
-        try:
-            _, stream, refused = _core.encode(text)
-        except DocumentError as e:
-            raise DocumentError(where + e.sentence) from None
-        for call in refused:
-            warnings.warn(RefusedCall(f"{where}the creator refused {call}"), stacklevel=2)
-        out += stream
-    return bytes(out)
+    stream, refused = _core.encode(docs)
+    for call in refused:
+        warnings.warn(RefusedCall(call), stacklevel=2)
+    return stream
 
 
 class Element(NamedTuple):

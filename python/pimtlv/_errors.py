@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import json
 from typing import Any, List, Optional
 
 
@@ -20,15 +19,12 @@ class Error(Exception):
         self.sentence = sentence
         self.offset = offset
         self.line = line
-        self._documents_json = ""
+        self._documents: List[dict] = []
 
     @property
     def documents(self) -> List[dict]:
         """The documents of the items read before the error."""
-        if not self._documents_json:
-            return getattr(self, "_documents", [])
-        docs = json.loads(self._documents_json)
-        return [docs] if isinstance(docs, dict) else docs
+        return self._documents
 
 
 class MalformedStream(Error, ValueError):
@@ -41,7 +37,6 @@ class MalformedStream(Error, ValueError):
     def __init__(self, sentence: str, offset: Optional[int] = None,
                  line: Optional[int] = None) -> None:
         super().__init__(sentence, offset, line)
-        self._documents: List[dict] = []
         self.elements: List[Any] = []
         self.report: Any = None
 

@@ -1,9 +1,10 @@
 #include "facade.h"
 
-#include <sstream>
-
 #include "Bridges.h"
 #include "Commands.h"
+#include "parsercreatorcollection/src/tlv/parser/TLVError.h"
+#include "parsercreatorcollection/src/tlv/wire/TLVWire.h"
+#include "pimshared/common/ItemKind.h"
 
 namespace pimtlv_python {
 
@@ -11,10 +12,6 @@ namespace {
 
 PimTool::ByteView View(const std::uint8_t* data, std::size_t size) {
     return PimTool::ByteView(data, size);
-}
-
-StreamFault FromError(const PimTool::StreamError& error) {
-    return {error.present, error.offset, error.sentence};
 }
 
 // The format of that name; throws Failure when this build has none.
@@ -27,46 +24,123 @@ const PimTool::FormatAdapter& NamedFormat(const std::string& name) {
     return *format;
 }
 
-// The tool's sentences name its option; Python callers pass item=.
-std::string ForPython(std::string sentence) {
-    const std::string option = "--item";
-    for (std::size_t at = sentence.find(option); at != std::string::npos;
-         at = sentence.find(option, at)) {
-        sentence.replace(at, option.size(), "item=");
+namespace Wire = ParserCreatorCollection;
+
+// The sentence for bytes that cannot be read, from the library's account of
+// where the walk of the item at base stops; false when the bytes are fine.
+bool Explain(const std::uint8_t* data, std::size_t size, std::size_t base, DecodeFault& fault) {
+    const Wire::TLVError error =
+        Wire::ExplainTLV(data + base, static_cast<unsigned int>(size - base));
+    if (!error.IsMalformed()) return false;
+    fault.offset = base + error.offset;
+    fault.sentence =
+        "malformed stream at offset " + std::to_string(fault.offset) + ": " + error.Sentence(base);
+    return true;
+}
+
+std::string ItemNames() {
+    std::string names;
+    for (const PimDoc::ItemInfo& i : PimDoc::Items()) {
+        names += (names.empty() ? "" : ", ") + std::string(i.kind);
     }
-    return sentence;
+    return names;
+}
+
+// The item kind named item=, null for none; throws Failure for a name that
+// is none.
+const PimDoc::ItemInfo* ForcedItem(const std::string& item) {
+    if (item.empty()) return nullptr;
+    const PimDoc::ItemInfo* forced = PimDoc::FindItem(item);
+    if (forced == nullptr) {
+        throw Failure(Failure::Kind::UnknownItem,
+                      "unknown item '" + item + "' (item= takes " + ItemNames() + ")");
+    }
+    return forced;
+}
+
+// The item whose parser stopped in it, its document handed out.
+struct Stopped {
+    bool present = false;
+    std::string item;
+    std::uint32_t consumed = 0;
+};
+
+// Why the item at offset at stopped the decode.
+DecodeFault FaultAt(const std::uint8_t* data, std::size_t size, std::size_t at,
+                    const PimDoc::ItemInfo* forced, bool trace, const Stopped& stopped,
+                    const OnDocument& onDocument) {
+    DecodeFault fault;
+    fault.kind = DecodeFault::Kind::Malformed;
+    fault.offset = at;
+    Wire::ItemSpan span;
+    if (Wire::ReadItemSpan(data, size, at, span) != Wire::CutFault::None) {
+        // A rest that cannot be cut decodes as far as its parser reads it,
+        // where its kind can be told.
+        const PimDoc::ItemInfo* item = forced;
+        if (item == nullptr) {
+            item = PimDoc::FindItem(
+                PimShared::ItemKindName(PimShared::DetectItemKind(data + at, size - at)));
+        }
+        if (item != nullptr) onDocument(PimDoc::DecodeItem(*item, data + at, size - at, trace));
+        if (!Explain(data, size, at, fault)) {
+            fault.sentence = "malformed stream at offset " + std::to_string(at) + ": " +
+                             Wire::DescribeCutFault(data, size, at);
+        }
+        return fault;
+    }
+    if (stopped.present) {
+        if (!Explain(data, at + span.size, at, fault)) {
+            fault.offset = at + stopped.consumed;
+            fault.sentence =
+                "the " + stopped.item + " parser stopped at offset " + std::to_string(fault.offset);
+        }
+        return fault;
+    }
+    const Wire::ItemFrame& frame = span.frame;
+    std::string seen = "root node " + std::to_string(frame.root) +
+                       (frame.hasComponent ? ", first inner node " + std::to_string(frame.component)
+                                           : ", no inner node");
+    fault.kind = DecodeFault::Kind::UnknownItem;
+    fault.sentence = "cannot tell the item" + (at > 0 ? " at offset " + std::to_string(at) : "") +
+                     " from the stream (" + seen + "); name it with item= (" + ItemNames() + ")";
+    return fault;
 }
 
 }  // namespace
 
-Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace) {
-    PimTool::Options options;
+DecodeFault Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace,
+                   const OnDocument& onDocument) {
+    const PimDoc::ItemInfo* forced = ForcedItem(item);
+    PimDoc::DecodeOptions options;
     options.item = item;
     options.trace = trace;
-    std::ostringstream out, err;
-    PimTool::StreamError error;
-    try {
-        PimTool::DecodeStream(options, View(data, size), out, err, &error);
-    } catch (const PimTool::UnknownItemError& e) {
-        // The items before the one that cannot be told decode as they are.
-        std::ostringstream before;
-        if (e.offset > 0) {
-            PimTool::DecodeStream(options, View(data, e.offset), before, err);
-        }
-        Failure failure(Failure::Kind::UnknownItem, ForPython(e.what()), e.offset);
-        failure.documents = before.str();
-        throw failure;
-    } catch (const PimTool::UsageError& e) {
-        throw Failure(Failure::Kind::UnknownItem, e.what());
-    }
-    return {out.str(), FromError(error)};
+    Stopped stopped;
+    const PimDoc::DecodeResult result =
+        PimDoc::Decode(data, size, options, [&](PimDoc::Document&& document) {
+            if (!document.result.ok) stopped = {true, document.item, document.result.consumed};
+            onDocument(std::move(document));
+        });
+    if (result.ok) return {};
+    return FaultAt(data, size, result.errorOffset, forced, trace, stopped, onDocument);
 }
 
-Encoded Encode(const std::string& documentJson) {
+void Encode(const PimDoc::Document& document, std::vector<std::uint8_t>& out,
+            std::vector<std::string>& refused) {
     try {
-        PimTool::Encoded encoded = PimTool::EncodeDocument(documentJson);
-        return {std::move(encoded.item), std::move(encoded.bytes), std::move(encoded.refused)};
-    } catch (const PimTool::UsageError& e) {
+        const PimDoc::ItemInfo* item = PimDoc::FindItem(document.item);
+        if (item == nullptr) {
+            throw PimDoc::DocumentError("unknown item '" + document.item + "' (one of " +
+                                        ItemNames() + ")");
+        }
+        PimDoc::Encoder encoder(*item);
+        for (std::size_t i = 0; i < document.calls.size(); ++i) {
+            if (!encoder.Call(document.calls[i], i)) {
+                refused.push_back("call " + std::to_string(i) + " (" + document.calls[i].op + ")");
+            }
+        }
+        const PimDoc::Bytes bytes = encoder.Finish();
+        out.insert(out.end(), bytes.begin(), bytes.end());
+    } catch (const PimDoc::DocumentError& e) {
         throw Failure(Failure::Kind::Document, e.what());
     }
 }
@@ -93,12 +167,8 @@ StreamFault Walk(const std::uint8_t* data, std::size_t size, const std::string& 
       private:
         std::vector<WalkElement>& m_into;
     } collect(elements);
-    PimTool::Fault fault;
-    try {
-        fault = PimTool::WalkItems(View(data, size), item, collect);
-    } catch (const PimTool::UsageError& e) {
-        throw Failure(Failure::Kind::UnknownItem, e.what());
-    }
+    ForcedItem(item);  // the tool's sentence for an unknown name would name its option
+    const PimTool::Fault fault = PimTool::WalkItems(View(data, size), item, collect);
     if (!fault.present) return {};
     return {true, fault.offset,
             "malformed stream at offset " + std::to_string(fault.offset) + ": " + fault.reason};

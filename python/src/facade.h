@@ -2,9 +2,9 @@
 #define PIMTLV_PYTHON_FACADE_H
 
 // The one place where the Python package meets the C++ code: everything the
-// binding offers goes through these functions, which today drive the tool's
-// commands (its JSON documents, its walk, its format adapters). Nothing here
-// knows an item or an operation: that knowledge stays in the tool's tables.
+// binding offers goes through these functions. Documents come from the
+// document library; the walk and the text formats from the tool's tables.
+// Nothing here knows an item or an operation.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +15,7 @@
 
 #include "bridges/common/Bridge.h"
 #include "bridges/common/Merge.h"
+#include "doc/Document.h"
 
 namespace pimtlv_python {
 
@@ -32,7 +33,6 @@ class Failure : public std::runtime_error {
         : std::runtime_error(sentence), kind(k), offset(at) {}
     Kind kind;
     std::size_t offset;
-    std::string documents;  // decode: the JSON documents of the items before it
 };
 
 // Why a walk or a parse stopped before the end of the input.
@@ -42,26 +42,31 @@ struct StreamFault {
     std::string sentence;
 };
 
-// The decode documents of every item of data as one JSON text: an object for
-// a file of one item, else an array. item forces the kind ("" tells it from
-// each item's root); trace keeps the parsers' code-0 trace lines. A
-// malformed item ends the text after its document and sets fault; an item of
-// unknown kind throws Failure (UnknownItem) with, in prefix, the documents
-// of the items before it.
-struct Decoded {
-    std::string json;
-    StreamFault fault;
+// Where and why a decode stopped before the end of its input.
+struct DecodeFault {
+    enum class Kind {
+        None,
+        Malformed,    // bytes that cannot be read, or an item its parser stopped in
+        UnknownItem,  // an item whose kind its frame does not tell
+    };
+    Kind kind = Kind::None;
+    std::size_t offset = 0;
+    std::string sentence;
 };
-Decoded Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace);
 
-// The stream a creator writes for one document's JSON text, and the calls it
-// refused. Throws Failure (Document).
-struct Encoded {
-    std::string item;
-    std::vector<std::uint8_t> bytes;
-    std::vector<std::string> refused;
-};
-Encoded Encode(const std::string& documentJson);
+// Hands onDocument the document of every item of data as it is read, up to
+// and including a malformed one as far as its parser read it, and says
+// where and why the decode stopped early. item forces the kind ("" tells it
+// from each item's frame; a name that is none throws Failure (UnknownItem));
+// trace keeps the parsers' code-0 trace lines.
+using OnDocument = std::function<void(PimDoc::Document&&)>;
+DecodeFault Decode(const std::uint8_t* data, std::size_t size, const std::string& item, bool trace,
+                   const OnDocument& onDocument);
+
+// Appends the stream a creator writes for one document to out, and "call N
+// (Op)" to refused for each call it refused. Throws Failure (Document).
+void Encode(const PimDoc::Document& document, std::vector<std::uint8_t>& out,
+            std::vector<std::string>& refused);
 
 // One element as the walk meets it, named in its item's context.
 struct WalkElement {

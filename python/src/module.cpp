@@ -5,6 +5,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include "documents.h"
 #include "facade.h"
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 
@@ -131,37 +132,102 @@ PYBIND11_MODULE(_core, m) {
             py::object errors = py::module_::import("pimtlv._errors");
             py::object type = errors.attr(kNames[static_cast<int>(f.kind)]);
             py::object error = type(f.what(), Offset(f.offset));
-            if (!f.documents.empty()) error.attr("_documents_json") = f.documents;
             PyErr_SetObject(type.ptr(), error.ptr());
         }
     });
+
+    // The names' strings live as long as the process, as interned strings do.
+    static pimtlv_python::Names* const names = new pimtlv_python::Names();
 
     m.def(
         "decode",
         [](const py::bytes& data, const std::string& item, bool trace) {
             const auto [bytes, size] = Buffer(data);
-            pimtlv_python::Decoded decoded;
-            {
+            py::list documents;
+            pimtlv_python::DecodeFault fault;
+            // Millions of small dicts and lists, none in a cycle: the cyclic
+            // collector would walk them again and again.
+            const bool collecting = PyGC_Disable() != 0;
+            try {
+                // Each item is parsed without the GIL and built into Python
+                // values with it, while its document is still in the cache.
                 py::gil_scoped_release unlocked;
-                decoded = pimtlv_python::Decode(bytes, size, item, trace);
+                fault = pimtlv_python::Decode(
+                    bytes, size, item, trace, [&](PimDoc::Document&& document) {
+                        py::gil_scoped_acquire locked;
+                        const py::object dict = py::reinterpret_steal<py::object>(
+                            pimtlv_python::DictOf(document, *names));
+                        if (PyList_Append(documents.ptr(), dict.ptr()) != 0) {
+                            throw py::error_already_set();
+                        }
+                    });
+            } catch (...) {
+                if (collecting) PyGC_Enable();
+                throw;
             }
-            return py::make_tuple(py::str(decoded.json), Fault(decoded.fault));
+            if (collecting) PyGC_Enable();
+            if (fault.kind == pimtlv_python::DecodeFault::Kind::None) {
+                return py::make_tuple(documents, py::none());
+            }
+            const char* kind = fault.kind == pimtlv_python::DecodeFault::Kind::UnknownItem
+                                   ? "unknown-item"
+                                   : "malformed";
+            return py::make_tuple(documents, py::make_tuple(kind, fault.offset, fault.sentence));
         },
         "data"_a, "item"_a = "", "trace"_a = false,
-        "(JSON text of the decode documents, (offset, sentence) of a fault or None)");
+        "([documents], None or (\"malformed\" or \"unknown-item\", offset, sentence))");
 
     m.def(
         "encode",
-        [](const std::string& document) {
-            pimtlv_python::Encoded encoded;
+        [](const py::object& docs) {
+            // One document or a sequence of them; "item N: " says which of
+            // several a failure is in.
+            const bool one = PyDict_Check(docs.ptr()) != 0;
+            py::list all;
+            if (one) {
+                all.append(docs);
+            } else if (PyObject* list = PySequence_List(docs.ptr())) {
+                all = py::reinterpret_steal<py::list>(list);
+            } else {
+                PyErr_Clear();
+                throw Failure(Failure::Kind::Document,
+                              "expected a document (a dict) or a sequence of them, not " +
+                                  std::string(Py_TYPE(docs.ptr())->tp_name));
+            }
+            std::vector<PimDoc::Document> documents;
+            documents.reserve(all.size());
+            const auto where = [&](std::size_t i) {
+                return one ? std::string() : "item " + std::to_string(i + 1) + ": ";
+            };
+            const auto within = [&](std::size_t i, const Failure& f) {
+                return Failure(f.kind, where(i) + f.what(), f.offset);
+            };
+            for (std::size_t i = 0; i < all.size(); ++i) {
+                try {
+                    documents.push_back(pimtlv_python::DocumentOf(all[i].ptr()));
+                } catch (const Failure& f) {
+                    throw within(i, f);
+                }
+            }
+            std::vector<std::uint8_t> stream;
+            std::vector<std::string> refused;
             {
                 py::gil_scoped_release unlocked;
-                encoded = pimtlv_python::Encode(document);
+                for (std::size_t i = 0; i < documents.size(); ++i) {
+                    const std::size_t before = refused.size();
+                    try {
+                        pimtlv_python::Encode(documents[i], stream, refused);
+                    } catch (const Failure& f) {
+                        throw within(i, f);
+                    }
+                    for (std::size_t r = before; r < refused.size(); ++r) {
+                        refused[r] = where(i) + "the creator refused " + refused[r];
+                    }
+                }
             }
-            return py::make_tuple(encoded.item, ToBytes(encoded.bytes.data(), encoded.bytes.size()),
-                                  encoded.refused);
+            return py::make_tuple(ToBytes(stream.data(), stream.size()), refused);
         },
-        "document"_a, "(item, stream, refused calls) of one document's JSON text");
+        "docs"_a, "(stream, refused calls) of one document (a dict) or a sequence of them");
 
     m.def(
         "walk",

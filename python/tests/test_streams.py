@@ -50,7 +50,11 @@ def test_walk_names_elements_in_their_item_as_the_dump_does(tool):
 # Each damaged stream, the error it raises, where, and how many items
 # were read before it.
 TWO = SAMPLE_BYTES["sms"] + SAMPLE_BYTES["note"]
+FOLDER = SAMPLE_BYTES["sms"].index(b"Inbox\0")  # the value of the String at FOLDER - 3
 FAULTS = [
+    ("text without its zero byte",
+     SAMPLE_BYTES["sms"][:FOLDER + 5] + b"x" + SAMPLE_BYTES["sms"][FOLDER + 6:],
+     pimtlv.MalformedStream, FOLDER - 3, 1),
     ("truncated", SAMPLE_BYTES["event"][:-3], pimtlv.MalformedStream, 0, 1),
     ("second item truncated", TWO[:-1], pimtlv.MalformedStream, len(SAMPLE_BYTES["sms"]), 2),
     ("rest after an item", SAMPLE_BYTES["sms"] + b"\x80", pimtlv.MalformedStream,
@@ -94,11 +98,30 @@ def test_check_lists_the_parsers_diagnostics_with_their_call():
     ({"item": "nothing", "calls": []}, "unknown item"),
     ({"item": "sms", "calls": [{"op": "Nope"}]}, "Nope"),
     ({"item": "sms", "calls": [{"op": "Begin", "args": {"instance": "x"}}]}, "instance"),
-    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": b"raw"}}]}, "no JSON value"),
+    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": b"raw"}}]}, "'text' is a bytes"),
+    ({"item": "sms", "calls": [{"op": "Begin", "args": {"instance": 2**64}}]}, "instance"),
+    ({"item": "sms", "calls": [{"op": "Begin", "args": {1: 2}}]}, "argument names must be str"),
+    ({"item": "sms", "calls": ({"op": "Begin"}, "End")}, "call 1 must be a dict, not str"),
+    ({"item": "sms"}, "needs \"calls\""),
+    ({"calls": []}, "needs \"item\""),
+    ({"item": "sms", "calls": [], "extra": 1}, "unknown document key 'extra'"),
+    ({"item": "sms", "calls": [{"op": "Body", "args": {"text": "\ud800"}}]}, "lone surrogate"),
+    ("sms", "not str"),
 ])
 def test_documents_the_creator_cannot_take_raise_document_error(doc, message):
-    with pytest.raises(pimtlv.DocumentError, match=message):
+    with pytest.raises(pimtlv.DocumentError, match=f"item 2: .*{re.escape(message)}"):
         pimtlv.encode([pimtlv.decode(SAMPLE_BYTES["sms"])[0], doc])
+
+
+def test_nesting_without_end_is_refused_not_followed():
+    doc = pimtlv.decode(SAMPLE_BYTES["contact"])[0]
+    looped = []
+    looped.append(looped)
+    doc["calls"][0]["args"]["instance"] = looped
+    with pytest.raises(pimtlv.DocumentError, match="nests deeper"):
+        pimtlv.encode(doc)
+    with pytest.raises(pimtlv.DocumentError, match="not int"):
+        pimtlv.encode(5)
 
 
 def test_a_refused_call_warns_by_name_and_is_left_out():
@@ -158,24 +181,50 @@ def test_any_bytes_give_a_result_or_a_pimtlv_error(data):
         survives(lambda: pimtlv.to_text(data, fmt))
 
 
-JSON_VALUES = st.recursive(
-    st.none() | st.booleans() | st.integers(-2**70, 2**70) | st.floats(allow_nan=False)
-    | st.text(max_size=20),
-    lambda inner: st.lists(inner, max_size=3) | st.dictionaries(st.text(max_size=8), inner,
-                                                                max_size=3),
-    max_leaves=6)
+# Whatever a caller may put where a document's values go: JSON's values and
+# Python's others, huge numbers, keys that are not str, nesting.
+ANY_VALUES = st.recursive(
+    st.none() | st.booleans() | st.integers(-2**70, 2**70) | st.floats() | st.text(max_size=20)
+    | st.binary(max_size=8) | st.builds(object) | st.frozensets(st.integers(), max_size=2),
+    lambda inner: st.lists(inner, max_size=3) | st.tuples(inner, inner)
+    | st.dictionaries(st.text(max_size=8) | st.integers(), inner, max_size=3),
+    max_leaves=8)
 
 
-@settings(max_examples=100, deadline=None)
-@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
-def test_any_argument_values_give_a_stream_or_a_document_error(kind, data):
-    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
-    for call in data.draw(st.lists(st.sampled_from(doc["calls"]), max_size=3)):
-        if call.get("args"):
-            call["args"][data.draw(st.sampled_from(sorted(call["args"])))] = data.draw(JSON_VALUES)
+def survives_encode(doc):
     with warnings.catch_warnings():
         warnings.simplefilter("ignore", pimtlv.RefusedCall)
         try:
             pimtlv.decode(pimtlv.encode(doc))
         except pimtlv.Error as e:
             assert e.sentence
+
+
+@settings(max_examples=150, deadline=None)
+@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
+def test_any_argument_values_give_a_stream_or_a_document_error(kind, data):
+    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
+    for call in data.draw(st.lists(st.sampled_from(doc["calls"]), max_size=3)):
+        if call.get("args"):
+            call["args"][data.draw(st.sampled_from(sorted(call["args"])))] = data.draw(ANY_VALUES)
+    survives_encode(doc)
+
+
+@settings(max_examples=150, deadline=None)
+@given(kind=st.sampled_from(sorted(SAMPLE_BYTES)), data=st.data())
+def test_documents_of_any_shape_give_a_stream_or_a_document_error(kind, data):
+    doc = pimtlv.decode(SAMPLE_BYTES[kind])[0]
+    where = data.draw(st.sampled_from(["doc", "key", "calls", "call", "op", "args"]))
+    garbage = data.draw(ANY_VALUES)
+    call = data.draw(st.sampled_from(doc["calls"]))
+    if where == "doc":
+        doc = garbage
+    elif where == "key":
+        doc[data.draw(st.sampled_from(["item", "calls", 7, "result"]))] = garbage
+    elif where == "calls":
+        doc["calls"].append(garbage)
+    elif where in ("op", "args"):
+        call[where] = garbage
+    else:
+        call[data.draw(st.text(max_size=4) | st.integers())] = garbage
+    survives_encode(doc)

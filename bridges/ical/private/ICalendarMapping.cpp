@@ -7,34 +7,6 @@ namespace Ical {
 
 namespace {
 
-constexpr unsigned int kAll = kEvent | kTask | kNote;
-
-// PRODID and VERSION belong to the VCALENDAR; every item gets its calendar's.
-// Notes have no location, priority or times of day beyond creation and
-// modification; only events have an end, only tasks a due time, and the due
-// time has no operation for UTC or zoned values.
-constexpr PropertyRow kRows[] = {
-    {ICAL_PRODID_PROPERTY, eShape::Text, kAll, eOp::ProductIdentifier, eOp::None, false},
-    {ICAL_VERSION_PROPERTY, eShape::Text, kAll, eOp::Version, eOp::None, false},
-    {ICAL_CATEGORIES_PROPERTY, eShape::Categories, kAll, eOp::Categories, eOp::None, false},
-    {ICAL_CLASS_PROPERTY, eShape::Text, kAll, eOp::Classification, eOp::None, false},
-    {ICAL_DESCRIPTION_PROPERTY, eShape::RichText, kAll, eOp::Description, eOp::None, false},
-    {ICAL_LOCATION_PROPERTY, eShape::RichText, kEvent | kTask, eOp::Location, eOp::None, false},
-    {ICAL_PRIORITY_PROPERTY, eShape::Byte, kEvent | kTask, eOp::Priority, eOp::None, false},
-    {ICAL_STATUS_PROPERTY, eShape::Text, kAll, eOp::Status, eOp::None, false},
-    {ICAL_SUMMARY_PROPERTY, eShape::RichText, kAll, eOp::Summary, eOp::None, false},
-    {ICAL_DTSTART_PROPERTY, eShape::DateTime, kEvent | kTask, eOp::DateTimeStart,
-     eOp::DateTimeStartLocal, true},
-    {ICAL_DTEND_PROPERTY, eShape::DateTime, kEvent, eOp::DateTimeEnd, eOp::DateTimeEndLocal, true},
-    {ICAL_DUE_PROPERTY, eShape::DateTime, kTask, eOp::None, eOp::DateTimeDueLocal, false},
-    {ICAL_UID_PROPERTY, eShape::Text, kAll, eOp::UniqueIdentifier, eOp::None, false},
-    {ICAL_CREATED_PROPERTY, eShape::DateTime, kAll, eOp::DateTimeCreated, eOp::None, false},
-    {ICAL_LASTMODIFIED_PROPERTY, eShape::DateTime, kAll, eOp::LastModified, eOp::None, false},
-    {ICAL_SEQUENCE_PROPERTY, eShape::Word, kAll, eOp::SequenceNumber, eOp::None, false},
-    {ICAL_ATTENDEE_PROPERTY, eShape::Attendee, kAll, eOp::Attendee, eOp::None, false},
-    {ICAL_ORGANIZER_PROPERTY, eShape::Organizer, kAll, eOp::Organizer, eOp::None, false},
-};
-
 constexpr ParamSlot kRichText[] = {
     {ICAL_ALTREP_PARAMETER, 1, -1},
     {ICAL_LANGUAGE_PARAMETER, 2, -1},
@@ -63,19 +35,69 @@ constexpr ParamSlot kAttendee[] = {
     {ICAL_LANGUAGE_PARAMETER, 7, -1},
 };
 
+// The argument of its operation that a parameter with a slot of its own is,
+// by the argument's name in the descriptions.
+constexpr const char* ArgumentOf(icalparameter_kind kind) {
+    switch (kind) {
+        case ICAL_ALTREP_PARAMETER:
+            return "altRep";
+        case ICAL_LANGUAGE_PARAMETER:
+            return "language";
+        case ICAL_SENTBY_PARAMETER:
+            return "sentBy";
+        case ICAL_CN_PARAMETER:
+            return "commonName";
+        case ICAL_DIR_PARAMETER:
+            return "directory";
+        case ICAL_CUTYPE_PARAMETER:
+            return "cuType";
+        case ICAL_MEMBER_PARAMETER:
+            return "members";
+        case ICAL_ROLE_PARAMETER:
+            return "role";
+        case ICAL_PARTSTAT_PARAMETER:
+            return "partStat";
+        case ICAL_RSVP_PARAMETER:
+            return "rsvp";
+        case ICAL_DELEGATEDTO_PARAMETER:
+            return "delegatedTo";
+        case ICAL_DELEGATEDFROM_PARAMETER:
+            return "delegatedFrom";
+        default:
+            return nullptr;
+    }
+}
+
+// Whether each parameter's slot is where the argument rule puts the
+// argument of that name: the tables cannot drift from the operations.
+template <typename Op, std::size_t N>
+constexpr bool SlotsMatch(const ParamSlot (&slots)[N]) {
+    constexpr auto kinds = Args::Kinds<Op>();
+    for (const ParamSlot& slot : slots) {
+        std::size_t at = 0;
+        while (at < Op::kArgs.size() && !SameName(Op::kArgs[at], ArgumentOf(slot.kind))) ++at;
+        if (at == Op::kArgs.size()) return false;
+        const int index = Args::SlotAt<Op>(at);
+        const bool placed = slot.text == kRsvpSlot ? kinds[at] == Args::eKind::Rsvp
+                            : slot.list >= 0 ? kinds[at] == Args::eKind::List && index == slot.list
+                                             : kinds[at] == Args::eKind::Text && index == slot.text;
+        if (!placed) return false;
+    }
+    return true;
+}
+using Event = PimShared::EventOperations;
+static_assert(SlotsMatch<Event::Summary>(kRichText) && SlotsMatch<Event::Description>(kRichText) &&
+                  SlotsMatch<Event::Location>(kRichText) &&
+                  SlotsMatch<Event::Categories>(kCategories) &&
+                  SlotsMatch<Event::Organizer>(kOrganizer) &&
+                  SlotsMatch<Event::Attendee>(kAttendee),
+              "a parameter's slot is not where its operation's argument goes");
+
 }  // namespace
 
 const PropertyRow* RowOfKind(icalproperty_kind kind) {
     for (const PropertyRow& row : kRows) {
         if (row.kind == kind) return &row;
-    }
-    return nullptr;
-}
-
-const PropertyRow* RowOfOp(eOp op) {
-    if (op == eOp::None) return nullptr;
-    for (const PropertyRow& row : kRows) {
-        if (row.op == op || row.localOp == op) return &row;
     }
     return nullptr;
 }

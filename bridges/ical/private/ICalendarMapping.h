@@ -11,45 +11,26 @@
 
 #include <libical/ical.h>
 
+#include <array>
 #include <cstddef>
 #include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
+#include "pimshared/calendar/CalendarDescription.h"
 #include "pimshared/common/CalendarFamily.h"
 #include "pimshared/common/XParam.h"
+#include "pimshared/note/NoteDescription.h"
+#include "pimshared/task/TaskDescription.h"
 #include "platform/CDateAndTime.h"
 #include "platform/TVector.h"
 
 namespace PimBridge {
 namespace Ical {
 
-// The three items, as bits of a row's item set.
+// The three items.
 enum eItem : unsigned int { kEvent = 1, kTask = 2, kNote = 4 };
-
-// The property operations of the calendar family (one enumerator per name;
-// an item has a subset of them).
-enum class eOp : unsigned char {
-    None,
-    ProductIdentifier,
-    Version,
-    Categories,
-    Classification,
-    Description,
-    Location,
-    Priority,
-    Status,
-    Summary,
-    DateTimeStart,
-    DateTimeEnd,
-    DateTimeStartLocal,
-    DateTimeEndLocal,
-    DateTimeDueLocal,
-    UniqueIdentifier,
-    DateTimeCreated,
-    LastModified,
-    SequenceNumber,
-    Attendee,
-    Organizer,
-};
 
 // What arguments an operation takes, and so which parameters are its own.
 enum class eShape : unsigned char {
@@ -63,24 +44,101 @@ enum class eShape : unsigned char {
     Organizer,   // address, SENT-BY, CN, DIR, LANGUAGE
 };
 
+// Operations are named as the items' descriptions name them; an item
+// carries a row when its description has the row's operation (or, for a
+// date-time, its operation for floating values).
 struct PropertyRow {
     icalproperty_kind kind;
     eShape shape;
-    unsigned int items;  // eItem bits
-    // The operation; for a date-time the one for UTC and zoned values.
-    eOp op;
-    // Date-times: the operation for floating values (None: the item has
+    // The operation; for a date-time the one for UTC and zoned values (null:
+    // the item has none, and localOp takes them with a marker).
+    const char* op;
+    // Date-times: the operation for floating values (null: the item has
     // none, and op takes them with the floating marker).
-    eOp localOp;
+    const char* localOp;
     // Date-times: whether op takes the zone as an argument (DTSTART, DTEND);
     // otherwise a zone travels as a TZID extension parameter.
     bool zoneArgument;
 };
 
+// PRODID and VERSION belong to the VCALENDAR; every item gets its calendar's.
+// Notes have no location, priority or times of day beyond creation and
+// modification; only events have an end, only tasks a due time, and the due
+// time has no operation for UTC or zoned values: all of which the items'
+// descriptions say, not the rows.
+inline constexpr PropertyRow kRows[] = {
+    {ICAL_PRODID_PROPERTY, eShape::Text, "ProductIdentifier", nullptr, false},
+    {ICAL_VERSION_PROPERTY, eShape::Text, "Version", nullptr, false},
+    {ICAL_CATEGORIES_PROPERTY, eShape::Categories, "Categories", nullptr, false},
+    {ICAL_CLASS_PROPERTY, eShape::Text, "Classification", nullptr, false},
+    {ICAL_DESCRIPTION_PROPERTY, eShape::RichText, "Description", nullptr, false},
+    {ICAL_LOCATION_PROPERTY, eShape::RichText, "Location", nullptr, false},
+    {ICAL_PRIORITY_PROPERTY, eShape::Byte, "Priority", nullptr, false},
+    {ICAL_STATUS_PROPERTY, eShape::Text, "Status", nullptr, false},
+    {ICAL_SUMMARY_PROPERTY, eShape::RichText, "Summary", nullptr, false},
+    {ICAL_DTSTART_PROPERTY, eShape::DateTime, "DateTimeStart", "DateTimeStartLocal", true},
+    {ICAL_DTEND_PROPERTY, eShape::DateTime, "DateTimeEnd", "DateTimeEndLocal", true},
+    {ICAL_DUE_PROPERTY, eShape::DateTime, nullptr, "DateTimeDueLocal", false},
+    {ICAL_UID_PROPERTY, eShape::Text, "UniqueIdentifier", nullptr, false},
+    {ICAL_CREATED_PROPERTY, eShape::DateTime, "DateTimeCreated", nullptr, false},
+    {ICAL_LASTMODIFIED_PROPERTY, eShape::DateTime, "LastModified", nullptr, false},
+    {ICAL_SEQUENCE_PROPERTY, eShape::Word, "SequenceNumber", nullptr, false},
+    {ICAL_ATTENDEE_PROPERTY, eShape::Attendee, "Attendee", nullptr, false},
+    {ICAL_ORGANIZER_PROPERTY, eShape::Organizer, "Organizer", nullptr, false},
+};
+inline constexpr std::size_t kRowCount = sizeof(kRows) / sizeof(kRows[0]);
+
+constexpr bool SameName(const char* a, const char* b) {
+    if (a == nullptr || b == nullptr) return false;
+    while (*a != '\0' && *a == *b) ++a, ++b;
+    return *a == *b;
+}
+
+// The row whose op or localOp is called name, or kRowCount.
+constexpr std::size_t RowOfOp(const char* name) {
+    for (std::size_t r = 0; r < kRowCount; ++r) {
+        if (SameName(kRows[r].op, name) || SameName(kRows[r].localOp, name)) return r;
+    }
+    return kRowCount;
+}
+
+// The operations of a description's list, for lookups by name at compile time.
+template <typename List>
+struct OperationsOf;
+template <typename... Ops>
+struct OperationsOf<PimShared::Description::OperationList<Ops...>> {
+    using Tuple = std::tuple<Ops...>;
+    // The position of the operation called name, or the count.
+    static constexpr std::size_t Find(const char* name) {
+        constexpr const char* names[] = {Ops::kName...};
+        for (std::size_t i = 0; i < sizeof...(Ops); ++i) {
+            if (SameName(names[i], name)) return i;
+        }
+        return sizeof...(Ops);
+    }
+    static constexpr bool Has(const char* name) { return Find(name) < sizeof...(Ops); }
+};
+template <typename Item>
+using ItemOperations = OperationsOf<typename Item::Operations::List>;
+
+// Every name a row gives is an operation of one of the items at least.
+constexpr bool RowsNameOperations() {
+    for (const PropertyRow& row : kRows) {
+        for (const char* name : {row.op, row.localOp}) {
+            if (name == nullptr) continue;
+            if (!ItemOperations<PimShared::EventItem>::Has(name) &&
+                !ItemOperations<PimShared::TaskItem>::Has(name) &&
+                !ItemOperations<PimShared::NoteItem>::Has(name))
+                return false;
+        }
+        if (row.op == nullptr && row.localOp == nullptr) return false;
+    }
+    return true;
+}
+static_assert(RowsNameOperations(), "a row names an operation no calendar item has");
+
 // The row of a property kind, or null when no item carries it.
 const PropertyRow* RowOfKind(icalproperty_kind kind);
-// The row whose op or localOp is op (never null for an op other than None).
-const PropertyRow* RowOfOp(eOp op);
 
 // Where a parameter with an argument of its own goes in PropertyValues: a
 // text slot, a list slot, or the RSVP.
@@ -106,6 +164,136 @@ struct PropertyValues {
     const char* zone = nullptr;
     const PAL::TVector<PimShared::tXParam>* xParams = nullptr;
 };
+
+// How an operation's arguments sit in PropertyValues, read off their types:
+// texts take the text slots in argument order (from slot 1 when the first
+// argument is no text, slot 0 being the main value), lists the list slots,
+// a text right after a date-time is its zone. So one rule packs a parser's
+// call and unpacks a creator's, for every operation a row names.
+namespace Args {
+
+enum class eKind : unsigned char { Text, Zone, List, Rsvp, Number, DateTime, XParams, Other };
+
+template <typename T>
+using Bare = std::remove_cv_t<std::remove_reference_t<T>>;
+
+template <typename Op, std::size_t I>
+constexpr eKind KindOf() {
+    using T = Bare<typename Op::template Param<I>>;
+    if constexpr (std::is_same_v<T, const char*>) {
+        if constexpr (I > 0) {
+            if (std::is_same_v<Bare<typename Op::template Param<I - 1>>, PAL::CDateAndTime>)
+                return eKind::Zone;
+        }
+        return eKind::Text;
+    } else if constexpr (std::is_same_v<T, PAL::TVector<const char*>>) {
+        return eKind::List;
+    } else if constexpr (std::is_same_v<T, PimShared::eRsvpType>) {
+        return eKind::Rsvp;
+    } else if constexpr (std::is_same_v<T, unsigned char> || std::is_same_v<T, unsigned short>) {
+        return eKind::Number;
+    } else if constexpr (std::is_same_v<T, PAL::CDateAndTime>) {
+        return eKind::DateTime;
+    } else if constexpr (std::is_same_v<T, PAL::TVector<PimShared::tXParam>>) {
+        return eKind::XParams;
+    } else {
+        return eKind::Other;
+    }
+}
+
+template <typename Op, std::size_t... I>
+constexpr std::array<eKind, sizeof...(I)> KindsOf(std::index_sequence<I...>) {
+    return {{KindOf<Op, I>()...}};
+}
+// The kind of every argument of Op.
+template <typename Op>
+constexpr std::array<eKind, Op::Traits::kArity> Kinds() {
+    return KindsOf<Op>(std::make_index_sequence<Op::Traits::kArity>{});
+}
+// The slot of argument at of Op among the arguments of its kind.
+template <typename Op>
+constexpr int SlotAt(std::size_t at) {
+    constexpr auto kinds = Kinds<Op>();
+    int slot = kinds[at] == eKind::Text && kinds[0] != eKind::Text ? 1 : 0;
+    for (std::size_t i = 0; i < at; ++i) slot += kinds[i] == kinds[at] ? 1 : 0;
+    return slot;
+}
+
+template <typename Op, std::size_t I, typename T>
+void Store(PropertyValues& v, const T& arg) {
+    constexpr eKind kind = Kinds<Op>()[I];
+    constexpr int slot = SlotAt<Op>(I);
+    static_assert(kind != eKind::Other, "an argument PropertyValues has no place for");
+    if constexpr (kind == eKind::Text) {
+        static_assert(slot < PropertyValues::kTexts, "more texts than PropertyValues holds");
+        v.text[slot] = arg;
+    } else if constexpr (kind == eKind::Zone) {
+        v.zone = arg;
+    } else if constexpr (kind == eKind::List) {
+        static_assert(slot < PropertyValues::kLists, "more lists than PropertyValues holds");
+        v.list[slot] = &arg;
+    } else if constexpr (kind == eKind::Rsvp) {
+        v.rsvp = arg;
+    } else if constexpr (kind == eKind::Number) {
+        v.number = arg;
+    } else if constexpr (kind == eKind::DateTime) {
+        v.dateTime = &arg;
+    } else if constexpr (kind == eKind::XParams) {
+        v.xParams = &arg;
+    }
+}
+
+template <typename Op, std::size_t... I, typename... A>
+void Pack(PropertyValues& v, std::index_sequence<I...>, const A&... args) {
+    (Store<Op, I>(v, args), ...);
+}
+
+template <typename Op, std::size_t I>
+decltype(auto) Arg(const PropertyValues& v) {
+    constexpr eKind kind = Kinds<Op>()[I];
+    constexpr int slot = SlotAt<Op>(I);
+    static_assert(kind != eKind::Other, "an argument PropertyValues has no place for");
+    using T = Bare<typename Op::template Param<I>>;
+    if constexpr (kind == eKind::Text) {
+        return static_cast<const char*>(v.text[slot]);
+    } else if constexpr (kind == eKind::Zone) {
+        return static_cast<const char*>(v.zone);
+    } else if constexpr (kind == eKind::List) {
+        static const T kNone{};
+        return static_cast<const T&>(v.list[slot] != nullptr ? *v.list[slot] : kNone);
+    } else if constexpr (kind == eKind::Rsvp) {
+        return static_cast<T>(v.rsvp);
+    } else if constexpr (kind == eKind::Number) {
+        return static_cast<T>(v.number);
+    } else if constexpr (kind == eKind::DateTime) {
+        static const T kNone{};
+        return static_cast<const T&>(v.dateTime != nullptr ? *v.dateTime : kNone);
+    } else {
+        static const T kNone{};
+        return static_cast<const T&>(v.xParams != nullptr ? *v.xParams : kNone);
+    }
+}
+
+template <typename Op, typename Target, std::size_t... I>
+bool Invoke(Target& target, const PropertyValues& v, std::index_sequence<I...>) {
+    return (target.*Op::kFn)(Arg<Op, I>(v)...);
+}
+
+}  // namespace Args
+
+// A call of op's parser slot as PropertyValues.
+template <typename Op, typename... A>
+PropertyValues Pack(const A&... args) {
+    PropertyValues v;
+    Args::Pack<Op>(v, std::index_sequence_for<A...>{}, args...);
+    return v;
+}
+
+// Calls op on target (a creator) with the values.
+template <typename Op, typename Target>
+bool Invoke(Target& target, const PropertyValues& v) {
+    return Args::Invoke<Op>(target, v, std::make_index_sequence<Op::Traits::kArity>{});
+}
 
 // Date-times whose operation does not say what they are carry these
 // extension parameters: the time is UTC although the operation is for

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "bridges/common/LossCollector.h"
+#include "bridges/common/NotCarried.h"
 #include "bridges/vcard/private/ContentLine.h"
 #include "bridges/vcard/private/VcardMap.h"
-#include "pimshared/contact/ContactReceiver.h"
-#include "pimshared/contact/TLVContactParser.h"
+#include "pimshared/contact/ContactDescription.h"
 
 namespace PimBridge::Vcard {
 
@@ -133,10 +133,12 @@ void EmitLine(std::string& out, const OutLine& line, std::string_view eol) {
     if (line.blankAfter) out += eol;
 }
 
-// Writes each contact property as it arrives, in stream order.
-class CardWriter::Receiver final : public PimShared::IContactReceiver {
+// Writes each contact property as it arrives, in stream order. What it does
+// not override (SpeedDial, XUID, XUCI, Handle, PhotoAvailability and any
+// operation the contact gains) is reported as not carried, by its name.
+class CardWriter::Receiver final : public TNotCarriedReceiver<PimShared::ContactItem> {
   public:
-    explicit Receiver(CardVersion version) : m_version(version) {}
+    explicit Receiver(CardVersion version) : TNotCarriedReceiver(m_losses), m_version(version) {}
     void Start(CardLines& out, std::string* text) {
         m_text = text;
         out.lines.clear();
@@ -271,10 +273,6 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
         m_card->uid = text != nullptr ? text : "";
         return Plain("UID", text);
     }
-    bool SpeedDial(const char*) override { return Lose("SpeedDial"); }
-    bool XUID(const char*) override { return Lose("XUID"); }
-    bool XUCI(const char*, int, unsigned short) override { return Lose("XUCI"); }
-    bool Handle(const char*) override { return Lose("Handle"); }
     bool URL(const char* text) override { return Plain("URL", text); }
     bool Version(const char* text) override {
         // The card says VERSION:3.0 at its top; another version in the stream
@@ -288,7 +286,6 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
              const unsigned int& length) override {
         return Media(Property("KEY"), text, type, data, length, nullptr);
     }
-    bool PhotoAvailability(const bool&) override { return Lose("PhotoAvailability"); }
     bool NonStandardProperty(const char* name, const char* value, const void* data,
                              const unsigned int& length, const XParams& x) override;
     bool TraceMessage(const int& code, const char* text) override {
@@ -297,10 +294,6 @@ class CardWriter::Receiver final : public PimShared::IContactReceiver {
     }
 
   private:
-    bool Lose(const char* what) {
-        m_losses.Add(what, 0);
-        return true;
-    }
     void Start(const PropertyInfo& info, const XParams* x = nullptr, const char* lang = nullptr,
                unsigned int bits = 0);
     void Start(std::string_view name, const XParams* x);
