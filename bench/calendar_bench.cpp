@@ -39,7 +39,12 @@ const char kDescription[] =
     "quarters. Please read the attached notes beforehand and bring your estimates. Lunch is "
     "provided; the room has a projector and a conference phone for remote attendees.";
 
+// What varies between the benchmark's events: the long 1.3 KB one with a
+// member list and extension parameters on every attendee, and a compact one
+// of 994 bytes and 66 elements (20 properties, 3 attendees, extension
+// parameters on the description and on one attendee).
 struct Content {
+    const char* description = kDescription;
     PAL::CDateAndTime start{2026, 11, 23, 9, 30, 0};
     PAL::CDateAndTime end{2026, 11, 23, 12, 0, 0};
     PAL::CDateAndTime stamp{2026, 11, 20, 17, 45, 12};
@@ -49,6 +54,9 @@ struct Content {
     Texts categories{"Work", "Planning", "Quarterly"};
     Texts members{"mailto:team@example.com"};
     Texts empty;
+    const XParams* summaryX = &two;
+    const char* cuType = "INDIVIDUAL";
+    const XParams* attendeeX[3] = {&one, &one, &one};
     const char* attendees[3] = {"mailto:ann@example.com", "mailto:bob@example.com",
                                 "mailto:carla@example.com"};
     const char* names[3] = {"Ann Example", "Bob Example", "Carla Example"};
@@ -58,20 +66,40 @@ const Content& Data() {
     return content;
 }
 
+const char kCompactDescription[] =
+    "Quarterly planning for the platform team: the roadmap, the open risks of the sync service, "
+    "the migration of the calendar store and the staffing for the next two quarters. Please "
+    "read the notes beforehand and bring your estimates; lunch is provided. Thanks, Dan";
+
+Content MakeCompact() {
+    Content c;
+    c.description = kCompactDescription;
+    c.categories = Texts{"Work", "Planning"};
+    c.members = Texts{};
+    c.summaryX = &c.none;
+    c.cuType = nullptr;
+    c.attendeeX[1] = c.attendeeX[2] = &c.none;
+    return c;
+}
+const Content& Compact() {
+    static const Content content = MakeCompact();
+    return content;
+}
+
 // The properties the three items share, written to any of the creators.
 template <typename TCreator>
 bool WriteShared(TCreator& c, const Content& d) {
     bool ok = c.ProductIdentifier("-//Example//Sync 4.2//EN", d.none) && c.Version("2.0", d.none) &&
               c.Categories(d.categories, "en", d.none) && c.Classification("PUBLIC", d.none) &&
-              c.Description(kDescription, nullptr, "en", d.one) && c.Status("CONFIRMED", d.none) &&
-              c.Summary("Quarterly planning", nullptr, "en", d.two) &&
+              c.Description(d.description, nullptr, "en", d.one) && c.Status("CONFIRMED", d.none) &&
+              c.Summary("Quarterly planning", nullptr, "en", *d.summaryX) &&
               c.UniqueIdentifier("4f6c2a9e-1b7d-4c55-9a3e-0d2f8b1c7e66@example.com", d.none) &&
               c.DateTimeCreated(d.stamp, d.none) && c.LastModified(d.stamp, d.none) &&
               c.SequenceNumber(3, d.none);
     for (int i = 0; ok && i < 3; ++i) {
-        ok = c.Attendee(d.attendees[i], "INDIVIDUAL", d.members, "REQ-PARTICIPANT", "NEEDS-ACTION",
+        ok = c.Attendee(d.attendees[i], d.cuType, d.members, "REQ-PARTICIPANT", "NEEDS-ACTION",
                         PimShared::eRsvpTrue, d.empty, d.empty, nullptr, d.names[i], nullptr,
-                        nullptr, d.one);
+                        nullptr, *d.attendeeX[i]);
     }
     return ok &&
            c.Organizer("mailto:dora@example.com", nullptr, "Dora Example", nullptr, nullptr,
@@ -95,13 +123,15 @@ bool WriteNote(PimShared::CTLVNoteCreator& c, const Content& d) {
 
 using PimTlvBench::NullTarget;
 
-template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+using ContentOf = const Content& (*)();
+
+template <typename TCreator, bool (*Write)(TCreator&, const Content&), ContentOf Get = Data>
 void Create(benchmark::State& state) {
     TCreator creator;
     const void* data = nullptr;
     unsigned int length = 0;
     for (auto _ : state) {
-        if (!Write(creator, Data()) || !creator.GetData(data, length)) {
+        if (!Write(creator, Get()) || !creator.GetData(data, length)) {
             state.SkipWithError("write failed");
             break;
         }
@@ -111,19 +141,19 @@ void Create(benchmark::State& state) {
     state.counters["bytes"] = length;
 }
 
-template <typename TCreator, bool (*Write)(TCreator&, const Content&)>
+template <typename TCreator, bool (*Write)(TCreator&, const Content&), ContentOf Get = Data>
 std::string Bytes() {
     TCreator creator;
     const void* data = nullptr;
     unsigned int length = 0;
-    if (!Write(creator, Data()) || !creator.GetData(data, length)) return {};
+    if (!Write(creator, Get()) || !creator.GetData(data, length)) return {};
     return std::string(static_cast<const char*>(data), length);
 }
 
 template <typename TParser, typename TReceiver, typename TCreator,
-          bool (*Write)(TCreator&, const Content&)>
+          bool (*Write)(TCreator&, const Content&), ContentOf Get = Data>
 void Parse(benchmark::State& state) {
-    const std::string bytes = Bytes<TCreator, Write>();
+    const std::string bytes = Bytes<TCreator, Write, Get>();
     Quiet<TReceiver> receiver;
     TParser parser(receiver);
     const char* error = nullptr;
@@ -183,6 +213,10 @@ BENCHMARK(Create<CTLVCalendarCreator, WriteEvent>)->Name("Event/CreateAndGetData
 BENCHMARK(Parse<PimShared::CTLVCalendarParser, PimShared::ICalendarReceiver, CTLVCalendarCreator,
                 WriteEvent>)
     ->Name("Event/Parse");
+BENCHMARK(Create<CTLVCalendarCreator, WriteEvent, Compact>)->Name("CompactEvent/CreateAndGetData");
+BENCHMARK(Parse<PimShared::CTLVCalendarParser, PimShared::ICalendarReceiver, CTLVCalendarCreator,
+                WriteEvent, Compact>)
+    ->Name("CompactEvent/Parse");
 BENCHMARK(Walk<CTLVCalendarCreator, WriteEvent>)->Name("Event/PlainWalk");
 BENCHMARK(YardstickWalk<CTLVCalendarCreator, WriteEvent>)->Name("Event/YardstickWalk");
 BENCHMARK(Create<CTLVTaskCreator, WriteTask>)->Name("Task/CreateAndGetData");
@@ -217,11 +251,11 @@ void BuildEvent(pimbench::Event& e, const Content& d, std::string& when) {
     for (const char* category : d.categories) c->add_category(category);
     c->set_language("en");
     SetText(e.mutable_classification(), "PUBLIC", nullptr, d.none);
-    SetText(e.mutable_description(), kDescription, "en", d.one);
+    SetText(e.mutable_description(), d.description, "en", d.one);
     SetText(e.mutable_location(), "Room 4.12, Building B", nullptr, d.none);
     e.mutable_priority()->set_value(5);
     SetText(e.mutable_status(), "CONFIRMED", nullptr, d.none);
-    SetText(e.mutable_summary(), "Quarterly planning", "en", d.two);
+    SetText(e.mutable_summary(), "Quarterly planning", "en", *d.summaryX);
     PAL::CString text;
     ToString(d.start, format, 0, offset, text);
     e.mutable_start()->set_value(text.c_str());
@@ -239,15 +273,17 @@ void BuildEvent(pimbench::Event& e, const Content& d, std::string& when) {
     for (int i = 0; i < 3; ++i) {
         auto* a = e.add_attendee();
         a->set_address(d.attendees[i]);
-        a->set_cu_type("INDIVIDUAL");
+        if (d.cuType != nullptr) a->set_cu_type(d.cuType);
         for (const char* member : d.members) a->add_member(member);
         a->set_role("REQ-PARTICIPANT");
         a->set_part_stat("NEEDS-ACTION");
         a->set_rsvp(1);
         a->set_common_name(d.names[i]);
-        auto* x = a->add_x();
-        x->set_name("X-SOURCE");
-        x->set_value("sync");
+        for (const auto& p : *d.attendeeX[i]) {
+            auto* x = a->add_x();
+            x->set_name(p.name);
+            x->set_value(p.value);
+        }
     }
     e.mutable_organizer()->set_address("mailto:dora@example.com");
     e.mutable_organizer()->set_common_name("Dora Example");
@@ -255,17 +291,22 @@ void BuildEvent(pimbench::Event& e, const Content& d, std::string& when) {
     e.SerializeToString(&when);
 }
 
+template <ContentOf Get>
 void BuildDataEvent(pimbench::Event& e, std::string& out) {
-    BuildEvent(e, Data(), out);
+    BuildEvent(e, Get(), out);
 }
 
 using PimTlvBench::ProtobufBuildAndSerialize;
 using PimTlvBench::ProtobufParse;
 
-BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Event, BuildDataEvent)
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Event, BuildDataEvent<Data>)
     ->Name("Event/Protobuf/BuildAndSerialize");
-BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Event, BuildDataEvent)
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Event, BuildDataEvent<Data>)
     ->Name("Event/Protobuf/ParseFromString");
+BENCHMARK_TEMPLATE(ProtobufBuildAndSerialize, pimbench::Event, BuildDataEvent<Compact>)
+    ->Name("CompactEvent/Protobuf/BuildAndSerialize");
+BENCHMARK_TEMPLATE(ProtobufParse, pimbench::Event, BuildDataEvent<Compact>)
+    ->Name("CompactEvent/Protobuf/ParseFromString");
 #endif
 
 #ifdef PIMTLV_BENCH_MSGPACK
@@ -335,11 +376,11 @@ __attribute__((noinline)) void MsgpackPackEvent(msgpack::sbuffer& out, const Con
     p.pack_uint32(2);
     p.pack("en");
     PackText(p, 5, "PUBLIC", nullptr, d.none);
-    PackText(p, 6, kDescription, "en", d.one);
+    PackText(p, 6, d.description, "en", d.one);
     PackText(p, 7, "Room 4.12, Building B", nullptr, d.none);
     PackNumber(p, 8, 5);
     PackText(p, 9, "CONFIRMED", nullptr, d.none);
-    PackText(p, 10, "Quarterly planning", "en", d.two);
+    PackText(p, 10, "Quarterly planning", "en", *d.summaryX);
     PackDateTime(p, 11, d.start, "Europe/Berlin", text);
     PackDateTime(p, 12, d.end, "Europe/Berlin", text);
     PackText(p, 13, "4f6c2a9e-1b7d-4c55-9a3e-0d2f8b1c7e66@example.com", nullptr, d.none);
@@ -349,14 +390,20 @@ __attribute__((noinline)) void MsgpackPackEvent(msgpack::sbuffer& out, const Con
     p.pack_uint32(17);
     p.pack_array(3);
     for (int i = 0; i < 3; ++i) {
-        p.pack_map(8);
+        const bool members = d.members.size() != 0;
+        const bool x = d.attendeeX[i]->size() != 0;
+        p.pack_map(5 + (d.cuType != nullptr ? 1 : 0) + (members ? 1 : 0) + (x ? 1 : 0));
         p.pack_uint32(1);
         p.pack(d.attendees[i]);
-        p.pack_uint32(2);
-        p.pack("INDIVIDUAL");
-        p.pack_uint32(3);
-        p.pack_array(d.members.size());
-        for (const char* member : d.members) p.pack(member);
+        if (d.cuType != nullptr) {
+            p.pack_uint32(2);
+            p.pack(d.cuType);
+        }
+        if (members) {
+            p.pack_uint32(3);
+            p.pack_array(d.members.size());
+            for (const char* member : d.members) p.pack(member);
+        }
         p.pack_uint32(4);
         p.pack("REQ-PARTICIPANT");
         p.pack_uint32(5);
@@ -365,7 +412,7 @@ __attribute__((noinline)) void MsgpackPackEvent(msgpack::sbuffer& out, const Con
         p.pack_uint32(1);
         p.pack_uint32(10);
         p.pack(d.names[i]);
-        PackXParams(p, 13, d.one);
+        if (x) PackXParams(p, 13, *d.attendeeX[i]);
     }
     p.pack_uint32(18);
     p.pack_map(2);
@@ -382,25 +429,29 @@ __attribute__((noinline)) std::size_t MsgpackUnpackEvent(const msgpack::sbuffer&
     return handle.get().via.map.size;
 }
 
+template <ContentOf Get>
 void MsgpackPack(benchmark::State& state) {
     msgpack::sbuffer out;
     for (auto _ : state) {
-        MsgpackPackEvent(out, Data());
+        MsgpackPackEvent(out, Get());
         benchmark::DoNotOptimize(out.data());
     }
     state.SetItemsProcessed(state.iterations());
     state.counters["bytes"] = static_cast<double>(out.size());
 }
 
+template <ContentOf Get>
 void MsgpackUnpack(benchmark::State& state) {
     msgpack::sbuffer bytes;
-    MsgpackPackEvent(bytes, Data());
+    MsgpackPackEvent(bytes, Get());
     for (auto _ : state) benchmark::DoNotOptimize(MsgpackUnpackEvent(bytes));
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(MsgpackPack)->Name("Event/Msgpack/Pack");
-BENCHMARK(MsgpackUnpack)->Name("Event/Msgpack/Unpack");
+BENCHMARK(MsgpackPack<Data>)->Name("Event/Msgpack/Pack");
+BENCHMARK(MsgpackUnpack<Data>)->Name("Event/Msgpack/Unpack");
+BENCHMARK(MsgpackPack<Compact>)->Name("CompactEvent/Msgpack/Pack");
+BENCHMARK(MsgpackUnpack<Compact>)->Name("CompactEvent/Msgpack/Unpack");
 #endif
 
 }  // namespace

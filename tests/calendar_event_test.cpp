@@ -87,6 +87,34 @@ TEST(CalendarEvent, WholeEventInOneStream) {
     }
 }
 
+// A property that comes again in the same stream starts from nothing: what
+// the first one carried (optional texts, list entries, an RSVP, extension
+// parameters) never reaches the second one's call.
+TEST(CalendarEvent, RepeatedPropertyStartsFromNothing) {
+    struct Case {
+        const char* name;
+        Bytes first;
+        Bytes second;
+        std::string call;
+    };
+    const Case cases[] = {
+        {"Description",
+         N(208, {S(310, "a"), S(1002, "en"), S(312, "x"), S(1013, "X-A"), S(1014, "1")}),
+         N(208, {S(312, "y")}), "Description('y'nullnull{})"},
+        {"Attendee",
+         N(228, {S(330, "GROUP"), S(331, "m1"), U8(334, 1), S(335, "d1"), S(338, "Ann"),
+                 S(340, "mailto:a@x")}),
+         N(228, {S(340, "mailto:b@x")}),
+         "Attendee('mailto:b@x'null[]nullnull-1[][]nullnullnullnull{})"},
+    };
+    for (const Case& c : cases) {
+        EventRecorder r;
+        ASSERT_TRUE(ParseInto(r, Event({c.first, c.second}))) << c.name;
+        ASSERT_EQ(r.calls.size(), 4u) << c.name;
+        EXPECT_EQ(r.calls[2], c.call) << c.name;
+    }
+}
+
 TEST(CalendarEvent, FixedExamples) {
     CTLVCalendarCreator creator;
     ASSERT_TRUE(creator.Begin(5));

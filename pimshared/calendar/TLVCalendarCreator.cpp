@@ -2,7 +2,13 @@
 
 #include "pimshared/common/CalendarTypeIds.h"
 
+#include "pimshared/common/CalendarLayout.h"
+
 namespace PimShared {
+
+static_assert(CTLVCalendarCreator::kRoot == CalendarLayout::kEvent.root &&
+                  CTLVCalendarCreator::kComponent == CalendarLayout::kEvent.component,
+              "the creator writes the frame its item's layout names");
 
 CTLVCalendarCreator::~CTLVCalendarCreator() = default;
 

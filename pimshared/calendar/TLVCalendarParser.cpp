@@ -14,8 +14,7 @@ using namespace CalendarTypeIds;
 namespace {
 
 const tParserItem kEvent = {
-    TypeIdObjTypeCalendarTask,
-    TypeIdCompTypeVevent,
+    CalendarLayout::kEvent,
     "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
     "(TypeIdObjTypeCalendarTask)",
     "NodeBegin(): [state ParsingStateCalendarContext] Unexpected typeId: %d  Expected: %d "
@@ -28,16 +27,6 @@ const tParserItem kEvent = {
     "(TypeIdCompTypeVevent)",
     kUnimplementedInEventsAndNotes,
     sizeof kUnimplementedInEventsAndNotes / sizeof kUnimplementedInEventsAndNotes[0],
-    SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
-        SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
-        SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
-        SlotBit(TypeIdPropTypePriority) | SlotBit(TypeIdPropTypeStatus) |
-        SlotBit(TypeIdPropTypeSummary) | SlotBit(TypeIdPropTypeDateTimeStart) |
-        SlotBit(TypeIdPropTypeDateTimeEnd) | SlotBit(TypeIdPropTypeDateTimeStartLocal) |
-        SlotBit(TypeIdPropTypeDateTimeEndLocal) | SlotBit(TypeIdPropTypeUniqueIdentifier) |
-        SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
-        SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
-        SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
     false,  // a name still waiting when the stream ends is dropped
     true,   // so is one waiting when an unimplemented property starts
 };
@@ -53,20 +42,6 @@ class CTLVCalendarParser::CTLVCalendarParserImpl final
 
     explicit CTLVCalendarParserImpl(ICalendarReceiver& receiver)
         : TReceivingEngine(kEvent, receiver) {}
-
-  private:
-    bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
-        switch (property) {
-            case TypeIdPropTypeDateTimeEnd:
-                answer = m_receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
-                return true;
-            case TypeIdPropTypeDateTimeEndLocal:
-                answer = m_receiver.DateTimeEndLocal(v.dateTime, v.xParams);
-                return true;
-            default:
-                return DeliverEventAndTask(m_receiver, property, v, answer);
-        }
-    }
 };
 
 CTLVCalendarParser::CTLVCalendarParser(ICalendarReceiver& receiver)

@@ -32,16 +32,16 @@ class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
     bool WriteBegin(unsigned int root, unsigned int component, unsigned int instance);
     bool WriteEnd(unsigned int root, unsigned int component);
 
+    /// The writers take the property's node; its value IDs and their order
+    /// come from the family's layout table, which the parsers read too.
     /// One text leaf, always written (a null text as the empty text).
-    bool WriteText(unsigned int property, unsigned int valueId, const char* text,
-                   const PAL::TVector<tXParam>& xParams);
+    bool WriteText(unsigned int property, const char* text, const PAL::TVector<tXParam>& xParams);
     /// Alternate representation and language if given, then the main text.
-    bool WriteRichText(unsigned int property, unsigned int valueId, const char* text,
-                       const char* altRep, const char* language,
-                       const PAL::TVector<tXParam>& xParams);
-    bool WriteUInt8(unsigned int property, unsigned int valueId, unsigned char value,
+    bool WriteRichText(unsigned int property, const char* text, const char* altRep,
+                       const char* language, const PAL::TVector<tXParam>& xParams);
+    bool WriteUInt8(unsigned int property, unsigned char value,
                     const PAL::TVector<tXParam>& xParams);
-    bool WriteUInt16(unsigned int property, unsigned int valueId, unsigned short value,
+    bool WriteUInt16(unsigned int property, unsigned short value,
                      const PAL::TVector<tXParam>& xParams);
     /// The date-time text, then the zone text if given.
     bool WriteDateTime(unsigned int property, const PAL::CDateAndTime& dateTime, const char* zone,
@@ -62,9 +62,7 @@ class PIMTLV_API CCalendarFamilyCreator : public CTLVCreatorFrame {
     bool WriteSendStatus(unsigned char status);
 
   private:
-    bool OptionalText(unsigned int valueId, const char* text);
-    bool TextList(unsigned int valueId, const PAL::TVector<const char*>& texts);
-    bool Close(unsigned int property, const PAL::TVector<tXParam>& xParams);
+    class CRowWriter;
 };
 
 /// The operations that events, tasks and notes share, implemented once over
@@ -77,46 +75,43 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
     using typename TInterface::eRsvpType;
     using typename TInterface::tXParam;
 
+    /// The item's frame nodes.
+    static constexpr unsigned int kRoot = Root;
+    static constexpr unsigned int kComponent = Component;
+
     bool Begin(const unsigned int& instance) override {
         return WriteBegin(Root, Component, instance);
     }
     bool End() override { return WriteEnd(Root, Component); }
     bool ProductIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeProductIdentifier,
-                         CalendarTypeIds::TypeIdValTypeProductIdentifier, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeProductIdentifier, text, xParams);
     }
     bool Version(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeVersion, TypeIdValTypeVersion, text,
-                         xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeVersion, text, xParams);
     }
     bool Categories(const PAL::TVector<const char*>& categories, const char* language,
                     const PAL::TVector<tXParam>& xParams) override {
         return WriteCategories(categories, language, xParams);
     }
     bool Classification(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeClassification,
-                         CalendarTypeIds::TypeIdValTypeClassification, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeClassification, text, xParams);
     }
     bool Description(const char* text, const char* altRep, const char* language,
                      const PAL::TVector<tXParam>& xParams) override {
-        return WriteRichText(CalendarTypeIds::TypeIdPropTypeDescription,
-                             CalendarTypeIds::TypeIdValTypeDescription, text, altRep, language,
+        return WriteRichText(CalendarTypeIds::TypeIdPropTypeDescription, text, altRep, language,
                              xParams);
     }
     /// The status goes out as the caller's text.
     bool Status(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeStatus,
-                         CalendarTypeIds::TypeIdValTypeStatus, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeStatus, text, xParams);
     }
     bool Summary(const char* text, const char* altRep, const char* language,
                  const PAL::TVector<tXParam>& xParams) override {
-        return WriteRichText(CalendarTypeIds::TypeIdPropTypeSummary,
-                             CalendarTypeIds::TypeIdValTypeSummary, text, altRep, language,
+        return WriteRichText(CalendarTypeIds::TypeIdPropTypeSummary, text, altRep, language,
                              xParams);
     }
     bool UniqueIdentifier(const char* text, const PAL::TVector<tXParam>& xParams) override {
-        return WriteText(CalendarTypeIds::TypeIdPropTypeUniqueIdentifier,
-                         TypeIdValTypeUniqueIdentifier, text, xParams);
+        return WriteText(CalendarTypeIds::TypeIdPropTypeUniqueIdentifier, text, xParams);
     }
     bool DateTimeCreated(const PAL::CDateAndTime& dateTime,
                          const PAL::TVector<tXParam>& xParams) override {
@@ -130,8 +125,7 @@ class TCalendarFamilyCreator : public TInterface, public CCalendarFamilyCreator 
     }
     bool SequenceNumber(const unsigned short& number,
                         const PAL::TVector<tXParam>& xParams) override {
-        return WriteUInt16(CalendarTypeIds::TypeIdPropTypeSequenceNumber,
-                           CalendarTypeIds::TypeIdValTypeSequenceNumber, number, xParams);
+        return WriteUInt16(CalendarTypeIds::TypeIdPropTypeSequenceNumber, number, xParams);
     }
     bool Attendee(const char* address, const char* cuType, const PAL::TVector<const char*>& members,
                   const char* role, const char* partStat, const eRsvpType& rsvp,
@@ -165,13 +159,11 @@ class TEventTaskCreator : public TCalendarFamilyCreator<TInterface, Root, Compon
 
     bool Location(const char* text, const char* altRep, const char* language,
                   const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteRichText(CalendarTypeIds::TypeIdPropTypeLocation,
-                                   CalendarTypeIds::TypeIdValTypeLocation, text, altRep, language,
+        return this->WriteRichText(CalendarTypeIds::TypeIdPropTypeLocation, text, altRep, language,
                                    xParams);
     }
     bool Priority(const unsigned char& priority, const PAL::TVector<tXParam>& xParams) override {
-        return this->WriteUInt8(CalendarTypeIds::TypeIdPropTypePriority,
-                                CalendarTypeIds::TypeIdValTypePriority, priority, xParams);
+        return this->WriteUInt8(CalendarTypeIds::TypeIdPropTypePriority, priority, xParams);
     }
     bool DateTimeStart(const PAL::CDateAndTime& dateTime, const char* timeZone,
                        const PAL::TVector<tXParam>& xParams) override {

@@ -1,13 +1,11 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <iterator>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
-#include "pimshared/common/CreatorFrame.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
+#include "pimshared/common/WalkInline.h"
 
 namespace PimShared {
 namespace CalendarFamily {
@@ -16,141 +14,21 @@ using ParserCreatorCollection::eClass;
 
 namespace {
 
-// Where a value leaf goes in its property's record.
-enum class eField : unsigned char {
-    None,         // not a value of the property
-    XParamName,   // the name of an extension parameter, waiting for its value
-    XParamValue,  // its value: the pair goes to the property's list
-    Text,         // text[index] := the text
-    Append,       // list[index] += the text
-    Byte,         // number := low 8 bits
-    Word,         // number := low 16 bits
-    DateTime,     // dateTime := the text read as an iCalendar date-time
-    Status,       // a String leaf: text[kMain]; any other: number := low 8 bits
-};
+using CalendarLayout::eField;
+using CalendarLayout::tProperty;
 
-struct tValueRule {
-    unsigned short valueId;
-    eField field;
-    unsigned char index;
-};
-
-constexpr tValueRule kRichText[] = {
-    {TypeIdValTypeAltRep, eField::Text, kAltRep},
-    {TypeIdValTypeLanguage, eField::Text, kLanguage},
-};
-constexpr tValueRule kDateTimeZone[] = {
-    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
-    {TypeIdValTypeDateTimeZone, eField::Text, kZone},
-};
-constexpr tValueRule kDateTimeAlt[] = {
-    {TypeIdValTypeDateTimeAlt, eField::DateTime, 0},
-};
-constexpr tValueRule kCategories[] = {
-    {TypeIdValTypeLanguage, eField::Text, kCategoryLanguage},
-};
-constexpr tValueRule kAttendee[] = {
-    {TypeIdValTypeCuType, eField::Text, kAttendeeCuType},
-    {TypeIdValTypeMember, eField::Append, kAttendeeMembers},
-    {TypeIdValTypeRole, eField::Text, kAttendeeRole},
-    {TypeIdValTypePartStat, eField::Text, kAttendeePartStat},
-    {TypeIdValTypeRsvp, eField::Byte, 0},
-    {TypeIdValTypeDelegatedTo, eField::Append, kAttendeeDelegatedTo},
-    {TypeIdValTypeDelegatedFrom, eField::Append, kAttendeeDelegatedFrom},
-    {TypeIdValTypeSentBy, eField::Text, kAttendeeSentBy},
-    {TypeIdValTypeCommonName, eField::Text, kAttendeeCommonName},
-    {TypeIdValTypeDirectory, eField::Text, kAttendeeDirectory},
-    {TypeIdValTypeLanguage, eField::Text, kAttendeeLanguage},
-};
-constexpr tValueRule kOrganizer[] = {
-    {TypeIdValTypeSentBy, eField::Text, kOrganizerSentBy},
-    {TypeIdValTypeCommonName, eField::Text, kOrganizerCommonName},
-    {TypeIdValTypeDirectory, eField::Text, kOrganizerDirectory},
-    {TypeIdValTypeLanguage, eField::Text, kOrganizerLanguage},
-};
-
-// One property of the family: its main value (the leaf the creator always
-// writes), the other value IDs it takes, whether it takes extension
-// parameters, and the number it is reset to.
-struct tSlotLayout {
-    unsigned short property;
-    unsigned short mainValue;
-    eField mainField;
-    unsigned char mainIndex;
-    const tValueRule* extras;
-    unsigned char extraCount;
-    bool xParams;
-    unsigned int resetNumber;
-};
-
-template <std::size_t N>
-constexpr unsigned char Count(const tValueRule (&)[N]) {
-    return static_cast<unsigned char>(N);
-}
-
-// The slot order is the order in which every item's record lists them.
-constexpr tSlotLayout kSlots[] = {
-    {TypeIdPropTypeProductIdentifier, TypeIdValTypeProductIdentifier, eField::Text, kMain, nullptr,
-     0, true, 0},
-    {TypeIdPropTypeVersion, TypeIdValTypeVersion, eField::Text, kMain, nullptr, 0, true, 0},
-    {TypeIdPropTypeCategories, TypeIdValTypeCategory, eField::Append, kCategoryList, kCategories,
-     Count(kCategories), true, 0},
-    {TypeIdPropTypeClassification, TypeIdValTypeClassification, eField::Text, kMain, nullptr, 0,
-     true, 0},
-    {TypeIdPropTypeDescription, TypeIdValTypeDescription, eField::Text, kMain, kRichText,
-     Count(kRichText), true, 0},
-    {TypeIdPropTypeLocation, TypeIdValTypeLocation, eField::Text, kMain, kRichText,
-     Count(kRichText), true, 0},
-    {TypeIdPropTypePriority, TypeIdValTypePriority, eField::Byte, 0, nullptr, 0, true, 0},
-    {TypeIdPropTypeStatus, TypeIdValTypeStatus, eField::Status, kMain, nullptr, 0, true, 0},
-    {TypeIdPropTypeSummary, TypeIdValTypeSummary, eField::Text, kMain, kRichText, Count(kRichText),
-     true, 0},
-    {TypeIdPropTypeDateTimeStart, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
-     Count(kDateTimeZone), true, 0},
-    {TypeIdPropTypeDateTimeEnd, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeZone,
-     Count(kDateTimeZone), true, 0},
-    {TypeIdPropTypeDateTimeStartLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeDateTimeEndLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeDateTimeDueLocal, TypeIdValTypeDateTime, eField::DateTime, 0, kDateTimeAlt,
-     Count(kDateTimeAlt), true, 0},
-    {TypeIdPropTypeUniqueIdentifier, TypeIdValTypeUniqueIdentifier, eField::Text, kMain, nullptr, 0,
-     true, 0},
-    {TypeIdPropTypeDateTimeCreated, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true,
-     0},
-    {TypeIdPropTypeLastModified, TypeIdValTypeDateTime, eField::DateTime, 0, nullptr, 0, true, 0},
-    {TypeIdPropTypeSequenceNumber, TypeIdValTypeSequenceNumber, eField::Word, 0, nullptr, 0, true,
-     0},
-    {TypeIdPropTypeAttendee, TypeIdValTypeCalAddress, eField::Text, kAddress, kAttendee,
-     Count(kAttendee), true, eRsvpNotGiven},
-    {TypeIdPropTypeOrganizer, TypeIdValTypeCalAddress, eField::Text, kAddress, kOrganizer,
-     Count(kOrganizer), true, 0},
-    {TypeIdPropTypeSendStatus, TypeIdValTypeSendStatus, eField::Byte, 0, nullptr, 0, false, 0},
-};
-constexpr unsigned int kSlotCount = sizeof kSlots / sizeof kSlots[0];
+constexpr unsigned int kSlotCount = CalendarLayout::PropertyCount;
 static_assert(kSlotCount == kPropertySlots, "one slot per property of the family");
-static_assert(kSlotCount <= 32, "slots are a 32-bit set");
 constexpr unsigned int kNoSlot = kSlotCount;
-
-// Slot of every 12-bit ID, looked up once per property node.
-struct tSlotIndex {
-    unsigned char slot[4096];
-};
-constexpr tSlotIndex MakeSlotIndex() {
-    tSlotIndex index{};
-    for (unsigned char& s : index.slot) s = static_cast<unsigned char>(kNoSlot);
-    for (unsigned int i = 0; i < kSlotCount; ++i) {
-        index.slot[kSlots[i].property] = static_cast<unsigned char>(i);
-    }
-    return index;
-}
-constexpr tSlotIndex kSlotIndex = MakeSlotIndex();
-static_assert(kNoSlot < 256, "slots fit the index");
+// In an engine's kind of an ID: the item knows the property but does not
+// implement it.
+constexpr unsigned int kUnimplementedBit = 0x80;
+static_assert(kNoSlot < kUnimplementedBit, "a kind is a slot and the bit");
 
 // Where each value ID goes in each slot's record, so that a value leaf is
 // placed by one look-up whatever the number of IDs its property takes. Value
-// IDs are numbered densely (kValueColumns) for the per-slot rows.
+// IDs are numbered densely (kValueColumns) for the per-slot rows; every ID no
+// row takes shares the last column, which is None in every row.
 struct tValueColumns {
     unsigned char column[4096];
     unsigned int count;
@@ -163,40 +41,36 @@ constexpr tValueColumns MakeValueColumns() {
             columns.column[valueId] = static_cast<unsigned char>(columns.count++);
         }
     };
-    for (const tSlotLayout& layout : kSlots) {
-        add(layout.mainValue);
-        for (unsigned int i = 0; i < layout.extraCount; ++i) add(layout.extras[i].valueId);
+    for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
+        const tProperty& row = CalendarLayout::Detail::kProperties[slot];
+        for (unsigned int i = 0; i < CalendarLayout::ColumnCount(row); ++i) add(row.values[i].id);
     }
     add(TypeIdValTypeXparamName);
     add(TypeIdValTypeXparamValue);
+    for (unsigned char& c : columns.column) {
+        if (c == 0xFF) c = static_cast<unsigned char>(columns.count);
+    }
     return columns;
 }
 constexpr tValueColumns kValueColumns = MakeValueColumns();
-constexpr unsigned int kColumnCount = kValueColumns.count;
+constexpr unsigned int kNoneColumn = kValueColumns.count;
 // Rows of a power-of-two width keep the look-up a shift.
 constexpr unsigned int kColumnStride = 32;
-static_assert(kColumnCount <= kColumnStride, "a slot's row holds every value column");
+static_assert(kNoneColumn < kColumnStride, "a slot's row holds every value column and None");
 
-struct tPlacement {
-    eField field;  // None where the property does not take the ID
-    unsigned char index;
-};
 struct tPlacements {
     tPlacement cell[kSlotCount][kColumnStride];
 };
-// The extension parameters win over the values, the main value over an extra
-// of the same ID, and an earlier extra over a later one: the rows are written
-// in the reverse order.
+// The extension parameters win over the values (no row takes their IDs).
 constexpr tPlacements MakePlacements() {
     tPlacements placements{};
     for (unsigned int slot = 0; slot < kSlotCount; ++slot) {
-        const tSlotLayout& layout = kSlots[slot];
+        const tProperty& layout = CalendarLayout::Detail::kProperties[slot];
         tPlacement* row = placements.cell[slot];
-        for (unsigned int i = layout.extraCount; i > 0; --i) {
-            const tValueRule& rule = layout.extras[i - 1];
-            row[kValueColumns.column[rule.valueId]] = {rule.field, rule.index};
+        for (unsigned int i = 0; i < CalendarLayout::ColumnCount(layout); ++i) {
+            const CalendarLayout::tValue& value = layout.values[i];
+            row[kValueColumns.column[value.id]] = {value.field, value.index};
         }
-        row[kValueColumns.column[layout.mainValue]] = {layout.mainField, layout.mainIndex};
         if (layout.xParams) {
             row[kValueColumns.column[TypeIdValTypeXparamName]] = {eField::XParamName, 0};
             row[kValueColumns.column[TypeIdValTypeXparamValue]] = {eField::XParamValue, 0};
@@ -206,34 +80,32 @@ constexpr tPlacements MakePlacements() {
 }
 constexpr tPlacements kPlacements = MakePlacements();
 
-// Where valueId goes in slot's record (None for an ID the property does not take).
-tPlacement FindPlacement(unsigned int slot, unsigned int valueId) noexcept {
-    const unsigned int column = valueId < 4096 ? kValueColumns.column[valueId] : 0xFFu;
-    return column == 0xFF ? tPlacement{eField::None, 0} : kPlacements.cell[slot][column];
+unsigned int ColumnOf(unsigned int valueId) noexcept {
+    return valueId < 4096 ? kValueColumns.column[valueId] : kNoneColumn;
 }
 
 // The lists a slot's values can reach (bit set of list indices), the only
 // ones its reset clears.
 struct tSlotLists {
     unsigned char slot[kSlotCount];
+    unsigned int resetNumber[kSlotCount];  // and the number each starts from
 };
 constexpr tSlotLists MakeSlotLists() {
     tSlotLists table{};
     for (unsigned int i = 0; i < kSlotCount; ++i) {
-        for (unsigned int e = 0; e < kSlots[i].extraCount; ++e) {
-            if (kSlots[i].extras[e].field == eField::Append) {
+        const tProperty& row = CalendarLayout::Detail::kProperties[i];
+        table.resetNumber[i] = row.resetNumber;
+        for (unsigned int c = 0; c < CalendarLayout::ColumnCount(row); ++c) {
+            if (row.values[c].field == eField::Append) {
                 table.slot[i] =
-                    static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].extras[e].index));
+                    static_cast<unsigned char>(table.slot[i] | (1u << row.values[c].index));
             }
-        }
-        if (kSlots[i].mainField == eField::Append) {
-            table.slot[i] = static_cast<unsigned char>(table.slot[i] | (1u << kSlots[i].mainIndex));
         }
     }
     return table;
 }
 constexpr tSlotLists kSlotLists = MakeSlotLists();
-static_assert(kSlotLists.slot[kSlotIndex.slot[TypeIdPropTypeAttendee]] == 7,
+static_assert(kSlotLists.slot[CalendarLayout::Attendee] == 7,
               "the attendee reaches all three lists");
 
 // Out of the store's common path: a list entry may allocate.
@@ -243,7 +115,7 @@ __attribute__((noinline)) bool AppendText(PAL::TVector<const char*>& list,
 }
 
 unsigned int FindSlot(unsigned int property) noexcept {
-    return property < 4096 ? kSlotIndex.slot[property] : kNoSlot;
+    return CalendarLayout::RowOfNode(property);
 }
 
 // The leaf's value as a number, whatever its class; texts and byte streams
@@ -281,17 +153,143 @@ bool IsObjectLevelProperty(unsigned int typeId) noexcept {
            typeId == TypeIdPropTypeVersion || typeId == TypeIdValTypeInstance;
 }
 
+// The layout of the item a receiver interface serves.
+template <typename TReceiver>
+struct tItemOf;
+template <>
+struct tItemOf<ICalendarReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kEvent.properties;
+};
+template <>
+struct tItemOf<ITaskReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kTask.properties;
+};
+template <>
+struct tItemOf<INoteReceiver> {
+    static constexpr unsigned int kProperties = CalendarLayout::kNote.properties;
+};
+
+template <typename TReceiver>
+constexpr bool Has(CalendarLayout::eProperty property) {
+    return (tItemOf<TReceiver>::kProperties & CalendarLayout::Bit(property)) != 0;
+}
+
+// The receiver call of the property in slot with its gathered values, written
+// once for the three receiver interfaces (their operations of the same name
+// take the same arguments): sets answer to the receiver's answer; false when
+// the item has no operation for the property.
+template <typename TReceiver>
+bool Deliver(TReceiver& receiver, unsigned int slot, const tPropertyValues& v, bool& answer) {
+    using namespace CalendarLayout;
+    switch (slot) {
+        case ProductIdentifier:
+            answer = receiver.ProductIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case Version:
+            answer = receiver.Version(v.text[kMain], v.xParams);
+            return true;
+        case Categories:
+            answer =
+                receiver.Categories(v.list[kCategoryList], v.text[kCategoryLanguage], v.xParams);
+            return true;
+        case Classification:
+            answer = receiver.Classification(v.text[kMain], v.xParams);
+            return true;
+        case Description:
+            answer =
+                receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case Location:
+            if constexpr (Has<TReceiver>(Location)) {
+                answer =
+                    receiver.Location(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+                return true;
+            }
+            return false;
+        case Priority:
+            if constexpr (Has<TReceiver>(Priority)) {
+                answer = receiver.Priority(static_cast<unsigned char>(v.number), v.xParams);
+                return true;
+            }
+            return false;
+        case Status: {
+            // A String status leaf carries its own text; a UInt8 leaf a code.
+            const char* text = v.text[kMain] != nullptr ? v.text[kMain] : StatusText(v.number);
+            answer = receiver.Status(text, v.xParams);
+            return true;
+        }
+        case Summary:
+            answer = receiver.Summary(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
+            return true;
+        case DateTimeStart:
+            if constexpr (Has<TReceiver>(DateTimeStart)) {
+                answer = receiver.DateTimeStart(v.dateTime, v.text[kZone], v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeEnd:
+            if constexpr (Has<TReceiver>(DateTimeEnd)) {
+                answer = receiver.DateTimeEnd(v.dateTime, v.text[kZone], v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeStartLocal:
+            if constexpr (Has<TReceiver>(DateTimeStartLocal)) {
+                answer = receiver.DateTimeStartLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeEndLocal:
+            if constexpr (Has<TReceiver>(DateTimeEndLocal)) {
+                answer = receiver.DateTimeEndLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case DateTimeDueLocal:
+            if constexpr (Has<TReceiver>(DateTimeDueLocal)) {
+                answer = receiver.DateTimeDueLocal(v.dateTime, v.xParams);
+                return true;
+            }
+            return false;
+        case UniqueIdentifier:
+            answer = receiver.UniqueIdentifier(v.text[kMain], v.xParams);
+            return true;
+        case DateTimeCreated:
+            answer = receiver.DateTimeCreated(v.dateTime, v.xParams);
+            return true;
+        case LastModified:
+            answer = receiver.LastModified(v.dateTime, v.xParams);
+            return true;
+        case SequenceNumber:
+            answer = receiver.SequenceNumber(static_cast<unsigned short>(v.number), v.xParams);
+            return true;
+        case Attendee:
+            answer = receiver.Attendee(
+                v.text[kAddress], v.text[kAttendeeCuType], v.list[kAttendeeMembers],
+                v.text[kAttendeeRole], v.text[kAttendeePartStat], static_cast<eRsvpType>(v.number),
+                v.list[kAttendeeDelegatedTo], v.list[kAttendeeDelegatedFrom],
+                v.text[kAttendeeSentBy], v.text[kAttendeeCommonName], v.text[kAttendeeDirectory],
+                v.text[kAttendeeLanguage], v.xParams);
+            return true;
+        case Organizer:
+            answer = receiver.Organizer(v.text[kAddress], v.text[kOrganizerSentBy],
+                                        v.text[kOrganizerCommonName], v.text[kOrganizerDirectory],
+                                        v.text[kOrganizerLanguage], v.xParams);
+            return true;
+        case SendStatus:
+            answer = receiver.SendStatus(static_cast<unsigned char>(v.number));
+            return true;
+        default:
+            return false;
+    }
+}
+
 constexpr int kWrongRoot = 1;
 constexpr int kUnexpected = 2;
 constexpr int kUnimplemented = 4;
 constexpr int kInternal = 6;
 
 }  // namespace
-
-unsigned int SlotBit(unsigned int property) noexcept {
-    const unsigned int slot = FindSlot(property);
-    return slot == kNoSlot ? 0u : 1u << slot;
-}
 
 template <typename TReceiver>
 TReceivingEngine<TReceiver>::TReceivingEngine(const tParserItem& item, TReceiver& receiver)
@@ -301,10 +299,15 @@ TReceivingEngine<TReceiver>::TReceivingEngine(const tParserItem& item, TReceiver
       m_currentProperty(TypeIdNone),
       m_currentSlot(kNoSlot) {
     for (unsigned int i = 0; i < kSlotCount; ++i) ResetSlot(i);
+    for (unsigned int id = 0; id < 4096; ++id) {
+        const unsigned int slot = FindSlot(id);
+        m_property[id] = static_cast<unsigned char>(
+            slot != kNoSlot && (m_item.layout.gathered & (1u << slot)) != 0 ? slot : kNoSlot);
+    }
     for (unsigned int i = 0; i < m_item.unimplementedCount; ++i) {
         for (unsigned int id = m_item.unimplemented[i].first; id <= m_item.unimplemented[i].last;
              ++id) {
-            m_unimplemented.set(id);
+            m_property[id] = static_cast<unsigned char>(m_property[id] | kUnimplementedBit);
         }
     }
 }
@@ -320,20 +323,22 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 }
 
 template <typename TReceiver>
-void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
+PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    // Clearing all texts at once is cheaper than counting the used ones; the
-    // lists, rarely used, are cleared only where a value can reach them. The
-    // number and the microseconds are the reset state wherever no value
-    // reaches them.
-    std::fill(std::begin(v.text), std::end(v.text), nullptr);
+    // Only the texts a value reached, and the lists, rarely used, only where
+    // a value can reach them. The number and the microseconds are the reset
+    // state wherever no value reaches them.
+    for (unsigned int set = v.textsSet; set != 0; set &= set - 1) {
+        v.text[__builtin_ctz(set)] = nullptr;
+    }
+    v.textsSet = 0;
     const unsigned int lists = kSlotLists.slot[slot];
     if (lists != 0) {
         for (unsigned int i = 0; i < 3; ++i) {
             if ((lists & (1u << i)) != 0) v.list[i].clear();
         }
     }
-    v.number = kSlots[slot].resetNumber;
+    v.number = kSlotLists.resetNumber[slot];
     // Only the microseconds: the other fields keep the last value read, which
     // receivers of a date-time that failed to read have come to expect.
     v.dateTime.setMicroseconds(0);
@@ -341,16 +346,22 @@ void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
 }
 
 template <typename TReceiver>
-void TReceivingEngine<TReceiver>::SetCurrentProperty(unsigned int typeId) noexcept {
+PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
+    unsigned int typeId) noexcept {
     m_currentProperty = typeId;
-    const unsigned int slot = FindSlot(typeId);
-    m_currentSlot =
-        slot != kNoSlot && (m_item.gatheredProperties & (1u << slot)) != 0 ? slot : kNoSlot;
-}
-
-template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::IsUnimplemented(unsigned int typeId) const noexcept {
-    return typeId < m_unimplemented.size() && m_unimplemented[typeId];
+    const unsigned int slot = KindOf(typeId) & ~kUnimplementedBit;
+    if (slot != kNoSlot) {
+        m_currentSlot = slot;
+        m_row = kPlacements.cell[slot];
+        m_open = &m_values[slot];
+        // Marked when the property opens rather than per value: a reset of a
+        // slot that got no values changes nothing.
+        m_filled |= 1u << slot;
+    } else {
+        m_currentSlot = kNoSlot;
+        m_row = nullptr;
+        m_open = nullptr;
+    }
 }
 
 template <typename TReceiver>
@@ -367,7 +378,8 @@ bool TReceivingEngine<TReceiver>::Parse(const void* data, const unsigned int& le
         return false;
     }
     m_state = ParsingStateBegin;
-    const bool ok = ParseInto(*this, data, length, errorText, consumed);
+    Direct direct{*this};
+    const bool ok = ParseInto(direct, data, length, errorText, consumed);
     if (!ok) m_receiver.TraceMessage(kInternal, errorText);
     CarryPendingName();
     return ok;
@@ -423,16 +435,16 @@ bool TReceivingEngine<TReceiver>::Unknown(const eClass& elementClass, const unsi
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeBegin(unsigned int typeId) {
     TraceLine(m_traceNodeBegin, typeId);
     switch (m_state) {
         case ParsingStateBegin:
-            if (typeId == m_item.root) {
+            if (typeId == m_item.layout.root) {
                 m_state = ParsingStateObjectContext;
                 m_skip = false;
                 return true;
             }
-            return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.root);
+            return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.layout.root);
         case ParsingStateObjectContext:
             if (IsObjectLevelProperty(typeId)) {
                 m_skip = false;
@@ -440,13 +452,14 @@ bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
                 SetCurrentProperty(typeId);
                 return true;
             }
-            if (typeId == m_item.component) {
+            if (typeId == m_item.layout.component) {
                 m_skip = false;
                 m_state = ParsingStateComponentContext;
                 return true;
             }
             if (typeId == TypeIdObjLevelMarker) return true;
-            return Report(kUnexpected, m_item.objectNodeUnexpected, typeId, m_item.component);
+            return Report(kUnexpected, m_item.objectNodeUnexpected, typeId,
+                          m_item.layout.component);
         case ParsingStateComponentContext:
             m_state = ParsingStatePropertyContext;
             return BeginProperty(typeId, m_item.componentUnimplemented);
@@ -463,9 +476,9 @@ bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
 // current property). Unknown IDs are let in on purpose: the value store and
 // the property end report them, with the values they carried.
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
-                                                const char* unimplementedText) {
-    if (IsUnimplemented(typeId)) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
+                                                                   const char* unimplementedText) {
+    if ((KindOf(typeId) & kUnimplementedBit) != 0) {
         m_skip = true;
         if (m_item.unimplementedDropsPendingName) m_pendingName = nullptr;
         SetCurrentProperty(typeId);
@@ -477,7 +490,7 @@ bool TReceivingEngine<TReceiver>::BeginProperty(unsigned int typeId,
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeEnd(unsigned int typeId) {
     TraceLine(m_traceNodeEnd, typeId);
     switch (m_state) {
         case ParsingStateBegin:
@@ -485,20 +498,21 @@ bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
                           typeId);
         case ParsingStateObjectContext:
             if (typeId == m_currentProperty) return EndProperty(typeId);
-            if (typeId == m_item.root) {
+            if (typeId == m_item.layout.root) {
                 m_receiver.End();
                 m_state = ParsingStateBegin;
                 return true;
             }
             // A property of the object level that was already ended.
             if (typeId == TypeIdObjLevelMarker || IsObjectLevelProperty(typeId)) return true;
-            return Report(kUnexpected, m_item.objectEndUnexpected, typeId, m_item.root);
+            return Report(kUnexpected, m_item.objectEndUnexpected, typeId, m_item.layout.root);
         case ParsingStateComponentContext:
-            if (typeId == m_item.component) {
+            if (typeId == m_item.layout.component) {
                 m_state = ParsingStateObjectContext;
                 return true;
             }
-            return Report(kUnexpected, m_item.componentEndUnexpected, typeId, m_item.component);
+            return Report(kUnexpected, m_item.componentEndUnexpected, typeId,
+                          m_item.layout.component);
         case ParsingStatePropertyContext:
             if (typeId == m_currentProperty) {
                 const bool answer = EndProperty(typeId);
@@ -515,7 +529,7 @@ bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
 }
 
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     bool answer = true;
     if (m_skip) {
         m_skip = false;
@@ -524,6 +538,8 @@ bool TReceivingEngine<TReceiver>::EndProperty(unsigned int typeId) {
     }
     m_currentProperty = TypeIdNone;
     m_currentSlot = kNoSlot;
+    m_row = nullptr;
+    m_open = nullptr;
     return answer;
 }
 
@@ -531,9 +547,10 @@ template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::CallPropertyCallbackAndResetDataMember(unsigned int typeId) {
     TraceLine(m_traceCallback, typeId);
     bool answer = true;
-    if (m_currentSlot != kNoSlot && Deliver(typeId, m_values[m_currentSlot], answer)) {
-        ResetSlot(m_currentSlot);
-        m_filled &= ~(1u << m_currentSlot);
+    const unsigned int slot = m_currentSlot;
+    if (slot != kNoSlot && Deliver(m_receiver, slot, *m_open, answer)) {
+        ResetSlot(slot);
+        m_filled &= ~(1u << slot);
         return answer;
     }
     // Values gathered for a property without a receiver operation stay until
@@ -584,15 +601,18 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
         return Report(kInternal, "storePropertyValue(): Unexpected mCurrentProperty: %d",
                       m_currentProperty);
     }
-    tPropertyValues& v = m_values[m_currentSlot];
-    const tPlacement placement = FindPlacement(m_currentSlot, typeId);
+    return Place(kPlacements.cell[m_currentSlot][ColumnOf(typeId)], elementClass, typeId, value);
+}
+
+// A leaf of the open property, whose record is m_values[m_currentSlot].
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClass,
+                                        unsigned int typeId, const uTlvValue& value) {
     if (placement.field == eField::None) {
         return Report(kUnexpected, "Unexpected PropValue-Id (%d) for the current PropType-Id (%d)",
                       typeId, m_currentProperty);
     }
-    // Marking the slot for a parameter name too costs less than telling it
-    // apart, and a reset of a slot without values changes nothing.
-    m_filled |= 1u << m_currentSlot;
+    tPropertyValues& v = *m_open;
     const unsigned int index = placement.index;
     switch (placement.field) {
         case eField::None:
@@ -605,6 +625,7 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
             return HandleXParamValue(TextOf(elementClass, value));
         case eField::Text:
             v.text[index] = TextOf(elementClass, value);
+            v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << index));
             return true;
         case eField::Append:
             return AppendText(v.list[index], TextOf(elementClass, value));
@@ -624,6 +645,7 @@ bool TReceivingEngine<TReceiver>::StorePropertyValue(eClass elementClass, unsign
         case eField::Status:
             if (elementClass == ParserCreatorCollection::String) {
                 v.text[kMain] = TextOf(elementClass, value);
+                v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << kMain));
             } else {
                 v.text[kMain] = nullptr;
                 v.number = NumberOf(elementClass, value) & 0xFFu;
@@ -645,52 +667,73 @@ bool TReceivingEngine<TReceiver>::HandleXParamValue(const char* text) {
     return m_values[m_currentSlot].xParams.pushBack(pair);
 }
 
-// Every leaf class funnels into LeafNode: a leaf is interpreted by its type ID.
+// Every leaf class funnels into Leaf: a leaf is interpreted by its type ID.
+// A value of an open property is placed straight away; every other leaf goes
+// through the state machine.
+template <typename TReceiver>
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::Leaf(eClass elementClass, unsigned int typeId,
+                                                          const uTlvValue& value) {
+    if (GathersValues()) {
+        TraceLine(m_traceLeaf, typeId);
+        return Place(m_row[ColumnOf(typeId)], elementClass, typeId, value);
+    }
+    return LeafNode(elementClass, typeId, value);
+}
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt8(const unsigned int& typeId, const signed char& value) {
     uTlvValue v;
     v.int8 = value;
-    return LeafNode(ParserCreatorCollection::Int8, typeId, v);
+    return Leaf(ParserCreatorCollection::Int8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt16(const unsigned int& typeId, const short& value) {
     uTlvValue v;
     v.int16 = value;
-    return LeafNode(ParserCreatorCollection::Int16, typeId, v);
+    return Leaf(ParserCreatorCollection::Int16, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt8(const unsigned int& typeId,
                                             const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
-    return LeafNode(ParserCreatorCollection::UInt8, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt16(const unsigned int& typeId,
                                              const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
-    return LeafNode(ParserCreatorCollection::UInt16, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt16, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafBitfield8(const unsigned int& typeId,
                                                 const unsigned char& value) {
     uTlvValue v;
     v.uint8 = value;
-    return LeafNode(ParserCreatorCollection::Bitfield8, typeId, v);
+    return Leaf(ParserCreatorCollection::Bitfield8, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafBitfield16(const unsigned int& typeId,
                                                  const unsigned short& value) {
     uTlvValue v;
     v.uint16 = value;
-    return LeafNode(ParserCreatorCollection::Bitfield16, typeId, v);
+    return Leaf(ParserCreatorCollection::Bitfield16, typeId, v);
 }
+// Most values are texts of a text field: stored without the general placement.
 template <typename TReceiver>
-bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
+PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnString(unsigned int typeId,
+                                                              const char* text) {
     uTlvValue v;
     v.text = text;
-    return LeafNode(ParserCreatorCollection::String, typeId, v);
+    if (!GathersValues()) return LeafNode(ParserCreatorCollection::String, typeId, v);
+    TraceLine(m_traceLeaf, typeId);
+    const tPlacement placement = m_row[ColumnOf(typeId)];
+    if (placement.field != eField::Text || text == nullptr) {
+        return Place(placement, ParserCreatorCollection::String, typeId, v);
+    }
+    m_open->text[placement.index] = text;
+    m_open->textsSet = static_cast<unsigned char>(m_open->textsSet | (1u << placement.index));
+    return true;
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafByteStream(const unsigned int& typeId, const void* data,
@@ -698,21 +741,75 @@ bool TReceivingEngine<TReceiver>::LeafByteStream(const unsigned int& typeId, con
     uTlvValue v;
     v.bytes.data = data;
     v.bytes.length = length;
-    return LeafNode(ParserCreatorCollection::ByteStream, typeId, v);
+    return Leaf(ParserCreatorCollection::ByteStream, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafUInt32(const unsigned int& typeId,
                                              const unsigned int& value) {
     uTlvValue v;
     v.uint32 = value;
-    return LeafNode(ParserCreatorCollection::UInt32, typeId, v);
+    return Leaf(ParserCreatorCollection::UInt32, typeId, v);
 }
 template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafInt32(const unsigned int& typeId, const int& value) {
     uTlvValue v;
     v.int32 = value;
-    return LeafNode(ParserCreatorCollection::Int32, typeId, v);
+    return Leaf(ParserCreatorCollection::Int32, typeId, v);
 }
+
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeBegin(const unsigned int& typeId) {
+    return OnNodeBegin(typeId);
+}
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::NodeEnd(const unsigned int& typeId) {
+    return OnNodeEnd(typeId);
+}
+template <typename TReceiver>
+bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
+    return OnString(typeId, text);
+}
+
+// The walk's target: the engine, with the calls of every element bound
+// statically, the common ones compiled into the walk, and their arguments by
+// value.
+template <typename TReceiver>
+struct TReceivingEngine<TReceiver>::Direct {
+    // The engine never asks the walk where it is.
+    static constexpr bool kReadsPosition = false;
+    TReceivingEngine& engine;
+    PIMTLV_WALK_INLINE_MEMBER bool NodeBegin(unsigned int typeId) {
+        return engine.OnNodeBegin(typeId);
+    }
+    PIMTLV_WALK_INLINE_MEMBER bool NodeEnd(unsigned int typeId) { return engine.OnNodeEnd(typeId); }
+    PIMTLV_WALK_INLINE_MEMBER bool LeafString(unsigned int typeId, const char* text) {
+        return engine.OnString(typeId, text);
+    }
+    bool Unknown(eClass c, unsigned int typeId, const void* value, unsigned int length) {
+        return engine.Unknown(c, typeId, value, length);
+    }
+    bool LeafInt8(unsigned int typeId, signed char value) { return engine.LeafInt8(typeId, value); }
+    bool LeafInt16(unsigned int typeId, short value) { return engine.LeafInt16(typeId, value); }
+    bool LeafUInt8(unsigned int typeId, unsigned char value) {
+        return engine.LeafUInt8(typeId, value);
+    }
+    bool LeafUInt16(unsigned int typeId, unsigned short value) {
+        return engine.LeafUInt16(typeId, value);
+    }
+    bool LeafBitfield8(unsigned int typeId, unsigned char value) {
+        return engine.LeafBitfield8(typeId, value);
+    }
+    bool LeafBitfield16(unsigned int typeId, unsigned short value) {
+        return engine.LeafBitfield16(typeId, value);
+    }
+    bool LeafByteStream(unsigned int typeId, const void* data, unsigned int length) {
+        return engine.LeafByteStream(typeId, data, length);
+    }
+    bool LeafUInt32(unsigned int typeId, unsigned int value) {
+        return engine.LeafUInt32(typeId, value);
+    }
+    bool LeafInt32(unsigned int typeId, int value) { return engine.LeafInt32(typeId, value); }
+};
 
 template class TReceivingEngine<ICalendarReceiver>;
 template class TReceivingEngine<ITaskReceiver>;

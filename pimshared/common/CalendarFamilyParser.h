@@ -1,13 +1,13 @@
 #ifndef PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 #define PIMTLV_PIMSHARED_COMMON_CALENDARFAMILYPARSER_H
 
-#include <bitset>
 #include <string>
 
 #include "parsercreatorcollection/src/tlv/parser/ITLV.h"
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/calendar/ICalendarReceiver.h"
 #include "pimshared/common/CalendarFamily.h"
+#include "pimshared/common/CalendarLayout.h"
 #include "pimshared/common/CalendarTypeIds.h"
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/XParam.h"
@@ -27,33 +27,46 @@ using namespace CalendarTypeIds;
 // ID is fixed per property by the engine's layout table, and the receiver
 // mapping reads the fields through the names below.
 struct tPropertyValues {
-    const char* text[8] = {};
-    PAL::TVector<const char*> list[3];
+    const char* text[CalendarLayout::kTexts] = {};
+    PAL::TVector<const char*> list[CalendarLayout::kLists];
     unsigned int number = 0;
     PAL::CDateAndTime dateTime;
     PAL::TVector<tXParam> xParams;
+    unsigned char textsSet = 0;  // bit set of the texts a value reached since the last reset
 };
 
-// Properties of the family whose values a parser gathers, one slot each.
-constexpr unsigned int kPropertySlots = 21;
+// Properties of the family whose values a parser gathers, one slot each: the
+// rows of the layout table, in its order.
+constexpr unsigned int kPropertySlots = CalendarLayout::PropertyCount;
 
-// Field names: main text of single-text properties, the rich texts
-// (description, location, summary), the zone beside a date-time, the
-// categories' language and the status text of a String status leaf.
-constexpr unsigned int kMain = 0;
-constexpr unsigned int kAltRep = 1;
-constexpr unsigned int kLanguage = 2;
-constexpr unsigned int kZone = 0;
-constexpr unsigned int kCategoryLanguage = 0;
-constexpr unsigned int kCategoryList = 0;
-// Attendee and organizer: the address comes first in both.
-constexpr unsigned int kAddress = 0;
-constexpr unsigned int kAttendeeCuType = 1, kAttendeeRole = 2, kAttendeePartStat = 3,
-                       kAttendeeSentBy = 4, kAttendeeCommonName = 5, kAttendeeDirectory = 6,
-                       kAttendeeLanguage = 7;
-constexpr unsigned int kAttendeeMembers = 0, kAttendeeDelegatedTo = 1, kAttendeeDelegatedFrom = 2;
-constexpr unsigned int kOrganizerSentBy = 1, kOrganizerCommonName = 2, kOrganizerDirectory = 3,
-                       kOrganizerLanguage = 4;
+// Field names of the record, as the layout table places the values.
+using CalendarLayout::kAddress;
+using CalendarLayout::kAltRep;
+using CalendarLayout::kAttendeeCommonName;
+using CalendarLayout::kAttendeeCuType;
+using CalendarLayout::kAttendeeDelegatedFrom;
+using CalendarLayout::kAttendeeDelegatedTo;
+using CalendarLayout::kAttendeeDirectory;
+using CalendarLayout::kAttendeeLanguage;
+using CalendarLayout::kAttendeeMembers;
+using CalendarLayout::kAttendeePartStat;
+using CalendarLayout::kAttendeeRole;
+using CalendarLayout::kAttendeeSentBy;
+using CalendarLayout::kCategoryLanguage;
+using CalendarLayout::kCategoryList;
+using CalendarLayout::kLanguage;
+using CalendarLayout::kMain;
+using CalendarLayout::kOrganizerCommonName;
+using CalendarLayout::kOrganizerDirectory;
+using CalendarLayout::kOrganizerLanguage;
+using CalendarLayout::kOrganizerSentBy;
+using CalendarLayout::kZone;
+
+// Where a value leaf goes in the open property's record.
+struct tPlacement {
+    CalendarLayout::eField field;  // None where the property does not take the ID
+    unsigned char index;
+};
 
 // A run of property IDs, both ends included.
 struct tIdRange {
@@ -77,17 +90,15 @@ inline constexpr tIdRange kUnimplementedInTasks[] = {
 // states and nodes, the properties it knows but does not implement (their
 // values are skipped) and the properties whose values it gathers.
 struct tParserItem {
-    unsigned int root;
-    unsigned int component;
-    const char* rootUnexpected;          // node in the begin state (typeId, root), code 1
-    const char* objectNodeUnexpected;    // node in the object state (typeId, component), code 2
-    const char* objectLeafUnexpected;    // leaf in the object state (typeId), code 2
-    const char* objectEndUnexpected;     // node end in the object state (typeId, root), code 2
-    const char* componentUnimplemented;  // unimplemented property at component level, code 4
-    const char* componentEndUnexpected;  // node end in the component state (typeId, component)
+    const CalendarLayout::tItem& layout;  // frame nodes and the properties gathered
+    const char* rootUnexpected;           // node in the begin state (typeId, root), code 1
+    const char* objectNodeUnexpected;     // node in the object state (typeId, component), code 2
+    const char* objectLeafUnexpected;     // leaf in the object state (typeId), code 2
+    const char* objectEndUnexpected;      // node end in the object state (typeId, root), code 2
+    const char* componentUnimplemented;   // unimplemented property at component level, code 4
+    const char* componentEndUnexpected;   // node end in the component state (typeId, component)
     const tIdRange* unimplemented;
     unsigned int unimplementedCount;
-    unsigned int gatheredProperties;  // bit set of slots, see SlotBit
     // Whether a 1013 name still waiting for its value when a stream ends may
     // pair with a 1014 of the next stream (the task's rule); the event and
     // the note drop it with the stream.
@@ -97,10 +108,6 @@ struct tParserItem {
     bool unimplementedDropsPendingName = false;
 };
 
-// Bit of a property in tParserItem::gatheredProperties (0 for an ID that no
-// item of the family gathers).
-unsigned int SlotBit(unsigned int property) noexcept;
-
 // The parse-state machine of the calendar family, written once for events,
 // tasks and notes and compiled once per receiver interface, so that the walk,
 // the trace lines and the frame calls reach the receiver without a hop through
@@ -108,8 +115,8 @@ unsigned int SlotBit(unsigned int property) noexcept;
 // element against its state, gathers each property's values and hands them to
 // the item's receiver when the property's node closes. Every event first sends
 // a trace line with code 0; irregularities go out with their code and text and
-// the walk goes on. The item supplies its data (tParserItem) and its property
-// mapping (Deliver).
+// the walk goes on. The item supplies its data (tParserItem); its receiver
+// calls follow from its layout (CalendarLayout::tItem).
 template <typename TReceiver>
 class TReceivingEngine : public ParserCreatorCollection::ITLV,
                          public ParserCreatorCollection::CTLVParser {
@@ -128,6 +135,8 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
 
     bool Unknown(const ParserCreatorCollection::eClass& elementClass, const unsigned int& typeId,
                  const void* value, const unsigned int& length) final;
+    // The walk calls these directly, once per element: they are compiled
+    // into it.
     bool NodeBegin(const unsigned int& typeId) final;
     bool NodeEnd(const unsigned int& typeId) final;
     bool LeafInt8(const unsigned int& typeId, const signed char& value) final;
@@ -145,14 +154,24 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
   protected:
     TReceivingEngine(const tParserItem& item, TReceiver& receiver);
 
-    // Calls the receiver operation of property with its gathered values and
-    // sets answer to the receiver's answer; false when the item has no
-    // operation for the property. Called once per property, not per element.
-    virtual bool Deliver(unsigned int property, const tPropertyValues& values, bool& answer) = 0;
-
     TReceiver& m_receiver;
 
   private:
+    struct Direct;
+    // The element calls themselves, by value: the walk binds them statically
+    // through Direct, and the ITLV overrides forward to them.
+    bool OnNodeBegin(unsigned int typeId);
+    bool OnNodeEnd(unsigned int typeId);
+    bool OnString(unsigned int typeId, const char* text);
+    // Whether a leaf is a value of an open property whose values are gathered:
+    // the common case, placed without the state machine's other checks.
+    bool GathersValues() const noexcept {
+        return m_row != nullptr && m_state == ParsingStatePropertyContext && !m_skip;
+    }
+    bool Leaf(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
+              const uTlvValue& value);
+    bool Place(tPlacement placement, ParserCreatorCollection::eClass elementClass,
+               unsigned int typeId, const uTlvValue& value);
     bool LeafNode(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
                   const uTlvValue& value);
     bool BeginProperty(unsigned int typeId, const char* unimplementedText);
@@ -163,7 +182,11 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     bool HandleXParamValue(const char* text);
     void NotePendingNameSource() noexcept;
     void CarryPendingName() noexcept;
-    bool IsUnimplemented(unsigned int typeId) const noexcept;
+    // The kind of an ID in this item: the slot whose values it gathers (or
+    // none), with a bit for a property it knows but does not implement.
+    unsigned int KindOf(unsigned int typeId) const noexcept {
+        return typeId < sizeof m_property ? m_property[typeId] : kPropertySlots;
+    }
     void SetCurrentProperty(unsigned int typeId) noexcept;
     void ResetSlot(unsigned int slot) noexcept;
     // Kept out of the element paths: a report is the rare case.
@@ -186,7 +209,9 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     CTraceLine m_traceCallback{"callPropertyCallbackAndResetDataMember():  typeId: %d"};
     unsigned int m_state = ParsingStateBegin;
     unsigned int m_currentProperty;
-    unsigned int m_currentSlot;  // slot of m_currentProperty, or none
+    unsigned int m_currentSlot;         // slot of m_currentProperty, or none
+    const tPlacement* m_row = nullptr;  // the placements of m_currentSlot, or null
+    tPropertyValues* m_open = nullptr;  // the record of m_currentSlot, or null
     // Within a walk the pending name points at its leaf's text; between walks
     // it is null or, for an item that keeps it, m_heldName.
     const char* m_pendingName = nullptr;
@@ -197,10 +222,10 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     std::string m_repairedName;
     std::string m_heldName;  // the name carried into the next Parse
     bool m_skip = false;
-    // Slots holding values since their last reset (bit set of slots): only
-    // these are cleared when a stream starts.
+    // Slots opened, and so perhaps holding values, since their last reset
+    // (bit set of slots): only these are cleared when a stream starts.
     unsigned int m_filled = 0;
-    std::bitset<4096> m_unimplemented;  // the item's deny-list, one bit per 12-bit ID
+    unsigned char m_property[4096];  // KindOf every 12-bit ID
     tPropertyValues m_values[kPropertySlots];
 };
 
@@ -208,102 +233,6 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
 extern template class TReceivingEngine<ICalendarReceiver>;
 extern template class TReceivingEngine<ITaskReceiver>;
 extern template class TReceivingEngine<INoteReceiver>;
-
-// The receiver calls of the properties that events, tasks and notes share,
-// written once for the three receiver interfaces (their operations of the
-// same name take the same arguments). False when property is not one of them.
-template <typename TReceiver>
-bool DeliverShared(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
-                   bool& answer) {
-    switch (property) {
-        case TypeIdPropTypeProductIdentifier:
-            answer = receiver.ProductIdentifier(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeVersion:
-            answer = receiver.Version(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeCategories:
-            answer =
-                receiver.Categories(v.list[kCategoryList], v.text[kCategoryLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeClassification:
-            answer = receiver.Classification(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeDescription:
-            answer =
-                receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeStatus: {
-            // A String status leaf carries its own text; a UInt8 leaf a code.
-            const char* text = v.text[kMain] != nullptr ? v.text[kMain] : StatusText(v.number);
-            answer = receiver.Status(text, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeSummary:
-            answer = receiver.Summary(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeUniqueIdentifier:
-            answer = receiver.UniqueIdentifier(v.text[kMain], v.xParams);
-            return true;
-        case TypeIdPropTypeDateTimeCreated:
-            answer = receiver.DateTimeCreated(v.dateTime, v.xParams);
-            return true;
-        case TypeIdPropTypeLastModified:
-            answer = receiver.LastModified(v.dateTime, v.xParams);
-            return true;
-        case TypeIdPropTypeSequenceNumber: {
-            const auto number = static_cast<unsigned short>(v.number);
-            answer = receiver.SequenceNumber(number, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeAttendee: {
-            const auto rsvp = static_cast<eRsvpType>(v.number);
-            answer = receiver.Attendee(
-                v.text[kAddress], v.text[kAttendeeCuType], v.list[kAttendeeMembers],
-                v.text[kAttendeeRole], v.text[kAttendeePartStat], rsvp,
-                v.list[kAttendeeDelegatedTo], v.list[kAttendeeDelegatedFrom],
-                v.text[kAttendeeSentBy], v.text[kAttendeeCommonName], v.text[kAttendeeDirectory],
-                v.text[kAttendeeLanguage], v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeOrganizer:
-            answer = receiver.Organizer(v.text[kAddress], v.text[kOrganizerSentBy],
-                                        v.text[kOrganizerCommonName], v.text[kOrganizerDirectory],
-                                        v.text[kOrganizerLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypeSendStatus:
-            answer = receiver.SendStatus(static_cast<unsigned char>(v.number));
-            return true;
-        default:
-            return false;
-    }
-}
-
-// Location, priority and the start properties, which events and tasks have
-// and notes do not.
-template <typename TReceiver>
-bool DeliverEventAndTask(TReceiver& receiver, unsigned int property, const tPropertyValues& v,
-                         bool& answer) {
-    switch (property) {
-        case TypeIdPropTypeLocation:
-            answer =
-                receiver.Location(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
-            return true;
-        case TypeIdPropTypePriority: {
-            const auto priority = static_cast<unsigned char>(v.number);
-            answer = receiver.Priority(priority, v.xParams);
-            return true;
-        }
-        case TypeIdPropTypeDateTimeStart:
-            answer = receiver.DateTimeStart(v.dateTime, v.text[kZone], v.xParams);
-            return true;
-        case TypeIdPropTypeDateTimeStartLocal:
-            answer = receiver.DateTimeStartLocal(v.dateTime, v.xParams);
-            return true;
-        default:
-            return DeliverShared(receiver, property, v, answer);
-    }
-}
 
 }  // namespace CalendarFamily
 }  // namespace PimShared

@@ -5,6 +5,7 @@
 
 #include "pimshared/common/DiagnosticFormat.h"
 #include "pimshared/common/TypeIds.h"
+#include "pimshared/common/WalkInline.h"
 
 namespace PimShared {
 
@@ -26,17 +27,6 @@ constexpr unsigned int kTypedTokenBase = kTypedValueBase + kMimeTypedCount;
 constexpr unsigned int kFixedBase = kTypedTokenBase + kMimeTypedCount;
 
 }  // namespace
-
-// The element calls the walk makes most often are inlined into it: the walk
-// is this engine's own, and a call per element would cost more than most of
-// them do.
-#if defined(__GNUC__)
-#define PIMTLV_WALK_INLINE inline __attribute__((always_inline))
-#define PIMTLV_WALK_INLINE_MEMBER __attribute__((always_inline))
-#else
-#define PIMTLV_WALK_INLINE inline
-#define PIMTLV_WALK_INLINE_MEMBER
-#endif
 
 // What a type ID is in the item: the roles are dense, so each element finds its
 // handling with one table look-up. The ranges of text, byte and typed roles

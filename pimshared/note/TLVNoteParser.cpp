@@ -17,8 +17,7 @@ namespace {
 // end text spells it "Vjournal": existing readers match these texts as they
 // stand.
 const tParserItem kNote = {
-    TypeIdObjTypeNote,
-    TypeIdCompTypeVJournal,
+    CalendarLayout::kNote,
     "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
     "(TypeIdObjTypeNote)",
     "NodeBegin(): [state ParsingStateVJournalContext] Unexpected typeId: %d  Expected: %d "
@@ -31,18 +30,6 @@ const tParserItem kNote = {
     "(TypeIdCompTypeVjournal)",
     kUnimplementedInEventsAndNotes,
     sizeof kUnimplementedInEventsAndNotes / sizeof kUnimplementedInEventsAndNotes[0],
-    // The event's set: location, priority and the event's times are gathered
-    // although a note has no operation for them (reported at their end).
-    SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
-        SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
-        SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
-        SlotBit(TypeIdPropTypePriority) | SlotBit(TypeIdPropTypeStatus) |
-        SlotBit(TypeIdPropTypeSummary) | SlotBit(TypeIdPropTypeDateTimeStart) |
-        SlotBit(TypeIdPropTypeDateTimeEnd) | SlotBit(TypeIdPropTypeDateTimeStartLocal) |
-        SlotBit(TypeIdPropTypeDateTimeEndLocal) | SlotBit(TypeIdPropTypeUniqueIdentifier) |
-        SlotBit(TypeIdPropTypeDateTimeCreated) | SlotBit(TypeIdPropTypeLastModified) |
-        SlotBit(TypeIdPropTypeSequenceNumber) | SlotBit(TypeIdPropTypeAttendee) |
-        SlotBit(TypeIdPropTypeOrganizer) | SlotBit(TypeIdPropTypeSendStatus),
 };
 
 }  // namespace
@@ -54,11 +41,6 @@ class CTLVNoteParser::CTLVNoteParserImpl final : public TReceivingEngine<INoteRe
     static constexpr unsigned int ParsingStateVJournalContext = ParsingStateComponentContext;
 
     explicit CTLVNoteParserImpl(INoteReceiver& receiver) : TReceivingEngine(kNote, receiver) {}
-
-  private:
-    bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
-        return DeliverShared(m_receiver, property, v, answer);
-    }
 };
 
 CTLVNoteParser::CTLVNoteParser(INoteReceiver& receiver)

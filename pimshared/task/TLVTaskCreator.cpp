@@ -2,7 +2,13 @@
 
 #include "pimshared/common/CalendarTypeIds.h"
 
+#include "pimshared/common/CalendarLayout.h"
+
 namespace PimShared {
+
+static_assert(CTLVTaskCreator::kRoot == CalendarLayout::kTask.root &&
+                  CTLVTaskCreator::kComponent == CalendarLayout::kTask.component,
+              "the creator writes the frame its item's layout names");
 
 CTLVTaskCreator::~CTLVTaskCreator() = default;
 

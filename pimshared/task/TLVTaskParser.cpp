@@ -14,8 +14,7 @@ using namespace CalendarTypeIds;
 namespace {
 
 const tParserItem kTask = {
-    TypeIdObjTypeCalendarTask,
-    TypeIdCompTypeVtodo,
+    CalendarLayout::kTask,
     "NodeBegin(): [state ParsingStateBegin] Unexpected typeId: %d  Expected: %d "
     "(TypeIdObjTypeCalendarTask)",
     "NodeBegin(): [state ParsingStateTaskContext] Unexpected typeId: %d  Expected: %d "
@@ -28,16 +27,6 @@ const tParserItem kTask = {
     "(TypeIdCompTypeVtodo)",
     kUnimplementedInTasks,
     sizeof kUnimplementedInTasks / sizeof kUnimplementedInTasks[0],
-    SlotBit(TypeIdPropTypeProductIdentifier) | SlotBit(TypeIdPropTypeVersion) |
-        SlotBit(TypeIdPropTypeCategories) | SlotBit(TypeIdPropTypeClassification) |
-        SlotBit(TypeIdPropTypeDescription) | SlotBit(TypeIdPropTypeLocation) |
-        SlotBit(TypeIdPropTypePriority) | SlotBit(TypeIdPropTypeStatus) |
-        SlotBit(TypeIdPropTypeSummary) | SlotBit(TypeIdPropTypeDateTimeStart) |
-        SlotBit(TypeIdPropTypeDateTimeStartLocal) | SlotBit(TypeIdPropTypeDateTimeDueLocal) |
-        SlotBit(TypeIdPropTypeUniqueIdentifier) | SlotBit(TypeIdPropTypeDateTimeCreated) |
-        SlotBit(TypeIdPropTypeLastModified) | SlotBit(TypeIdPropTypeSequenceNumber) |
-        SlotBit(TypeIdPropTypeAttendee) | SlotBit(TypeIdPropTypeOrganizer) |
-        SlotBit(TypeIdPropTypeSendStatus),
     true,  // a name waiting for its value pairs with the next stream's first 1014
 };
 
@@ -50,15 +39,6 @@ class CTLVTaskParser::CTLVTaskParserImpl final : public TReceivingEngine<ITaskRe
     static constexpr unsigned int ParsingStateVtodoContext = ParsingStateComponentContext;
 
     explicit CTLVTaskParserImpl(ITaskReceiver& receiver) : TReceivingEngine(kTask, receiver) {}
-
-  private:
-    bool Deliver(unsigned int property, const tPropertyValues& v, bool& answer) override {
-        if (property == TypeIdPropTypeDateTimeDueLocal) {
-            answer = m_receiver.DateTimeDueLocal(v.dateTime, v.xParams);
-            return true;
-        }
-        return DeliverEventAndTask(m_receiver, property, v, answer);
-    }
 };
 
 CTLVTaskParser::CTLVTaskParser(ITaskReceiver& receiver)
