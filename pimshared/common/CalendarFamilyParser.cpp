@@ -195,7 +195,7 @@ bool Deliver(TReceiver& receiver, unsigned int slot, const tPropertyValues& v, b
         case Classification:
             answer = receiver.Classification(v.text[kMain], v.xParams);
             return true;
-        case Description:
+        case CalendarLayout::Description:  // not the namespace of the item descriptions
             answer =
                 receiver.Description(v.text[kMain], v.text[kAltRep], v.text[kLanguage], v.xParams);
             return true;
