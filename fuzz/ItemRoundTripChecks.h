@@ -99,6 +99,17 @@ struct NoteItem {
         DescribedOps<PimShared::NoteItem, CalendarFamilyRules<Attributes>>();
 };
 
+// Every text is written, an absent one as empty; enumerations travel as
+// their low byte.
+struct EveryTextLowBytes {
+    template <typename P>
+    static constexpr Asym Default(std::size_t) {
+        if constexpr (std::is_same_v<P, const char*>) return Asym::NullTextEmpty;
+        if constexpr (std::is_enum_v<P>) return Asym::LowByte;
+        return Asym::None;
+    }
+};
+
 // ---- Short messages ---------------------------------------------------------
 
 struct SmsItem {
@@ -117,13 +128,7 @@ struct SmsItem {
     static constexpr Asym kByte = Asym::LowByte;
     // Every text is written, absent ones as empty, but the friendly names,
     // which are refused when empty or absent; enumerations as their low byte.
-    struct Rules {
-        template <typename P>
-        static constexpr Asym Default(std::size_t) {
-            if constexpr (std::is_same_v<P, const char*>) return kText;
-            if constexpr (std::is_enum_v<P>) return kByte;
-            return Asym::None;
-        }
+    struct Rules : EveryTextLowBytes {
         static constexpr std::array<ArgRule, 2> kArgRules{{
             {"OriginatorFName", 0, Asym::None},
             {"DestinationFName", 0, Asym::None},
@@ -382,14 +387,7 @@ constexpr std::array<Op<A>, 9> MimeMessageSpecialOps() {
     }};
 }
 
-// Texts are written even when absent, enumerations as their low byte.
-struct MimeMessageRules {
-    template <typename P>
-    static constexpr Asym Default(std::size_t) {
-        if constexpr (std::is_same_v<P, const char*>) return kMimeText;
-        if constexpr (std::is_enum_v<P>) return kMimeByte;
-        return Asym::None;
-    }
+struct MimeMessageRules : EveryTextLowBytes {
     static constexpr std::array<ArgRule, 0> kArgRules{};
 };
 
