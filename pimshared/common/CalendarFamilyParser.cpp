@@ -378,7 +378,7 @@ bool TReceivingEngine<TReceiver>::Parse(const void* data, const unsigned int& le
         return false;
     }
     m_state = ParsingStateBegin;
-    Direct direct{*this};
+    TWalkTarget<TReceivingEngine> direct{*this};
     const bool ok = ParseInto(direct, data, length, errorText, consumed);
     if (!ok) m_receiver.TraceMessage(kInternal, errorText);
     CarryPendingName();
@@ -769,47 +769,6 @@ template <typename TReceiver>
 bool TReceivingEngine<TReceiver>::LeafString(const unsigned int& typeId, const char* text) {
     return OnString(typeId, text);
 }
-
-// The walk's target: the engine, with the calls of every element bound
-// statically, the common ones compiled into the walk, and their arguments by
-// value.
-template <typename TReceiver>
-struct TReceivingEngine<TReceiver>::Direct {
-    // The engine never asks the walk where it is.
-    static constexpr bool kReadsPosition = false;
-    TReceivingEngine& engine;
-    PIMTLV_WALK_INLINE_MEMBER bool NodeBegin(unsigned int typeId) {
-        return engine.OnNodeBegin(typeId);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool NodeEnd(unsigned int typeId) { return engine.OnNodeEnd(typeId); }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafString(unsigned int typeId, const char* text) {
-        return engine.OnString(typeId, text);
-    }
-    bool Unknown(eClass c, unsigned int typeId, const void* value, unsigned int length) {
-        return engine.Unknown(c, typeId, value, length);
-    }
-    bool LeafInt8(unsigned int typeId, signed char value) { return engine.LeafInt8(typeId, value); }
-    bool LeafInt16(unsigned int typeId, short value) { return engine.LeafInt16(typeId, value); }
-    bool LeafUInt8(unsigned int typeId, unsigned char value) {
-        return engine.LeafUInt8(typeId, value);
-    }
-    bool LeafUInt16(unsigned int typeId, unsigned short value) {
-        return engine.LeafUInt16(typeId, value);
-    }
-    bool LeafBitfield8(unsigned int typeId, unsigned char value) {
-        return engine.LeafBitfield8(typeId, value);
-    }
-    bool LeafBitfield16(unsigned int typeId, unsigned short value) {
-        return engine.LeafBitfield16(typeId, value);
-    }
-    bool LeafByteStream(unsigned int typeId, const void* data, unsigned int length) {
-        return engine.LeafByteStream(typeId, data, length);
-    }
-    bool LeafUInt32(unsigned int typeId, unsigned int value) {
-        return engine.LeafUInt32(typeId, value);
-    }
-    bool LeafInt32(unsigned int typeId, int value) { return engine.LeafInt32(typeId, value); }
-};
 
 template class TReceivingEngine<ICalendarReceiver>;
 template class TReceivingEngine<ITaskReceiver>;

@@ -10,6 +10,7 @@
 #include "pimshared/common/CalendarLayout.h"
 #include "pimshared/common/CalendarTypeIds.h"
 #include "pimshared/common/DiagnosticFormat.h"
+#include "pimshared/common/WalkTarget.h"
 #include "pimshared/common/XParam.h"
 #include "pimshared/note/INoteReceiver.h"
 #include "pimshared/task/ITaskReceiver.h"
@@ -157,9 +158,11 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     TReceiver& m_receiver;
 
   private:
-    struct Direct;
+    friend struct TWalkTarget<TReceivingEngine>;
     // The element calls themselves, by value: the walk binds them statically
-    // through Direct, and the ITLV overrides forward to them.
+    // through its target, and the ITLV overrides forward to them. Every other
+    // leaf is rare enough to go through its override.
+    static constexpr unsigned int kWalkInlined = 0;
     bool OnNodeBegin(unsigned int typeId);
     bool OnNodeEnd(unsigned int typeId);
     bool OnString(unsigned int typeId, const char* text);

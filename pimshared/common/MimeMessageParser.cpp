@@ -522,48 +522,6 @@ bool CMimeMessageParserEngine::LeafInt32(const unsigned int& typeId, const int& 
     return OnInt32(typeId, value);
 }
 
-// The walk's target: the engine, with every element call bound statically
-// and its arguments by value.
-struct CMimeMessageParserEngine::Direct {
-    // The engine never asks the walk where it is.
-    static constexpr bool kReadsPosition = false;
-    CMimeMessageParserEngine& engine;
-    PIMTLV_WALK_INLINE_MEMBER bool NodeBegin(unsigned int typeId) {
-        return engine.OnNodeBegin(typeId);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool NodeEnd(unsigned int typeId) { return engine.OnNodeEnd(typeId); }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafUInt8(unsigned int typeId, unsigned char value) {
-        return engine.OnUInt8(typeId, value);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafString(unsigned int typeId, const char* text) {
-        return engine.OnString(typeId, text);
-    }
-    bool Unknown(Tlv::eClass c, unsigned int typeId, const void* value, unsigned int length) {
-        return engine.Unknown(c, typeId, value, length);
-    }
-    bool LeafInt8(unsigned int typeId, signed char value) { return engine.LeafInt8(typeId, value); }
-    bool LeafInt16(unsigned int typeId, short value) { return engine.LeafInt16(typeId, value); }
-    bool LeafUInt16(unsigned int typeId, unsigned short value) {
-        return engine.LeafUInt16(typeId, value);
-    }
-    bool LeafBitfield8(unsigned int typeId, unsigned char value) {
-        return engine.LeafBitfield8(typeId, value);
-    }
-    bool LeafBitfield16(unsigned int typeId, unsigned short value) {
-        return engine.LeafBitfield16(typeId, value);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafByteStream(unsigned int typeId, const void* data,
-                                                  unsigned int length) {
-        return engine.OnByteStream(typeId, data, length);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafUInt32(unsigned int typeId, unsigned int value) {
-        return engine.OnUInt32(typeId, value);
-    }
-    PIMTLV_WALK_INLINE_MEMBER bool LeafInt32(unsigned int typeId, int value) {
-        return engine.OnInt32(typeId, value);
-    }
-};
-
 bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& length,
                                      const char*& errorText, unsigned int& consumed) {
     consumed = 0;
@@ -574,7 +532,7 @@ bool CMimeMessageParserEngine::Parse(const void* data, const unsigned int& lengt
     ResetShared();
     ClearGroup();
     ResetAdditions();
-    Direct direct{*this};
+    TWalkTarget<CMimeMessageParserEngine> direct{*this};
     if (ParseInto(direct, data, length, errorText, consumed)) return true;
     Trace(3, errorText);
     return false;

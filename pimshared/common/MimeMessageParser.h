@@ -5,6 +5,7 @@
 #include "parsercreatorcollection/src/tlv/parser/TLVParser.h"
 #include "pimshared/common/IMimeMessageAttributes.h"
 #include "pimshared/common/MimeMessageIds.h"
+#include "pimshared/common/WalkTarget.h"
 #include "platform/CString.h"
 
 namespace PimShared {
@@ -97,9 +98,11 @@ class CMimeMessageParserEngine : public ParserCreatorCollection::ITLV,
     bool Refuse(const char* classWord, unsigned int typeId);
 
   private:
-    struct Direct;
+    friend struct TWalkTarget<CMimeMessageParserEngine>;
     // The element calls themselves, by value: the walk binds them statically
-    // through Direct and the ITLV overrides forward to them.
+    // through its target and the ITLV overrides forward to them.
+    static constexpr unsigned int kWalkInlined =
+        kWalkInlinesUInt8 | kWalkInlinesByteStream | kWalkInlinesUInt32 | kWalkInlinesInt32;
     bool OnNodeBegin(unsigned int typeId);
     bool OnNodeEnd(unsigned int typeId);
     bool OnUInt8(unsigned int typeId, unsigned char value);
