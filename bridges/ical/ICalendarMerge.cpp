@@ -16,6 +16,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -25,9 +26,11 @@
 #include <vector>
 
 #include "ICalendarBridge.h"
+#include "bridges/common/Charset.h"
 #include "bridges/common/Clock.h"
 #include "bridges/common/ItemStreams.h"
 #include "bridges/common/Merge.h"
+#include "platform/Utf8.h"
 #include "private/ICalendarItems.h"
 #include "private/ICalendarMapping.h"
 
@@ -185,7 +188,16 @@ TextMap MapText(const char* text, std::size_t size) {
             }
         } else if (line.name == "UID" && itemDepth != kNone && open.size() == itemDepth + 1 &&
                    map.items.back().uid.empty()) {
-            map.items.back().uid = Unescape(ValueOf(Unfold(text, line)));
+            // As the import reads it, so that the device's item finds it: a
+            // line that is no UTF-8 is read as the fallback charset.
+            std::string unfolded = Unfold(text, line);
+            if (!PAL::IsValidUtf8(unfolded.data(), static_cast<unsigned int>(std::min<std::size_t>(
+                                                       unfolded.size(), UINT_MAX)))) {
+                std::string converted;
+                AppendWindows1252AsUtf8(unfolded.data(), unfolded.size(), converted);
+                unfolded.swap(converted);
+            }
+            map.items.back().uid = Unescape(ValueOf(unfolded));
         }
     }
     return map;

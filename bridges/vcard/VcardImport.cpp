@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <climits>
 #include <deque>
 #include <string>
 #include <vector>
@@ -7,6 +9,7 @@
 #include "bridges/vcard/private/ContentLine.h"
 #include "bridges/vcard/private/VcardMap.h"
 #include "pimshared/contact/TLVContactCreator.h"
+#include "platform/Utf8.h"
 
 namespace PimBridge {
 
@@ -246,6 +249,20 @@ bool Importer::Media(const ContentLine& line, std::string& uri) {
 }
 
 void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
+    if (line.base64 && info.shape != Shape::Media && info.shape != Shape::Key) {
+        // Base64 on a property of text: old writers meant the text it
+        // encodes. Anything else stays as written, and the encoding is named.
+        if (DecodeBase64(line.value, m_data) && m_data.find('\0') == std::string::npos &&
+            PAL::IsValidUtf8(m_data.data(), static_cast<unsigned int>(
+                                                std::min<std::size_t>(m_data.size(), UINT_MAX)))) {
+            ContentLine decoded = line;
+            decoded.value.swap(m_data);
+            decoded.base64 = false;
+            Mapped(decoded, info);
+            return;
+        }
+        Lose(line.name, "ENCODING");
+    }
     ReadParams(line, &info);
     const Params& p = m_params;
     const XParams& x = p.xParams;

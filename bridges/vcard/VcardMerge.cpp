@@ -24,6 +24,8 @@
 #include "bridges/vcard/Vcard.h"
 #include "bridges/vcard/private/CardWriter.h"
 #include "bridges/vcard/private/ContentLine.h"
+#include "pimshared/contact/ContactReceiver.h"
+#include "pimshared/contact/TLVContactParser.h"
 
 namespace PimBridge {
 
@@ -48,7 +50,6 @@ struct Card {
     unsigned int line = 0;
     Version version = Version::V30;
     std::string versionText = "3.0";
-    std::string uid;  // empty when none
     std::vector<Unit> units;
     bool keyed = false;  // keys computed
 };
@@ -57,7 +58,7 @@ struct Text {
     const char* data = nullptr;
     std::size_t size = 0;
     std::vector<Card> cards;
-    ComponentMatcher matcher;  // over cards, filled by Scan
+    ComponentMatcher matcher;  // over cards, filled by MatchImported
 };
 
 // The cards of text and where their lines are; false with error and line for
@@ -88,7 +89,6 @@ bool Scan(Text& text, std::string& error, unsigned int& errorLine) {
             continue;  // text outside any card stays as it is
         }
         if (line.name == "END"sv && vcard) {
-            text.matcher.Add(card->uid);
             card->endLine = start;
             card->end = reader.Position();
             card = nullptr;
@@ -119,7 +119,6 @@ bool Scan(Text& text, std::string& error, unsigned int& errorLine) {
             card->versionText = line.value;
             reader.Version21(line.value == "2.1"sv);
         }
-        if (line.name == "UID"sv) Unescape(line.value, card->uid);
         agentOpen = line.name == "AGENT"sv && line.value.empty();
         card->units.push_back(Unit{start, reader.Position(), line.name, line.line, {}});
     }
@@ -137,6 +136,29 @@ bool Scan(Text& text, std::string& error, unsigned int& errorLine) {
 }
 
 // The name of an unfolded content line, without its group.
+// Fills the matcher with each card's UID as the import of the text wrote it
+// (one item per card, in order). The import may convert or decode a UID's
+// text, and the device sends that form back: matched on the line as written,
+// a card the device returned unchanged would be taken for an added one.
+void MatchImported(Text& text, const ImportResult& imported) {
+    struct UidOf final : PimShared::CContactReceiverBase {
+        std::string uid;  // the last UID, as the device's cards are read
+        bool UID(const char* value) override {
+            uid = value != nullptr ? value : "";
+            return true;
+        }
+    } receiver;
+    PimShared::CTLVContactParser parser(receiver);
+    for (const ImportedItem& item : imported.items) {
+        receiver.uid.clear();
+        const char* errorText = nullptr;
+        unsigned int consumed = 0;
+        parser.Parse(imported.streams.data() + item.offset, static_cast<unsigned int>(item.size),
+                     errorText, consumed);
+        text.matcher.Add(receiver.uid);
+    }
+}
+
 std::string_view LineName(std::string_view line) {
     std::size_t end = 0;
     while (end < line.size() && line[end] != ';' && line[end] != ':') ++end;
@@ -389,6 +411,13 @@ MergeResult Merger::Run(const std::uint8_t* data, std::size_t size) {
     const ImportResult imported = ImportVcard(m_original.data, m_original.size);
     if (!imported.ok || imported.items.size() != m_original.cards.size())
         return fail("the original: " + imported.error, imported.errorLine);
+    MatchImported(m_original, imported);
+    if (m_options.base != nullptr) {
+        const ImportResult base = ImportVcard(m_base.data, m_base.size);
+        if (!base.ok || base.items.size() != m_base.cards.size())
+            return fail("the base: " + base.error, base.errorLine);
+        MatchImported(m_base, base);
+    }
 
     // Each card's merged text, written in place of the card; added cards after the last.
     std::vector<std::string> merged(m_original.cards.size());

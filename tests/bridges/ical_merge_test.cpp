@@ -167,6 +167,21 @@ TEST(IcalMerge, NewItemsAreAddedAndUnmatchedComponentsStay) {
     EXPECT_TRUE(Has(r.text, "DTSTAMP:"));
     const std::string end = "END:VJOURNAL\r\nEND:VCALENDAR\r\n";
     EXPECT_EQ(r.text.rfind(end), r.text.size() - end.size()) << r.text;
+
+    // A UID the import read as Windows-1252 finds its component in the form
+    // the device sends back: an edit, not a new item.
+    const std::string latin =
+        Cal("BEGIN:VEVENT\r\nUID:ab\xE1"
+            "c\r\nSUMMARY:a\r\nEND:VEVENT\r\n");
+    const MergeResult edited = Merge(latin, Cal("BEGIN:VEVENT\r\nUID:ab\xC3\xA1"
+                                                "c\r\nSUMMARY:b\r\nEND:VEVENT\r\n"));
+    ASSERT_TRUE(edited.ok) << edited.error;
+    ASSERT_EQ(edited.items.size(), 1u);
+    EXPECT_EQ(edited.items[0].outcome, Outcome::Changed);
+    EXPECT_TRUE(Has(edited.text,
+                    "UID:ab\xE1"
+                    "c\r\nSUMMARY:b\r\n"))
+        << edited.text;
 }
 
 // An added item that names a zone the original defines no VTIMEZONE for gets

@@ -239,6 +239,18 @@ TEST(VcardImport, WhatUsedToChangeSilentlyArrivesIntactOrIsNamed) {
          "TEL;VALUE=uri:tel:+49-30-1234"},
         {"2.1", "NOTE;ENCODING=QUOTED-PRINTABLE:one=\r\n two=\r\n\tthree",
          "Note(one two\tthree|-|[])", "", "NOTE:one two\tthree"},
+        // Base64 on text: the text it encodes, or the value as written, its
+        // bytes read as Windows-1252, with the encoding named.
+        {"2.1", "NOTE;ENCODING=BASE64:SGVsbG8=", "Note(Hello|-|[])", "", "NOTE:Hello"},
+        {"3.0",
+         "UID;ENCODING=b:ab\xE1"
+         "c",
+         "UID(ab\xC3\xA1"
+         "c)",
+         "UID from windows-1252, UID;ENCODING",
+         "UID:ab\xC3\xA1"
+         "c"},
+        {"3.0", "NOTE;ENCODING=b:AAE=", "Note(AAE=|-|[])", "NOTE;ENCODING", "NOTE:AAE="},
     };
     for (const Row& row : rows) {
         const std::string text = Card(row.version, {row.line});

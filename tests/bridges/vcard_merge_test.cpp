@@ -131,6 +131,26 @@ TEST_F(VcardMerge, ItemsFindTheirCardsByUidThenPosition) {
     EXPECT_EQ(Report(only), "unchanged");
     EXPECT_TRUE(only.Unchanged());
     EXPECT_EQ(only.text, original);
+
+    // A UID the import reads as Windows-1252 or decodes from base64 is
+    // matched in the form the device sends back, unchanged or edited.
+    const std::string read = Card("3.0", {"UID:ab\xE1"
+                                          "c",
+                                          "FN:Four"}) +
+                             Card("3.0", {"UID;ENCODING=b:dTM=", "FN:Five"});
+    const std::vector<std::uint8_t> own = Streams(read);
+    const MergeResult same = MergeVcard(read.data(), read.size(), own.data(), own.size());
+    EXPECT_EQ(Report(same), "unchanged | unchanged");
+    EXPECT_EQ(same.text, read);
+    const MergeResult edited =
+        Merge(read, Card("3.0", {"UID:u3", "FN:Five!"}) + Card("3.0", {"UID:ab\xC3\xA1"
+                                                                       "c",
+                                                                       "FN:Four!"}));
+    EXPECT_EQ(Report(edited), "changed: FN changed | changed: FN changed");
+    EXPECT_EQ(edited.text, Card("3.0", {"UID:ab\xE1"
+                                        "c",
+                                        "FN:Four!", kRev}) +
+                               Card("3.0", {"UID;ENCODING=b:dTM=", "FN:Five!", kRev}));
 }
 
 TEST_F(VcardMerge, ThreeWayTakesEachSidesChangesAndResolvesConflicts) {

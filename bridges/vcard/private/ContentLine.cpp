@@ -309,8 +309,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     }
     out.badCharset = false;
     out.fallback = nullptr;
-    if (!out.base64) {
-        const Param* charset = out.Find("CHARSET");
+    // A value said to be base64 that is no UTF-8 is no base64 either: it
+    // fails to decode and is read as text like any other.
+    if (!out.base64 || !ValidUtf8(out.value)) {
+        const Param* charset = out.base64 ? nullptr : out.Find("CHARSET");
         if (charset != nullptr && !charset->values.empty())
             out.badCharset = !ConvertCharset(charset->values.front(), out.value);
         if ((charset == nullptr || out.badCharset) && !ValidUtf8(out.value)) {
@@ -323,10 +325,10 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
             out.value.swap(converted);
             out.fallback = kFallbackCharset;
         }
-        if (out.value.find('\0') != std::string::npos) {  // =00, or a charset's U+0000
-            error = "a NUL character in the decoded value";
-            return Result::Malformed;
-        }
+    }
+    if (out.value.find('\0') != std::string::npos) {  // =00, a charset's U+0000, or the byte
+        error = "a NUL character in the decoded value";
+        return Result::Malformed;
     }
     return Result::Line;
 }
