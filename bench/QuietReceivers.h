@@ -11,6 +11,7 @@
 #include "pimshared/email/EmailDescription.h"
 #include "pimshared/im/IMDescription.h"
 #include "pimshared/note/NoteDescription.h"
+#include "pimshared/sms/SMSDescription.h"
 #include "pimshared/task/TaskDescription.h"
 
 namespace PimTlvBench {
@@ -48,6 +49,7 @@ template <typename TReceiver>
 using Quiet = TQuietItem<typename PimShared::ItemOfReceiver<TReceiver>::Type>;
 using QuietEmail = TQuietItem<PimShared::EmailItem>;
 using QuietIM = TQuietItem<PimShared::ImItem>;
+using QuietSMS = TQuietItem<PimShared::SmsItem>;
 
 }  // namespace PimTlvBench
 

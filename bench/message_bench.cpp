@@ -1,9 +1,9 @@
-// Throughput of the e-mail and instant-message codecs: writing (every
+// Throughput of the e-mail, instant-message and SMS codecs: writing (every
 // operation plus GetData) and reading (the item parser with a receiver that
 // keeps nothing), each beside the plain TLV walk of the same bytes, which is
 // the floor any item parser stands on. The e-mail is a realistic large one: a
 // 4 KB body, five mailboxes, content-type nodes and two 64 KB attachments in
-// their own entities. The instant message is a typical short one. When built
+// their own entities. The instant message and the SMS are typical short ones. When built
 // with PIMTLV_BENCH_PROTOBUF (message_bench.proto), both are also measured as
 // Protocol Buffers messages with the same fields.
 
@@ -19,6 +19,8 @@
 #include "pimshared/email/TLVEmailParser.h"
 #include "pimshared/im/TLVIMCreator.h"
 #include "pimshared/im/TLVIMParser.h"
+#include "pimshared/sms/TLVSMSCreator.h"
+#include "pimshared/sms/TLVSMSParser.h"
 
 #ifdef PIMTLV_BENCH_PROTOBUF
 #include "bench/ProtobufLoops.h"
@@ -31,6 +33,7 @@ using namespace PimShared;
 using M = IMimeMessageAttributes;
 using PimTlvBench::QuietEmail;
 using PimTlvBench::QuietIM;
+using PimTlvBench::QuietSMS;
 
 using PimTlvBench::NullTarget;
 
@@ -95,6 +98,29 @@ bool WriteIM(CTLVIMCreator& c) {
            c.ExtendedData(extended) && c.End();
 }
 
+// A received part of a concatenated message, with every attribute given.
+bool WriteSMS(CTLVSMSCreator& c) {
+    using S = ISMSAttributes;
+    const unsigned char reference = 17, parts = 2, sequence = 1;
+    const S::eReadStatus read = S::ReadStatusUnread;
+    const S::eDownloadState download = S::DownloadStateComplete;
+    const S::eSMSState received = S::SMSStateReceived;
+    const S::eSMSType deliver = S::SMSTypeDeliver;
+    const S::eStorageType phone = S::StorageTypePhone;
+    const unsigned short index = 12;
+    const S::ePriority normal = S::PriorityNormal;
+    return c.Begin(3) &&
+           c.Body("Running late, the train is stuck at the bridge. Start without me.") &&
+           c.Concat(reference, parts, sequence) && c.Destination("+441632960001") &&
+           c.ReadStatus(read) && c.DownloadState(download) && c.Folder("Inbox") &&
+           c.Instance("sms-0042") && c.Originator("+441632960002") &&
+           c.OriginatorName(nullptr, "Ann", "Example", nullptr, nullptr, nullptr) &&
+           c.OriginatorFName("Ann Example") && c.ServiceCenter("+447700900000") &&
+           c.SMSState(received) && c.SMSType(deliver) && c.StorageType(phone) &&
+           c.StorageIndex(index) && c.Subject("Train") && c.Timestamp("20261122T010000Z") &&
+           c.TimestampLocal("20261122T010000") && c.Priority(normal) && c.End();
+}
+
 template <class Creator, bool (*Write)(Creator&)>
 std::vector<unsigned char> Stream() {
     Creator c;
@@ -153,6 +179,11 @@ BENCHMARK_TEMPLATE(ParseItem, CTLVIMCreator, WriteIM, CTLVIMParser, QuietIM)->Na
 BENCHMARK_TEMPLATE(ParseItem, CTLVIMCreator, WriteIM, ParserCreatorCollection::CTLVParser,
                    NullTarget)
     ->Name("IM/PlainWalk");
+BENCHMARK_TEMPLATE(Create, CTLVSMSCreator, WriteSMS)->Name("SMS/Create");
+BENCHMARK_TEMPLATE(ParseItem, CTLVSMSCreator, WriteSMS, CTLVSMSParser, QuietSMS)->Name("SMS/Parse");
+BENCHMARK_TEMPLATE(ParseItem, CTLVSMSCreator, WriteSMS, ParserCreatorCollection::CTLVParser,
+                   NullTarget)
+    ->Name("SMS/PlainWalk");
 
 #ifdef PIMTLV_BENCH_PROTOBUF
 // The same content through protobuf: build + SerializeToString, and
