@@ -1,11 +1,31 @@
 #include "pimshared/sms/TLVSMSCreator.h"
 
 #include "parsercreatorcollection/src/tlv/creator/private/TLVCreatorImpl.h"
-#include "pimshared/sms/SMSTypeIds.h"
+#include "pimshared/sms/SMSLayout.h"
 
 namespace PimShared {
 
 using namespace SMSTypeIds;
+using SMSLayout::eForm;
+using SMSLayout::Row;
+using SMSLayout::tOperation;
+
+namespace {
+
+// Each operation writes by its row; the rows are constants, so every call
+// below folds to the one write its form makes.
+inline bool WriteText(TlvWriter* tlv, const tOperation& row, const char* text) {
+    if (row.form == eForm::NonEmptyText && (text == nullptr || text[0] == 0)) return false;
+    return tlv != nullptr && tlv->LeafString(row.id, text);
+}
+
+inline bool WriteNumber(TlvWriter* tlv, const tOperation& row, unsigned int value) {
+    if (tlv == nullptr) return false;
+    if (row.form == eForm::Word) return tlv->LeafUInt16(row.id, static_cast<unsigned short>(value));
+    return tlv->LeafUInt8(row.id, static_cast<unsigned char>(value & 0xFFu));
+}
+
+}  // namespace
 
 // Out of line, as for every creator: the frame it derives from is the
 // library's own, and is torn down where it was built.
@@ -22,122 +42,113 @@ bool CTLVSMSCreator::End() {
     return tlv != nullptr && tlv->NodeEnd(TypeIdCompTypeSMS) && tlv->NodeEnd(TypeIdObjTypeMessage);
 }
 
-bool CTLVSMSCreator::Text(unsigned int typeId, const char* text) {
-    auto* tlv = Writer();
-    return tlv != nullptr && tlv->LeafString(typeId, text);
-}
-
-bool CTLVSMSCreator::NonEmptyText(unsigned int typeId, const char* text) {
-    return text != nullptr && text[0] != 0 && Text(typeId, text);
-}
-
-bool CTLVSMSCreator::Byte(unsigned int typeId, unsigned int value) {
-    auto* tlv = Writer();
-    const auto low = static_cast<unsigned char>(value & 0xFFu);
-    return tlv != nullptr && tlv->LeafUInt8(typeId, low);
-}
-
 bool CTLVSMSCreator::Body(const char* text) {
-    return Text(TypeIdValTypeBody, text);
+    return WriteText(Writer(), Row(SMSLayout::Body), text);
 }
 
 bool CTLVSMSCreator::Concat(const unsigned char& first, const unsigned char& second,
                             const unsigned char& third) {
+    constexpr const tOperation& row = Row(SMSLayout::Concat);
+    static_assert(row.form == eForm::ByteGroup && row.count == 3, "one leaf per number");
     auto* tlv = Writer();
-    return tlv != nullptr && tlv->NodeBegin(TypeIdPropTypeConcat) &&
-           tlv->LeafUInt8(TypeIdValTypeConcat1, first) &&
-           tlv->LeafUInt8(TypeIdValTypeConcat2, second) &&
-           tlv->LeafUInt8(TypeIdValTypeConcat3, third) && tlv->NodeEnd(TypeIdPropTypeConcat);
+    if (tlv == nullptr || !tlv->NodeBegin(row.node)) return false;
+    const unsigned char bytes[] = {first, second, third};
+    for (unsigned int i = 0; i < row.count; ++i) {
+        if (!tlv->LeafUInt8(row.id + i, bytes[row.argument + i])) return false;
+    }
+    return tlv->NodeEnd(row.node);
 }
 
 bool CTLVSMSCreator::Destination(const char* text) {
-    return Text(TypeIdValTypeDestination, text);
+    return WriteText(Writer(), Row(SMSLayout::Destination), text);
 }
 
 bool CTLVSMSCreator::ReadStatus(const eReadStatus& status) {
-    return Byte(TypeIdValTypeReadStatus, status);
+    return WriteNumber(Writer(), Row(SMSLayout::ReadStatus), status);
 }
 
 bool CTLVSMSCreator::DownloadState(const eDownloadState& state) {
-    return Byte(TypeIdValTypeDownloadState, state);
+    return WriteNumber(Writer(), Row(SMSLayout::DownloadState), state);
 }
 
 bool CTLVSMSCreator::Folder(const char* text) {
-    return Text(TypeIdValTypeFolder, text);
+    return WriteText(Writer(), Row(SMSLayout::Folder), text);
 }
 
 bool CTLVSMSCreator::Instance(const char* text) {
-    return Text(TypeIdValTypeInstanceName, text);
+    return WriteText(Writer(), Row(SMSLayout::Instance), text);
 }
 
 bool CTLVSMSCreator::Originator(const char* text) {
-    return Text(TypeIdValTypeOriginator, text);
+    return WriteText(Writer(), Row(SMSLayout::Originator), text);
 }
 
-bool CTLVSMSCreator::OriginatorName(const char* /*part1*/, const char* part2, const char* part3,
+bool CTLVSMSCreator::OriginatorName(const char* part1, const char* part2, const char* part3,
                                     const char* part4, const char* part5, const char* part6) {
+    constexpr const tOperation& row = Row(SMSLayout::OriginatorName);
+    static_assert(row.form == eForm::TextParts, "each part written only when given");
     auto* tlv = Writer();
+    // An absent name is not an error for the devices that send these messages.
     if (tlv == nullptr) return true;
-    const char* const parts[] = {part2, part3, part4, part5, part6};
-    static_assert(
-        sizeof parts / sizeof parts[0] == TypeIdValTypeNamePart5 - TypeIdValTypeNamePart1 + 1,
-        "one name part ID per written part");
+    const char* const parts[] = {part1, part2, part3, part4, part5, part6};
+    static_assert(row.argument + row.count == sizeof parts / sizeof parts[0],
+                  "the run ends at the last argument");
     bool ok = true;
-    for (unsigned int i = 0; i < sizeof parts / sizeof parts[0]; ++i) {
-        if (parts[i] == nullptr || parts[i][0] == 0) continue;
+    for (unsigned int i = 0; i < row.count; ++i) {
+        const char* part = parts[row.argument + i];
+        if (part == nullptr || part[0] == 0) continue;
         // Each part stands on its own: a refused one does not hold back the rest.
-        ok = tlv->LeafString(TypeIdValTypeNamePart1 + i, parts[i]);
+        ok = tlv->LeafString(row.id + i, part);
     }
     return ok;
 }
 
 bool CTLVSMSCreator::OriginatorFName(const char* text) {
-    return NonEmptyText(TypeIdValTypeOriginatorFName, text);
+    return WriteText(Writer(), Row(SMSLayout::OriginatorFName), text);
 }
 
 bool CTLVSMSCreator::DestinationFName(const char* text) {
-    return NonEmptyText(TypeIdValTypeDestinationFName, text);
+    return WriteText(Writer(), Row(SMSLayout::DestinationFName), text);
 }
 
 bool CTLVSMSCreator::ServiceCenter(const char* text) {
-    return Text(TypeIdValTypeServiceCenter, text);
+    return WriteText(Writer(), Row(SMSLayout::ServiceCenter), text);
 }
 
 bool CTLVSMSCreator::SMSState(const eSMSState& state) {
-    return Byte(TypeIdValTypeSMSState, state);
+    return WriteNumber(Writer(), Row(SMSLayout::SMSState), state);
 }
 
 bool CTLVSMSCreator::SMSType(const eSMSType& type) {
-    return Byte(TypeIdValTypeSMSType, type);
+    return WriteNumber(Writer(), Row(SMSLayout::SMSType), type);
 }
 
 bool CTLVSMSCreator::StorageType(const eStorageType& type) {
-    return Byte(TypeIdValTypeStorageType, type);
+    return WriteNumber(Writer(), Row(SMSLayout::StorageType), type);
 }
 
 bool CTLVSMSCreator::StorageIndex(const unsigned short& index) {
-    auto* tlv = Writer();
-    return tlv != nullptr && tlv->LeafUInt16(TypeIdValTypeStorageIndex, index);
+    return WriteNumber(Writer(), Row(SMSLayout::StorageIndex), index);
 }
 
 bool CTLVSMSCreator::SendingState(const char* text) {
-    return Text(TypeIdValTypeSendingState, text);
+    return WriteText(Writer(), Row(SMSLayout::SendingState), text);
 }
 
 bool CTLVSMSCreator::Subject(const char* text) {
-    return Text(TypeIdValTypeSubject, text);
+    return WriteText(Writer(), Row(SMSLayout::Subject), text);
 }
 
 bool CTLVSMSCreator::Timestamp(const char* text) {
-    return Text(TypeIdValTypeTimestamp, text);
+    return WriteText(Writer(), Row(SMSLayout::Timestamp), text);
 }
 
 bool CTLVSMSCreator::TimestampLocal(const char* text) {
-    return Text(TypeIdValTypeTimestampLocal, text);
+    return WriteText(Writer(), Row(SMSLayout::TimestampLocal), text);
 }
 
 bool CTLVSMSCreator::Priority(const ePriority& priority) {
-    return Byte(TypeIdValTypeMessagePriority, priority);
+    return WriteNumber(Writer(), Row(SMSLayout::Priority), priority);
 }
 
 bool CTLVSMSCreator::Reset() {

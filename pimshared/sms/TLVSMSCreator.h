@@ -69,12 +69,6 @@ class PIMTLV_API CTLVSMSCreator : public ISMSCreator, private CTLVCreatorFrame {
 
     bool Reset() override;
     bool GetData(const void*& data, unsigned int& length) override;
-
-  private:
-    bool Text(unsigned int typeId, const char* text);
-    bool NonEmptyText(unsigned int typeId, const char* text);
-    /// The low byte of an enumeration value.
-    bool Byte(unsigned int typeId, unsigned int value);
 };
 
 }  // namespace PimShared

@@ -1,7 +1,7 @@
 #include "pimshared/sms/TLVSMSParser.h"
 
 #include "pimshared/common/DiagnosticFormat.h"
-#include "pimshared/sms/SMSTypeIds.h"
+#include "pimshared/sms/SMSLayout.h"
 
 namespace PimShared {
 
@@ -11,65 +11,11 @@ using ParserCreatorCollection::eClass;
 
 namespace {
 
-// Text leaves of node 700, each delivered as it comes.
-struct TextLeaf {
-    unsigned int typeId;
-    bool (ISMSReceiver::*deliver)(const char*);
-};
-constexpr TextLeaf kTextLeaves[] = {
-    {TypeIdValTypeBody, &ISMSReceiver::Body},
-    {TypeIdValTypeDestination, &ISMSReceiver::Destination},
-    {TypeIdValTypeFolder, &ISMSReceiver::Folder},
-    {TypeIdValTypeInstanceName, &ISMSReceiver::Instance},
-    {TypeIdValTypeOriginator, &ISMSReceiver::Originator},
-    {TypeIdValTypeOriginatorFName, &ISMSReceiver::OriginatorFName},
-    {TypeIdValTypeDestinationFName, &ISMSReceiver::DestinationFName},
-    {TypeIdValTypeServiceCenter, &ISMSReceiver::ServiceCenter},
-    {TypeIdValTypeSendingState, &ISMSReceiver::SendingState},
-    {TypeIdValTypeSubject, &ISMSReceiver::Subject},
-    {TypeIdValTypeTimestamp, &ISMSReceiver::Timestamp},
-    {TypeIdValTypeTimestampLocal, &ISMSReceiver::TimestampLocal},
-};
-static_assert(sizeof kTextLeaves / sizeof kTextLeaves[0] == 12, "twelve text attributes");
+using SMSLayout::eForm;
+using SMSLayout::Row;
+using SMSLayout::tOperation;
 
-// The wire byte widened back to the enumeration it was cut from.
-template <typename Enum, bool (ISMSAttributes::*Operation)(const Enum&)>
-bool DeliverEnum(ISMSReceiver& receiver, unsigned char value) {
-    const Enum widened = static_cast<Enum>(value);
-    return (receiver.*Operation)(widened);
-}
-
-// Byte leaves of node 700 (the enumerations).
-struct ByteLeaf {
-    unsigned int typeId;
-    bool (*deliver)(ISMSReceiver&, unsigned char);
-};
-constexpr ByteLeaf kByteLeaves[] = {
-    {TypeIdValTypeReadStatus, &DeliverEnum<ISMSReceiver::eReadStatus, &ISMSReceiver::ReadStatus>},
-    {TypeIdValTypeDownloadState,
-     &DeliverEnum<ISMSReceiver::eDownloadState, &ISMSReceiver::DownloadState>},
-    {TypeIdValTypeSMSState, &DeliverEnum<ISMSReceiver::eSMSState, &ISMSReceiver::SMSState>},
-    {TypeIdValTypeSMSType, &DeliverEnum<ISMSReceiver::eSMSType, &ISMSReceiver::SMSType>},
-    {TypeIdValTypeStorageType,
-     &DeliverEnum<ISMSReceiver::eStorageType, &ISMSReceiver::StorageType>},
-    {TypeIdValTypeMessagePriority, &DeliverEnum<ISMSReceiver::ePriority, &ISMSReceiver::Priority>},
-};
-static_assert(sizeof kByteLeaves / sizeof kByteLeaves[0] == 6, "six enumerations");
-
-template <typename Entry, unsigned int N>
-const Entry* Find(const Entry (&table)[N], unsigned int typeId) {
-    for (const Entry& entry : table) {
-        if (entry.typeId == typeId) return &entry;
-    }
-    return nullptr;
-}
-
-// The originator's name arrives as the contact's five name parts; part k
-// (508 + k - 1) is the receiver's argument k + 1, the first argument having no
-// leaf of its own.
-constexpr unsigned int kNameArguments = 6;
-static_assert(TypeIdValTypeNamePart5 - TypeIdValTypeNamePart1 + 2 == kNameArguments,
-              "five name parts after the unwritten first argument");
+constexpr unsigned int kConcatNode = Row(SMSLayout::Concat).node;
 
 }  // namespace
 
@@ -122,7 +68,7 @@ bool CTLVSMSParser::NodeBegin(const unsigned int& typeId) {
         m_inMessage = true;
         return m_receiver.Begin(m_instance);
     }
-    if (typeId == TypeIdPropTypeConcat && m_inMessage && !m_inConcat) {
+    if (typeId == kConcatNode && m_inMessage && !m_inConcat) {
         m_inConcat = true;
         return true;
     }
@@ -130,7 +76,7 @@ bool CTLVSMSParser::NodeBegin(const unsigned int& typeId) {
 }
 
 bool CTLVSMSParser::NodeEnd(const unsigned int& typeId) {
-    if (typeId == TypeIdPropTypeConcat && m_inMessage && m_inConcat) {
+    if (typeId == kConcatNode && m_inMessage && m_inConcat) {
         const bool answer = m_receiver.Concat(m_concat[0], m_concat[1], m_concat[2]);
         m_concat[0] = m_concat[1] = m_concat[2] = 0;
         m_inConcat = false;
@@ -148,31 +94,46 @@ bool CTLVSMSParser::NodeEnd(const unsigned int& typeId) {
 }
 
 bool CTLVSMSParser::LeafUInt8(const unsigned int& typeId, const unsigned char& value) {
-    if (typeId >= TypeIdValTypeConcat1 && typeId <= TypeIdValTypeConcat3) {
-        if (!m_inConcat) return Refuse(eClass::UInt8, typeId);
-        m_concat[typeId - TypeIdValTypeConcat1] = value;
-        return true;
+    if (const tOperation* row = SMSLayout::Find(typeId)) {
+        if (row->form == eForm::ByteGroup) {
+            static_assert(sizeof m_concat == Row(SMSLayout::Concat).count, "a byte per leaf");
+            // The bytes wait for the group's node to end; only inside it are
+            // they taken.
+            if (!m_inConcat) return Refuse(eClass::UInt8, typeId);
+            m_concat[typeId - row->id] = value;
+            return true;
+        }
+        if (row->form == eForm::Byte && m_inMessage) return row->number(m_receiver, value);
     }
-    const ByteLeaf* leaf = m_inMessage ? Find(kByteLeaves, typeId) : nullptr;
-    if (leaf == nullptr) return Refuse(eClass::UInt8, typeId);
-    return leaf->deliver(m_receiver, value);
+    return Refuse(eClass::UInt8, typeId);
 }
 
 bool CTLVSMSParser::LeafUInt16(const unsigned int& typeId, const unsigned short& value) {
-    if (typeId != TypeIdValTypeStorageIndex || !m_inMessage) return Refuse(eClass::UInt16, typeId);
-    return m_receiver.StorageIndex(value);
+    const tOperation* row = m_inMessage ? SMSLayout::Find(typeId) : nullptr;
+    if (row == nullptr || row->form != eForm::Word) return Refuse(eClass::UInt16, typeId);
+    return row->number(m_receiver, value);
 }
 
 bool CTLVSMSParser::LeafString(const unsigned int& typeId, const char* text) {
-    if (!m_inMessage) return Refuse(eClass::String, typeId);
-    if (const TextLeaf* leaf = Find(kTextLeaves, typeId)) return (m_receiver.*leaf->deliver)(text);
-    if (typeId >= TypeIdValTypeNamePart1 && typeId <= TypeIdValTypeNamePart5) {
-        const char* parts[kNameArguments] = {};
-        parts[typeId - TypeIdValTypeNamePart1 + 1] = text;
-        return m_receiver.OriginatorName(parts[0], parts[1], parts[2], parts[3], parts[4],
-                                         parts[5]);
+    const tOperation* row = m_inMessage ? SMSLayout::Find(typeId) : nullptr;
+    if (row == nullptr) return Refuse(eClass::String, typeId);
+    switch (row->form) {
+        case eForm::Text:
+        case eForm::NonEmptyText:
+            return row->text(m_receiver, text);
+        case eForm::TextParts: {
+            // One call per leaf, with the leaf's text at its argument and
+            // every other argument null.
+            constexpr unsigned int kArguments =
+                Row(SMSLayout::OriginatorName).argument + Row(SMSLayout::OriginatorName).count;
+            const char* parts[kArguments] = {};
+            parts[row->argument + (typeId - row->id)] = text;
+            return m_receiver.OriginatorName(parts[0], parts[1], parts[2], parts[3], parts[4],
+                                             parts[5]);
+        }
+        default:
+            return Refuse(eClass::String, typeId);
     }
-    return Refuse(eClass::String, typeId);
 }
 
 bool CTLVSMSParser::LeafUInt32(const unsigned int& typeId, const unsigned int& value) {
