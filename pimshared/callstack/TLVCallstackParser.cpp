@@ -1,6 +1,6 @@
 #include "pimshared/callstack/TLVCallstackParser.h"
 
-#include "pimshared/callstack/CallstackTypeIds.h"
+#include "pimshared/callstack/CallstackLayout.h"
 
 namespace PimShared {
 
@@ -9,40 +9,8 @@ using ParserCreatorCollection::eClass;
 
 namespace {
 
-// How an entry's leaf is kept and delivered.
-enum class Kind : unsigned char {
-    Byte,            // the value's first byte
-    Text,            // the value as text
-    Flag,            // the value's first byte, non-zero is true
-    NotImplemented,  // known, but not delivered (reported)
-};
-
-struct PropertyLeaf {
-    unsigned int typeId;
-    Kind kind;
-    bool (ICallstackReceiver::*deliverText)(const char*);
-};
-
-constexpr PropertyLeaf kPropertyLeaves[] = {
-    {TypeIdPropTypeCallByte, Kind::Byte, nullptr},
-    {TypeIdPropTypeCallText1, Kind::Text, &ICallstackReceiver::CallText1},
-    {TypeIdPropTypeCallText2, Kind::Text, &ICallstackReceiver::CallText2},
-    {TypeIdPropTypeCallText3, Kind::Text, &ICallstackReceiver::CallText3},
-    {TypeIdPropTypeCallText4, Kind::Text, &ICallstackReceiver::CallText4},
-    {TypeIdPropTypeCallText5, Kind::Text, &ICallstackReceiver::CallText5},
-    {TypeIdPropTypeCallFlag, Kind::Flag, nullptr},
-};
-static_assert(sizeof kPropertyLeaves / sizeof kPropertyLeaves[0] ==
-                  TypeIdPropTypeCallFlag - TypeIdPropTypeCallByte + 1,
-              "one entry per property ID, in ID order");
-
-constexpr const PropertyLeaf* FindProperty(unsigned int typeId) {
-    return typeId >= TypeIdPropTypeCallByte && typeId <= TypeIdPropTypeCallFlag
-               ? &kPropertyLeaves[typeId - TypeIdPropTypeCallByte]
-               : nullptr;
-}
-static_assert(FindProperty(TypeIdPropTypeCallText3)->typeId == TypeIdPropTypeCallText3,
-              "the table is indexed by ID");
+using CallstackLayout::eForm;
+using CallstackLayout::tOperation;
 
 // The entry kind named by an entry node, 0 for any other node.
 constexpr unsigned int EntryKind(unsigned int typeId) {
@@ -148,29 +116,30 @@ bool CTLVCallstackParser::Leaf(unsigned int typeId, const LeafValue& value) {
 // Keeps the value in its slot only for the call that delivers it, so a
 // property is reported once per leaf, in stream order.
 bool CTLVCallstackParser::Deliver(unsigned int typeId, const LeafValue& value) {
-    const PropertyLeaf* leaf = FindProperty(typeId);
-    if (leaf == nullptr) return Send(ReportUnexpected);
-    switch (leaf->kind) {
-        case Kind::Byte:
+    const tOperation* row = CallstackLayout::Find(typeId);
+    if (row == nullptr) return Send(ReportUnexpected);
+    switch (row->form) {
+        case eForm::Byte:
             m_byte = value.firstByte;
             m_receiver.CallByte(m_byte);
             m_byte = 0;
             break;
-        case Kind::Text: {
-            PAL::CString& slot = m_texts[typeId - TypeIdPropTypeCallText1];
+        case eForm::Text: {
+            static_assert(CallstackLayout::TextCount() == kTextCount, "a slot per text row");
+            PAL::CString& slot = m_texts[row->store];
             const char* text = value.text != nullptr ? value.text : "";
             // Without memory for the copy the walk's own text serves: it is
             // valid for the duration of the call all the same.
-            (m_receiver.*leaf->deliverText)(slot.assign(text) ? slot.c_str() : text);
+            row->text(m_receiver, slot.assign(text) ? slot.c_str() : text);
             slot.truncate(0);
             break;
         }
-        case Kind::Flag:
+        case eForm::Flag:
             m_flag = value.firstByte != 0;
             m_receiver.CallFlag(m_flag);
             m_flag = false;
             break;
-        case Kind::NotImplemented:
+        case eForm::NotImplemented:
             return Send(ReportNotImplemented);
     }
     return true;
