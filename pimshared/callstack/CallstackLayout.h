@@ -84,29 +84,35 @@ constexpr const tOperation& Row(eOperation operation) {
 // is its distance from the first.
 constexpr unsigned int kFirstId = CallstackTypeIds::TypeIdPropTypeCallByte;
 
-// The row of a property leaf, or null when the ID is none.
-constexpr const tOperation* Find(unsigned int id) {
+// The row number of a property leaf, or OperationCount when the ID is none.
+constexpr unsigned int RowOf(unsigned int id) {
     const unsigned int at = id - kFirstId;  // below the first wraps far past the end
-    return at < OperationCount ? &Detail::kOperations[at] : nullptr;
+    return at < OperationCount ? at : static_cast<unsigned int>(OperationCount);
 }
 
+// The row of a property leaf, or null when the ID is none.
+constexpr const tOperation* Find(unsigned int id) {
+    const unsigned int row = RowOf(id);
+    return row != OperationCount ? &Detail::kOperations[row] : nullptr;
+}
+
+// The calls match the form by construction (text rows are made by Detail's
+// helper); what is checked here is the rows' order and slots.
 constexpr bool RowsAreSound() {
     unsigned int texts = 0;
     for (unsigned int r = 0; r < OperationCount; ++r) {
         const tOperation& row = Detail::kOperations[r];
         if (row.id != kFirstId + r) return false;
-        if ((row.text != nullptr) != (row.form == eForm::Text)) return false;
         if (row.form == eForm::Text && row.store != texts++) return false;
     }
     return true;
 }
-static_assert(RowsAreSound(),
-              "rows in ID order with no gap, and each text row has a call and its own slot");
-static_assert(Find(CallstackTypeIds::TypeIdPropTypeCallByte) == &Row(CallByte) &&
-                  Find(CallstackTypeIds::TypeIdPropTypeCallText3) == &Row(CallText3) &&
-                  Find(CallstackTypeIds::TypeIdPropTypeCallFlag) == &Row(CallFlag) &&
-                  Find(CallstackTypeIds::TypeIdPropTypeCallFlag + 1) == nullptr &&
-                  Find(CallstackTypeIds::TypeIdCompTypeCallEntry2) == nullptr,
+static_assert(RowsAreSound(), "rows in ID order with no gap, and each text row has its own slot");
+static_assert(RowOf(CallstackTypeIds::TypeIdPropTypeCallByte) == CallByte &&
+                  RowOf(CallstackTypeIds::TypeIdPropTypeCallText3) == CallText3 &&
+                  RowOf(CallstackTypeIds::TypeIdPropTypeCallFlag) == CallFlag &&
+                  RowOf(CallstackTypeIds::TypeIdPropTypeCallFlag + 1) == OperationCount &&
+                  RowOf(CallstackTypeIds::TypeIdCompTypeCallEntry2) == OperationCount,
               "the index finds every property leaf and nothing else");
 
 // The number of text slots the parser keeps.

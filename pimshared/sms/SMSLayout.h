@@ -105,11 +105,22 @@ template <auto Operation>
 constexpr tOperation Number(unsigned int id, eForm form) {
     return {static_cast<unsigned short>(id), 1, 0, kMessage, form, nullptr, &CallNumber<Operation>};
 }
+// A run of leaves with consecutive IDs; the parser calls its operation by name.
+constexpr tOperation Run(unsigned int id, unsigned int count, unsigned int argument,
+                         unsigned int node, eForm form) {
+    return {static_cast<unsigned short>(id),
+            static_cast<unsigned char>(count),
+            static_cast<unsigned char>(argument),
+            static_cast<unsigned short>(node),
+            form,
+            nullptr,
+            nullptr};
+}
 constexpr eForm Byte = eForm::Byte;
 
 inline constexpr tOperation kOperations[] = {
     Text<&A::Body>(TypeIdValTypeBody),
-    {TypeIdValTypeConcat1, 3, 0, TypeIdPropTypeConcat, eForm::ByteGroup, nullptr, nullptr},
+    Run(TypeIdValTypeConcat1, 3, 0, TypeIdPropTypeConcat, eForm::ByteGroup),
     Text<&A::Destination>(TypeIdValTypeDestination),
     Number<&A::ReadStatus>(TypeIdValTypeReadStatus, Byte),
     Number<&A::DownloadState>(TypeIdValTypeDownloadState, Byte),
@@ -118,7 +129,7 @@ inline constexpr tOperation kOperations[] = {
     Text<&A::Originator>(TypeIdValTypeOriginator),
     // The first part of the name has no leaf: parts two to six travel as the
     // contact's five name parts.
-    {TypeIdValTypeNamePart1, 5, 1, kMessage, eForm::TextParts, nullptr, nullptr},
+    Run(TypeIdValTypeNamePart1, 5, 1, kMessage, eForm::TextParts),
     Text<&A::OriginatorFName>(TypeIdValTypeOriginatorFName, eForm::NonEmptyText),
     Text<&A::DestinationFName>(TypeIdValTypeDestinationFName, eForm::NonEmptyText),
     Text<&A::ServiceCenter>(TypeIdValTypeServiceCenter),
@@ -196,11 +207,16 @@ constexpr tIndex BuildIndex() {
 }
 inline constexpr tIndex kIndex = BuildIndex();
 
+// The row number of a leaf ID, or kNoRow when no row has it.
+constexpr unsigned int RowOf(unsigned int id) {
+    const unsigned int at = id - kLowestId;  // below the lowest wraps far past the end
+    return at < kIndexSize ? kIndex.row[at] : kNoRow;
+}
+
 // The row of a leaf ID, or null when no row has it.
 constexpr const tOperation* Find(unsigned int id) {
-    const unsigned int at = id - kLowestId;  // below the lowest wraps far past the end
-    if (at >= kIndexSize || kIndex.row[at] == kNoRow) return nullptr;
-    return &Detail::kOperations[kIndex.row[at]];
+    const unsigned int row = RowOf(id);
+    return row != kNoRow ? &Detail::kOperations[row] : nullptr;
 }
 
 constexpr bool CoversEveryLeafOnce() {
@@ -210,7 +226,7 @@ constexpr bool CoversEveryLeafOnce() {
         return false;
     }
     for (unsigned int id : Detail::kLeafIds) {
-        if (Find(id) == nullptr) return false;
+        if (RowOf(id) == kNoRow) return false;
     }
     return true;
 }
@@ -218,32 +234,33 @@ static_assert(CoversEveryLeafOnce(),
               "every leaf ID of the message has exactly one row, and every row's leaves are "
               "leaves of the message");
 
+// The calls match the form by construction (the rows are made by Detail's
+// helpers); what is checked here is the rest of a row's shape.
 constexpr bool RowsAreSound() {
-    for (const tOperation& row : Detail::kOperations) {
-        const bool text = row.form == eForm::Text || row.form == eForm::NonEmptyText;
-        const bool number = row.form == eForm::Byte || row.form == eForm::Word;
+    for (unsigned int r = 0; r < OperationCount; ++r) {
+        const tOperation& row = Detail::kOperations[r];
         const bool run = row.form == eForm::TextParts || row.form == eForm::ByteGroup;
-        if ((row.text != nullptr) != text || (row.number != nullptr) != number) return false;
         if (!run && (row.count != 1 || row.argument != 0)) return false;
         if ((row.node != SMSTypeIds::TypeIdCompTypeSMS) != (row.form == eForm::ByteGroup)) {
             return false;
         }
         // The parser calls the two operations with runs by name.
-        if ((row.form == eForm::TextParts) != (&row == &Row(OriginatorName)) ||
-            (row.form == eForm::ByteGroup) != (&row == &Row(Concat))) {
+        if ((row.form == eForm::TextParts) != (r == OriginatorName) ||
+            (row.form == eForm::ByteGroup) != (r == Concat)) {
             return false;
         }
     }
     return true;
 }
 static_assert(RowsAreSound(),
-              "a row's calls match its form, single leaves fill the one argument, only the byte "
-              "group has a node of its own, and the runs are the operations the parser names");
+              "single leaves fill the one argument, only the byte group has a node of its own, "
+              "and the runs are the operations the parser names");
 static_assert(Row(Concat).node == SMSTypeIds::TypeIdPropTypeConcat && Row(Concat).count == 3 &&
                   Row(OriginatorName).argument + Row(OriginatorName).count == 6 &&
-                  Find(SMSTypeIds::TypeIdValTypeNamePart3) == &Row(OriginatorName) &&
-                  Find(SMSTypeIds::TypeIdValTypeConcat3) == &Row(Concat) &&
-                  Find(SMSTypeIds::TypeIdCompTypeSMS) == nullptr && Find(0) == nullptr,
+                  RowOf(SMSTypeIds::TypeIdValTypeNamePart3) == OriginatorName &&
+                  RowOf(SMSTypeIds::TypeIdValTypeConcat3) == Concat &&
+                  RowOf(SMSTypeIds::TypeIdValTypeBody) == Body &&
+                  RowOf(SMSTypeIds::TypeIdCompTypeSMS) == kNoRow && RowOf(0) == kNoRow,
               "the runs hold every argument of their operation, and the index finds them");
 
 }  // namespace SMSLayout
