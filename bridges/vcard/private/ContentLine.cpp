@@ -289,6 +289,13 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     }
     out.badCharset = false;
     out.fallback = nullptr;
+    // Parameter values name no charset of their own: one that is no UTF-8 is
+    // read as the fallback, and the line reports it.
+    for (Param& param : out.params) {
+        for (std::string& value : param.values) {
+            if (ReadAsUtf8(value)) out.fallback = kFallbackCharset;
+        }
+    }
     // A value said to be base64 that is no UTF-8 is no base64 either: it
     // fails to decode and is read as text like any other.
     if (!out.base64 || !IsUtf8(out.value.data(), out.value.size())) {
