@@ -11,8 +11,11 @@
 // bridges convert with the function below; the MIME bridge names the same
 // charset to GMime.
 
+#include <climits>
 #include <cstddef>
 #include <string>
+
+#include "platform/Utf8.h"
 
 namespace PimBridge {
 
@@ -46,6 +49,22 @@ inline void AppendWindows1252AsUtf8(const char* text, std::size_t size, std::str
 // and what a bridge hands a library that converts by name (GMime's fallback
 // charsets), so that both read the bytes alike.
 constexpr const char* kFallbackCharset = "windows-1252";
+
+// Whether the bridges take text as UTF-8: by the check the creators make, so
+// that no byte a creator would replace with '?' passes unreported.
+inline bool IsUtf8(const char* text, std::size_t size) {
+    return size <= UINT_MAX && PAL::IsValidUtf8(text, static_cast<unsigned int>(size));
+}
+
+// Text as the bridges read it: unchanged when it is UTF-8, otherwise read as
+// the fallback charset. True when it was converted, which the caller reports.
+inline bool ReadAsUtf8(std::string& text) {
+    if (IsUtf8(text.data(), text.size())) return false;
+    std::string converted;
+    AppendWindows1252AsUtf8(text.data(), text.size(), converted);
+    text.swap(converted);
+    return true;
+}
 
 }  // namespace PimBridge
 

@@ -16,7 +16,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -30,7 +29,6 @@
 #include "bridges/common/Clock.h"
 #include "bridges/common/ItemStreams.h"
 #include "bridges/common/Merge.h"
-#include "platform/Utf8.h"
 #include "private/ICalendarItems.h"
 #include "private/ICalendarMapping.h"
 
@@ -191,12 +189,7 @@ TextMap MapText(const char* text, std::size_t size) {
             // As the import reads it, so that the device's item finds it: a
             // line that is no UTF-8 is read as the fallback charset.
             std::string unfolded = Unfold(text, line);
-            if (!PAL::IsValidUtf8(unfolded.data(), static_cast<unsigned int>(std::min<std::size_t>(
-                                                       unfolded.size(), UINT_MAX)))) {
-                std::string converted;
-                AppendWindows1252AsUtf8(unfolded.data(), unfolded.size(), converted);
-                unfolded.swap(converted);
-            }
+            ReadAsUtf8(unfolded);
             map.items.back().uid = Unescape(ValueOf(unfolded));
         }
     }

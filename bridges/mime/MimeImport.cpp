@@ -375,12 +375,16 @@ class Importer {
     }
 
     // The unfolded value of the field, relabelled in the fallback charset,
-    // when its charsets are in trouble; else empty.
+    // when its charsets are in trouble; else empty. Its 8-bit bytes are read
+    // by the fallback too: GMime keeps those of a plain parameter value as
+    // they were sent, and drops a last one that looks like a cut character.
     static std::string Relabelled(GMimeHeaderList* headers, const char* name) {
         GMimeHeader* header = g_mime_header_list_get_header(headers, name);
         const char* raw = header != nullptr ? g_mime_header_get_raw_value(header) : nullptr;
         if (FindCharsetTrouble(raw).what.empty()) return std::string();
-        return GText(g_mime_utils_header_unfold(WithFallbackCharset(raw).c_str())).get();
+        std::string text = WithFallbackCharset(raw);
+        ReadAsUtf8(text);
+        return GText(g_mime_utils_header_unfold(text.c_str())).get();
     }
 
     template <typename Walk>

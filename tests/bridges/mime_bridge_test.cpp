@@ -237,6 +237,12 @@ TEST(MimeImport, NothingChangesSilently) {
          "ContentDispositionTypeParam(2,'café',null)",
          "Content-Disposition:3:a parameter value: bytes not valid in utf-8, read as windows-1252",
          Kind::Converted},
+        {"8-bit bytes in a plain parameter value",
+         "From: a@b.c\nContent-Type: text/plain\nContent-Disposition: attachment;"
+         " filename=\"caf\xE9\"\n\nx\n",
+         "ContentDispositionTypeParam(2,'café',null)",
+         "Content-Disposition:3:8-bit text without a charset, read as windows-1252",
+         Kind::Converted},
         {"a character split across encoded words is no fault",
          "From: a@b.c\nSubject: =?utf-8?Q?Caf=C3?= =?utf-8?Q?=A9?=\n\nx\n", "Subject('Café')",
          nullptr, Kind::Converted},

@@ -239,6 +239,10 @@ TEST(VcardImport, WhatUsedToChangeSilentlyArrivesIntactOrIsNamed) {
          "TEL;VALUE=uri:tel:+49-30-1234"},
         {"2.1", "NOTE;ENCODING=QUOTED-PRINTABLE:one=\r\n two=\r\n\tthree",
          "Note(one two\tthree|-|[])", "", "NOTE:one two\tthree"},
+        // Bytes shaped like UTF-8 that the strict check refuses (an overlong
+        // form here) are no UTF-8 either: converted and named, never '?'.
+        {"3.0", "NOTE:x\xE0\x80\x80y", "Note(x\xC3\xA0\xE2\x82\xAC\xE2\x82\xACy|-|[])",
+         "NOTE from windows-1252", "NOTE:x\xC3\xA0\xE2\x82\xAC\xE2\x82\xACy"},
         // Base64 on text: the text it encodes, or the value as written, its
         // bytes read as Windows-1252, with the encoding named.
         {"2.1", "NOTE;ENCODING=BASE64:SGVsbG8=", "Note(Hello|-|[])", "", "NOTE:Hello"},

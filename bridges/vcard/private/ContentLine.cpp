@@ -73,31 +73,11 @@ void DecodeQuotedPrintable(std::string_view in, std::string& out) {
     }
 }
 
-bool ValidUtf8(std::string_view s) {
-    std::size_t i = 0;
-    while (i < s.size()) {
-        const auto c = static_cast<unsigned char>(s[i]);
-        if (c < 0x80) {
-            ++i;
-            continue;
-        }
-        const std::size_t len = (c >= 0xC2 && c <= 0xDF)   ? 2
-                                : (c & 0xF0) == 0xE0       ? 3
-                                : (c >= 0xF0 && c <= 0xF4) ? 4
-                                                           : 0;
-        if (len == 0 || s.size() - i < len) return false;
-        for (std::size_t k = 1; k < len; ++k) {
-            if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
-        }
-        i += len;
-    }
-    return true;
-}
-
 // Converts text from charset to UTF-8; false (text unchanged) when the charset
 // is unknown or the bytes are not in it.
 bool ConvertCharset(const std::string& charset, std::string& text) {
-    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII")) return ValidUtf8(text);
+    if (SameName(charset, "UTF-8") || SameName(charset, "US-ASCII"))
+        return IsUtf8(text.data(), text.size());
     iconv_t cd = iconv_open("UTF-8", charset.c_str());
     if (cd == reinterpret_cast<iconv_t>(-1)) return false;
     std::string out(text.size() * 4 + 16, '\0');
@@ -309,22 +289,25 @@ Reader::Result Reader::Next(ContentLine& out, std::string& error) {
     }
     out.badCharset = false;
     out.fallback = nullptr;
+    // Parameter values name no charset of their own: one that is no UTF-8 is
+    // read as the fallback, and the line reports it.
+    for (Param& param : out.params) {
+        for (std::string& value : param.values) {
+            if (ReadAsUtf8(value)) out.fallback = kFallbackCharset;
+        }
+    }
     // A value said to be base64 that is no UTF-8 is no base64 either: it
     // fails to decode and is read as text like any other.
-    if (!out.base64 || !ValidUtf8(out.value)) {
+    if (!out.base64 || !IsUtf8(out.value.data(), out.value.size())) {
         const Param* charset = out.base64 ? nullptr : out.Find("CHARSET");
         if (charset != nullptr && !charset->values.empty())
             out.badCharset = !ConvertCharset(charset->values.front(), out.value);
-        if ((charset == nullptr || out.badCharset) && !ValidUtf8(out.value)) {
-            // 8-bit text that is no UTF-8 and names no charset this reader
-            // knows: old writers meant Windows-1252 (Latin-1 with printable
-            // characters where Latin-1 has control codes). The caller reports
-            // the conversion.
-            std::string converted;
-            AppendWindows1252AsUtf8(out.value.data(), out.value.size(), converted);
-            out.value.swap(converted);
+        // 8-bit text that is no UTF-8 and names no charset this reader
+        // knows: old writers meant Windows-1252 (Latin-1 with printable
+        // characters where Latin-1 has control codes). The caller reports
+        // the conversion.
+        if ((charset == nullptr || out.badCharset) && ReadAsUtf8(out.value))
             out.fallback = kFallbackCharset;
-        }
     }
     if (out.value.find('\0') != std::string::npos) {  // =00, a charset's U+0000, or the byte
         error = "a NUL character in the decoded value";
