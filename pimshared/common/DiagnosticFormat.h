@@ -42,7 +42,7 @@ constexpr unsigned int DigitCount12(unsigned int n) {
     return n > 999 ? 4u : n > 99 ? 3u : n > 9 ? 2u : 1u;
 }
 struct tDecimal12 {
-    char digits[4096][4];
+    char digits[4096][8];
 };
 constexpr tDecimal12 MakeDecimal12() {
     tDecimal12 table{};
@@ -80,8 +80,7 @@ class CTraceLine {
             // A type ID: the four table bytes hold its digits and, for fewer
             // than four, the text's end; the fifth byte ends a four-digit one.
             // The memory reserved at construction has room for both.
-            std::memcpy(text + m_head, kDecimal12.digits[number], 4);
-            text[m_head + 4] = 0;
+            std::memcpy(text + m_head, kDecimal12.digits[number], 8);
             return text;
         }
         unsigned int magnitude =
