@@ -45,12 +45,18 @@ char* PutDigits(char* out, unsigned int value, unsigned int width) {
     return out + width;
 }
 
-bool ReadDigits(const char* text, unsigned int width, unsigned int& value) {
-    value = 0;
-    for (unsigned int i = 0; i < width; ++i) {
-        if (text[i] < '0' || text[i] > '9') return false;
-        value = value * 10 + static_cast<unsigned int>(text[i] - '0');
+// Reads Width digits; false at the first byte that is no digit, a text's end
+// included, so that nothing after the end is read.
+template <unsigned int Width>
+bool ReadDigits(const char* text, unsigned int& value) {
+    unsigned int read = 0;
+    for (unsigned int i = 0; i < Width; ++i) {
+        const unsigned int digit =
+            static_cast<unsigned char>(text[i]) - static_cast<unsigned int>('0');
+        if (digit > 9) return false;
+        read = read * 10 + digit;
     }
+    value = read;
     return true;
 }
 
@@ -92,19 +98,19 @@ bool FromString(CDateAndTime& value, const char* text, eDateTimeFormat format,
                 const STimeZoneOffset* offset) {
     (void)offset;
     if (format != eDateTimeFormatICalendar || text == nullptr) return false;
-    const std::size_t length = std::strlen(text);
+    // YYYYMMDD, YYYYMMDDTHHMMSS or YYYYMMDDTHHMMSSZ, read front to back: each
+    // byte is looked at only once the ones before it were what they must be.
     unsigned int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    if (length != 8 && length != 15 && length != 16) return false;
-    if (!ReadDigits(text, 4, year) || !ReadDigits(text + 4, 2, month) ||
-        !ReadDigits(text + 6, 2, day)) {
+    if (!ReadDigits<4>(text, year) || !ReadDigits<2>(text + 4, month) ||
+        !ReadDigits<2>(text + 6, day)) {
         return false;
     }
-    if (length > 8) {
-        if (text[8] != 'T' || !ReadDigits(text + 9, 2, hour) || !ReadDigits(text + 11, 2, minute) ||
-            !ReadDigits(text + 13, 2, second)) {
+    if (text[8] != 0) {
+        if (text[8] != 'T' || !ReadDigits<2>(text + 9, hour) || !ReadDigits<2>(text + 11, minute) ||
+            !ReadDigits<2>(text + 13, second)) {
             return false;
         }
-        if (length == 16 && text[15] != 'Z') return false;
+        if (text[15] != 0 && (text[15] != 'Z' || text[16] != 0)) return false;
     }
     if (month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month) || hour > 23 ||
         minute > 59 || second > 60) {

@@ -1,6 +1,7 @@
 #include "pimshared/common/CalendarFamilyParser.h"
 
 #include <cstdint>
+#include <cstring>
 
 #include "parsercreatorcollection/src/tlv/parser/TLVWalk.h"
 #include "pimshared/common/DiagnosticFormat.h"
@@ -325,13 +326,11 @@ bool TReceivingEngine<TReceiver>::Report(int code, const char* format, unsigned 
 template <typename TReceiver>
 PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::ResetSlot(unsigned int slot) noexcept {
     tPropertyValues& v = m_values[slot];
-    // Only the texts a value reached, and the lists, rarely used, only where
-    // a value can reach them. The number and the microseconds are the reset
-    // state wherever no value reaches them.
-    for (unsigned int set = v.textsSet; set != 0; set &= set - 1) {
-        v.text[__builtin_ctz(set)] = nullptr;
-    }
-    v.textsSet = 0;
+    // The texts in a few wide stores, cheaper than marking and clearing the
+    // ones a value reached; the lists, rarely used, only where a value can
+    // reach them. The number and the microseconds are the reset state
+    // wherever no value reaches them.
+    std::memset(v.text, 0, sizeof v.text);
     const unsigned int lists = kSlotLists.slot[slot];
     if (lists != 0) {
         for (unsigned int i = 0; i < 3; ++i) {
@@ -362,6 +361,7 @@ PIMTLV_WALK_INLINE void TReceivingEngine<TReceiver>::SetCurrentProperty(
         m_row = nullptr;
         m_open = nullptr;
     }
+    UpdateGathers();
 }
 
 template <typename TReceiver>
@@ -378,6 +378,7 @@ bool TReceivingEngine<TReceiver>::Parse(const void* data, const unsigned int& le
         return false;
     }
     m_state = ParsingStateBegin;
+    UpdateGathers();
     TWalkTarget<TReceivingEngine> direct{*this};
     const bool ok = ParseInto(direct, data, length, errorText, consumed);
     if (!ok) m_receiver.TraceMessage(kInternal, errorText);
@@ -442,6 +443,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeBegin(unsigned int ty
             if (typeId == m_item.layout.root) {
                 m_state = ParsingStateObjectContext;
                 m_skip = false;
+                UpdateGathers();
                 return true;
             }
             return Report(kWrongRoot, m_item.rootUnexpected, typeId, m_item.layout.root);
@@ -455,6 +457,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeBegin(unsigned int ty
             if (typeId == m_item.layout.component) {
                 m_skip = false;
                 m_state = ParsingStateComponentContext;
+                UpdateGathers();
                 return true;
             }
             if (typeId == TypeIdObjLevelMarker) return true;
@@ -501,6 +504,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeEnd(unsigned int type
             if (typeId == m_item.layout.root) {
                 m_receiver.End();
                 m_state = ParsingStateBegin;
+                UpdateGathers();
                 return true;
             }
             // A property of the object level that was already ended.
@@ -509,6 +513,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeEnd(unsigned int type
         case ParsingStateComponentContext:
             if (typeId == m_item.layout.component) {
                 m_state = ParsingStateObjectContext;
+                UpdateGathers();
                 return true;
             }
             return Report(kUnexpected, m_item.componentEndUnexpected, typeId,
@@ -516,7 +521,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnNodeEnd(unsigned int type
         case ParsingStatePropertyContext:
             if (typeId == m_currentProperty) {
                 const bool answer = EndProperty(typeId);
-                m_state = ParsingStateComponentContext;
+                m_state = ParsingStateComponentContext;  // gathers nothing, as EndProperty left it
                 return answer;
             }
             return Report(kUnexpected,
@@ -540,6 +545,7 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::EndProperty(unsigned int ty
     m_currentSlot = kNoSlot;
     m_row = nullptr;
     m_open = nullptr;
+    m_gathers = false;  // no row
     return answer;
 }
 
@@ -581,6 +587,7 @@ bool TReceivingEngine<TReceiver>::LeafNode(eClass elementClass, unsigned int typ
             // The instance leaf is the component's first element; after it
             // the component counts as inside a property.
             m_state = ParsingStatePropertyContext;
+            UpdateGathers();
             if (typeId == TypeIdValTypeInstance) {
                 m_receiver.Begin(NumberOf(elementClass, value));
             } else if (typeId == TypeIdValTypeInstanceName) {
@@ -625,7 +632,6 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
             return HandleXParamValue(TextOf(elementClass, value));
         case eField::Text:
             v.text[index] = TextOf(elementClass, value);
-            v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << index));
             return true;
         case eField::Append:
             return AppendText(v.list[index], TextOf(elementClass, value));
@@ -645,7 +651,6 @@ bool TReceivingEngine<TReceiver>::Place(tPlacement placement, eClass elementClas
         case eField::Status:
             if (elementClass == ParserCreatorCollection::String) {
                 v.text[kMain] = TextOf(elementClass, value);
-                v.textsSet = static_cast<unsigned char>(v.textsSet | (1u << kMain));
             } else {
                 v.text[kMain] = nullptr;
                 v.number = NumberOf(elementClass, value) & 0xFFu;
@@ -732,7 +737,6 @@ PIMTLV_WALK_INLINE bool TReceivingEngine<TReceiver>::OnString(unsigned int typeI
         return Place(placement, ParserCreatorCollection::String, typeId, v);
     }
     m_open->text[placement.index] = text;
-    m_open->textsSet = static_cast<unsigned char>(m_open->textsSet | (1u << placement.index));
     return true;
 }
 template <typename TReceiver>

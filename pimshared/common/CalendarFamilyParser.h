@@ -33,7 +33,6 @@ struct tPropertyValues {
     unsigned int number = 0;
     PAL::CDateAndTime dateTime;
     PAL::TVector<tXParam> xParams;
-    unsigned char textsSet = 0;  // bit set of the texts a value reached since the last reset
 };
 
 // Properties of the family whose values a parser gathers, one slot each: the
@@ -167,9 +166,11 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     bool OnNodeEnd(unsigned int typeId);
     bool OnString(unsigned int typeId, const char* text);
     // Whether a leaf is a value of an open property whose values are gathered:
-    // the common case, placed without the state machine's other checks.
-    bool GathersValues() const noexcept {
-        return m_row != nullptr && m_state == ParsingStatePropertyContext && !m_skip;
+    // the common case, placed without the state machine's other checks. Kept
+    // as one flag, set wherever its parts change, since every leaf asks.
+    bool GathersValues() const noexcept { return m_gathers; }
+    void UpdateGathers() noexcept {
+        m_gathers = m_row != nullptr && m_state == ParsingStatePropertyContext && !m_skip;
     }
     bool Leaf(ParserCreatorCollection::eClass elementClass, unsigned int typeId,
               const uTlvValue& value);
@@ -225,6 +226,7 @@ class TReceivingEngine : public ParserCreatorCollection::ITLV,
     std::string m_repairedName;
     std::string m_heldName;  // the name carried into the next Parse
     bool m_skip = false;
+    bool m_gathers = false;  // GathersValues
     // Slots opened, and so perhaps holding values, since their last reset
     // (bit set of slots): only these are cleared when a stream starts.
     unsigned int m_filled = 0;

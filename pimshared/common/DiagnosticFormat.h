@@ -57,51 +57,51 @@ constexpr tDecimal12 MakeDecimal12() {
 inline constexpr tDecimal12 kDecimal12 = MakeDecimal12();
 
 // A trace line of one fixed head and a number ("NodeBegin():  typeId: 202").
-// The head is written once; each line rewrites only the bytes after it, so a
-// parser that traces every element it reads pays a few stores per element.
+// The head is written once into the line's own bytes; each line rewrites only
+// the bytes after it, so a parser that traces every element it reads pays a
+// copy per element and can never run out of memory for it.
 class CTraceLine {
   public:
     // format is the head followed by "%d".
     template <std::size_t N>
     explicit CTraceLine(const char (&format)[N]) : m_head(N - 3) {
         static_assert(N >= 3, "a trace line ends with %d");
-        m_line = m_text.overwrite(m_head + kMaxDigits);
-        if (m_line != nullptr) std::memcpy(m_line, format, m_head);
+        static_assert(N - 3 + kMaxDigits + 1 <= kCapacity, "room for the head and any number");
+        static_assert(kMaxDigits + 1 >= sizeof kDecimal12.digits[0], "room for a table copy");
+        std::memcpy(m_text, format, m_head);
+        m_text[m_head] = 0;
     }
-    // The line points into its own text's memory.
     CTraceLine(const CTraceLine&) = delete;
     CTraceLine& operator=(const CTraceLine&) = delete;
 
-    // The line for number; the empty text if memory ran out at construction.
+    // The line for number.
     const char* Format(int number) noexcept {
-        char* const text = m_line;
-        if (text == nullptr) return "";
+        char* const digits = m_text + m_head;
         if (static_cast<unsigned int>(number) < 4096) {
-            // A type ID: the four table bytes hold its digits and, for fewer
-            // than four, the text's end; the fifth byte ends a four-digit one.
-            // The memory reserved at construction has room for both.
-            std::memcpy(text + m_head, kDecimal12.digits[number], 8);
-            return text;
+            // A type ID: the table's eight bytes hold its digits and the
+            // text's end.
+            std::memcpy(digits, kDecimal12.digits[number], sizeof kDecimal12.digits[number]);
+            return m_text;
         }
         unsigned int magnitude =
             number < 0 ? 0u - static_cast<unsigned int>(number) : static_cast<unsigned int>(number);
         std::size_t count = number < 0 ? 2 : 1;
         for (unsigned int rest = magnitude; rest >= 10; rest /= 10) ++count;
-        char* out = text + m_head + count;
+        char* out = digits + count;
         *out = 0;
         do {
             *--out = static_cast<char>('0' + magnitude % 10);
             magnitude /= 10;
         } while (magnitude != 0);
         if (number < 0) *--out = '-';
-        return text;
+        return m_text;
     }
 
   private:
     static constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
-    PAL::CString m_text;
+    static constexpr std::size_t kCapacity = 64;   // the longest head has 52 bytes
     std::size_t m_head;
-    char* m_line = nullptr;  // m_text's memory, reserved once; null if that failed
+    char m_text[kCapacity];
 };
 
 }  // namespace PimShared
