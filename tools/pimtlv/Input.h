@@ -28,9 +28,8 @@ class InputBytes {
   private:
     const std::uint8_t* m_data = nullptr;
     std::size_t m_size = 0;
-    void* m_map = nullptr;             // what munmap takes back, when mapped
-    mutable std::size_t m_passed = 0;  // bytes handed back
-    Bytes m_read;                      // the bytes, when read
+    void* m_map = nullptr;  // what munmap takes back, when mapped
+    Bytes m_read;           // the bytes, when read
 };
 
 class Progress;
