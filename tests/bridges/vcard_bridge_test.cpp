@@ -389,6 +389,8 @@ TEST(VcardExport, ReportsWhatVcardHasNoPlaceForAndWhatTheParserSaid) {
     c.Version("2.1");
     c.SpeedDial("7");
     c.PhotoAvailability(true);
+    // Line breaks in a parameter value, a lone CR too, go out as ^n.
+    c.FormattedName("A", nullptr, {{"X-P", "a\rb\r\nc"}});
     // Parameters that would not read back as themselves: VALUE is consumed,
     // a TYPE value with a bit is one of the bits.
     c.Telephone("1", 0x0008, 3, 0, "x", {{"VALUE", "u"}, {"TYPE", "home,main"}});
@@ -405,7 +407,8 @@ TEST(VcardExport, ReportsWhatVcardHasNoPlaceForAndWhatTheParserSaid) {
     for (const PimBridge::Loss& l : out.items[0].losses) losses += l.name + " ";
     EXPECT_EQ(losses, "VERSION SpeedDial PhotoAvailability TEL;TELBYTE TEL;TELTEXT TEL;VALUE ");
     EXPECT_EQ(out.text,
-              "BEGIN:VCARD\r\nVERSION:3.0\r\nTEL;TYPE=home,pref;TYPE=main:1\r\nEND:VCARD\r\n");
+              "BEGIN:VCARD\r\nVERSION:3.0\r\nFN;X-P=a^nb^nc:A\r\n"
+              "TEL;TYPE=home,pref;TYPE=main:1\r\nEND:VCARD\r\n");
 
     bytes.pop_back();  // the stream now ends inside its last node
     bytes[2] = static_cast<std::uint8_t>(bytes[2] - 1);

@@ -444,13 +444,14 @@ void AppendParam(std::string& line, std::string_view name, std::string_view valu
     // Commas stay bare: they separate the values of a list.
     const bool quote = value.find_first_of(list ? ":;" : ":;,") != std::string_view::npos;
     if (quote) line += '"';
-    for (char c : value) {
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char c = value[i];
         if (c == '^') {
             line += "^^";
         } else if (c == '"') {
             line += "^'";
-        } else if (c == '\n') {
-            line += "^n";
+        } else if (c == '\n' || (c == '\r' && (i + 1 == value.size() || value[i + 1] != '\n'))) {
+            line += "^n";  // a line break, CR LF and a lone CR too, as in a text value
         } else if (c != '\r') {
             line += c;
         }
