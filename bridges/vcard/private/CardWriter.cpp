@@ -595,8 +595,9 @@ bool CardWriter::Receiver::NonStandardProperty(const char* name, const char* val
         AppendBase64(m_line, data, length);
     } else if (value != nullptr) {
         m_line += ':';
+        // Line breaks as the import reads them back: CR LF, LF and a lone CR.
         for (const char* p = value; *p != '\0'; ++p) {
-            if (*p == '\n') {
+            if (*p == '\n' || (*p == '\r' && p[1] != '\n')) {
                 m_line += "\\n";
             } else if (*p != '\r') {
                 m_line += *p;
