@@ -76,6 +76,21 @@ icalparameter* ParamOfKind(icalparameter_kind kind, const char* value) {
     return OneLine(value) ? icalparameter_new_from_value_string(kind, value) : nullptr;
 }
 
+// A text value for libical, which writes a LF as "\n" but drops a CR: a CR
+// not followed by a LF is a line break of its own, and goes as a LF.
+icalvalue* NewText(const char* text) {
+    if (std::strchr(text, '\r') == nullptr) return icalvalue_new_text(text);
+    std::string breaks;
+    for (const char* p = text; *p != '\0'; ++p) {
+        if (*p != '\r') {
+            breaks += *p;
+        } else if (p[1] != '\n') {
+            breaks += '\n';
+        }
+    }
+    return icalvalue_new_text(breaks.c_str());
+}
+
 // Null for a name or value that cannot be written as a parameter.
 icalparameter* MakeParam(const char* name, const char* value) {
     if (!IsName(name) || !OneLine(value)) return nullptr;
@@ -286,12 +301,12 @@ icalvalue* ComponentWriter::MakeValue(const PropertyRow& row, bool local, const 
                     }
                 }
             }
-            return icalvalue_new_text(joined.c_str());
+            return NewText(joined.c_str());
         }
         default: {
             const char* text = v.text[0] != nullptr ? v.text[0] : "";
             const icalvalue_kind kind = icalproperty_kind_to_value_kind(row.kind);
-            if (kind == ICAL_TEXT_VALUE) return icalvalue_new_text(text);
+            if (kind == ICAL_TEXT_VALUE) return NewText(text);
             return OneLine(text) ? icalvalue_new_from_string(kind, text) : nullptr;
         }
     }
@@ -442,7 +457,7 @@ const ItemForm* FormOf(const ItemSpan& span) {
 
 void AddCalendarText(icalcomponent* calendar, const CalendarText& t, const char* fallback) {
     icalproperty* p = icalproperty_new(t.kind);
-    icalproperty_set_value(p, icalvalue_new_text(t.set ? t.text.c_str() : fallback));
+    icalproperty_set_value(p, NewText(t.set ? t.text.c_str() : fallback));
     for (const auto& x : t.xParams) {
         if (icalparameter* param = MakeParam(x.first.c_str(), x.second.c_str())) {
             icalproperty_add_parameter(p, param);
