@@ -1,15 +1,13 @@
-#include <algorithm>
-#include <climits>
 #include <deque>
 #include <string>
 #include <vector>
 
+#include "bridges/common/Charset.h"
 #include "bridges/common/LossCollector.h"
 #include "bridges/vcard/Vcard.h"
 #include "bridges/vcard/private/ContentLine.h"
 #include "bridges/vcard/private/VcardMap.h"
 #include "pimshared/contact/TLVContactCreator.h"
-#include "platform/Utf8.h"
 
 namespace PimBridge {
 
@@ -253,8 +251,7 @@ void Importer::Mapped(const ContentLine& line, const PropertyInfo& info) {
         // Base64 on a property of text: old writers meant the text it
         // encodes. Anything else stays as written, and the encoding is named.
         if (DecodeBase64(line.value, m_data) && m_data.find('\0') == std::string::npos &&
-            PAL::IsValidUtf8(m_data.data(), static_cast<unsigned int>(
-                                                std::min<std::size_t>(m_data.size(), UINT_MAX)))) {
+            IsUtf8(m_data.data(), m_data.size())) {
             ContentLine decoded = line;
             decoded.value.swap(m_data);
             decoded.base64 = false;
