@@ -1,6 +1,5 @@
 #include "platform/CDateAndTime.h"
 
-#include <cstring>
 
 namespace PAL {
 
