@@ -1,6 +1,5 @@
 #include "platform/CDateAndTime.h"
 
-
 namespace PAL {
 
 CDateAndTime::CDateAndTime(unsigned int year, unsigned int month, unsigned int day,
